@@ -1,0 +1,43 @@
+// Affine transforms of the scene.
+#pragma once
+
+#include "ktscene/export.h"
+
+// A 4x4 transform as 16 doubles m[0..15] for row vectors:
+//   x' = ((x m0 + y m4) + z m8) + m12, and so on; elements 12 to 14 are the translation,
+//   3, 7 and 11 are 0 and 15 is 1.
+// All arithmetic is IEEE double in the order written, so that one scene gives the same numbers
+// everywhere; compile users of this header with -ffp-contract=off (the CMake package does).
+class KT_SCENE_API KtMatrix {
+ public:
+  // The identity.
+  KtMatrix() { Identity(); }
+
+  // `data` points to 16 doubles.
+  void Init(const double* data);
+  void Identity();
+  void GetData(double* data) const;
+  const double* Data() const { return m_; }
+  // Sets elements 12 to 14.
+  void SetTranslation(double x, double y, double z);
+
+  // This matrix P becomes "local first, then P", so that world = parent.Mult(local).
+  void Mult(const KtMatrix& local);
+
+  // Multiplies by the rotation of `angle` radians, counter-clockwise about the axis (made unit),
+  // applied before this matrix. An axis without a finite length above 0 changes nothing.
+  void Rotate(double axisX, double axisY, double axisZ, double angle);
+
+  // The rotation part is read from the rows X, Y, Z, each divided by its length; Z is turned round
+  // when the rows are left-handed, so that a mirrored matrix shows as a tilt. A row whose length is 0
+  // or not finite: no rotation, and every output below is 0. The pointers must not be null.
+
+  // Rotations in radians about x (applied first), y and z.
+  void GetRotateKoef(double* aboutX, double* aboutY, double* aboutZ) const;
+  // The same rotation as a unit axis and an angle in [0, pi]; all four are 0 for no rotation. `order`
+  // is ignored.
+  void GetRotation(double* axisX, double* axisY, double* axisZ, double* angle, int order) const;
+
+ private:
+  double m_[16];
+};

@@ -1,0 +1,56 @@
+// What can go wrong with a file, and the sentence that says it to a person.
+#pragma once
+
+#include <exception>
+#include <string>
+
+#include "platform/cstring.h"
+#include "platform/export.h"
+
+// The file exception: thrown by CFile's operations, filled by CFile::Open.
+class KT_PLATFORM_API CFileException : public std::exception {
+ public:
+  enum Cause {
+    none,
+    genericException,
+    fileNotFound,
+    badPath,
+    tooManyOpenFiles,
+    accessDenied,
+    invalidFile,
+    removeCurrentDir,
+    directoryFull,
+    badSeek,
+    hardIO,
+    sharingViolation,
+    lockViolation,
+    diskFull,
+    endOfFile,
+  };
+
+  // `osError` is the operating system's error number (errno here), -1 when there is none.
+  // `fileName` may be null.
+  explicit CFileException(Cause cause = none, long osError = -1,
+                          const char16_t* fileName = nullptr);
+  CFileException(const CFileException&);
+  CFileException& operator=(const CFileException&);
+  ~CFileException() override;
+
+  // The cause that an operating system's error number stands for.
+  static Cause OsErrorToCause(long osError);
+
+  // Writes the sentence for the cause, with the path in it, into `buffer` of `size` characters,
+  // terminating null included; a longer sentence is cut. `helpContext` may be null and is set to
+  // 0. Returns false, with an empty buffer, when there is no message (cause none) or no room.
+  bool GetErrorMessage(char16_t* buffer, unsigned size, unsigned* helpContext = nullptr) const;
+
+  // The same sentence in UTF-8; empty for cause none.
+  const char* what() const noexcept override;
+
+  Cause m_cause = none;
+  long m_lOsError = -1;
+  CString m_strFileName;
+
+ private:
+  mutable std::string what_;
+};

@@ -1,0 +1,20 @@
+// The application class of the framework, as far as a loadable module needs it.
+#pragma once
+
+#include "platform/cstring.h"
+#include "platform/export.h"
+
+// A module derives one class from this and has one object of it, which exists from load to unload.
+class KT_PLATFORM_API CWinApp {
+ public:
+  // `appName` may be null: the application then has no name of its own.
+  explicit CWinApp(const char16_t* appName = nullptr);
+  virtual ~CWinApp();
+  CWinApp(const CWinApp&) = delete;
+  CWinApp& operator=(const CWinApp&) = delete;
+
+  // The initialisation hook; true means success.
+  virtual bool InitInstance();
+
+  CString m_strAppName;
+};
