@@ -1,0 +1,32 @@
+#include "dxf/dot_locale.h"
+
+#include <clocale>
+
+#include "platform/cstring.h"
+#include "platform/locale.h"
+
+namespace {
+
+int guards = 0;
+
+CString& savedName() {
+  static CString name;
+  return name;
+}
+
+}  // namespace
+
+DotLocale::DotLocale() {
+  if (guards == 0) {
+    savedName() = CString(_wsetlocale(LC_NUMERIC, nullptr));
+    _wsetlocale(LC_NUMERIC, u"C");
+  }
+  ++guards;
+}
+
+DotLocale::~DotLocale() {
+  --guards;
+  if (guards == 0) {
+    _wsetlocale(LC_NUMERIC, savedName());
+  }
+}

@@ -1,0 +1,30 @@
+// Thins out the edges of an outline and joins them end to end.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "geometry/edge.h"
+#include "geometry/point_index.h"
+#include "ktscene/kt_point3.h"
+
+struct ChainScratch {
+  PointIndex table;
+  std::vector<std::uint32_t> planPoint;  // by point: the first point at the same place in plan
+  std::vector<std::uint32_t> rowStart;   // by point: its edges, in compressed rows
+  std::vector<std::uint32_t> rowEdges;
+  std::vector<std::uint32_t> rowNext;  // by point: where the edges that may be left begin
+  std::vector<char> used;              // by edge
+};
+
+// Takes out of `edges` (in edge order, each once) those whose ends are the same place in plan and
+// those that lie on the segment of an earlier edge. `points` are flat.
+void removeCoincident(const std::vector<KtPoint3>& points, std::vector<Edge>& edges,
+                      ChainScratch& scratch);
+
+// Joins `edges` (in edge order) into chains of point numbers, each closed by -6, replacing
+// `indices`. A chain begins with the first edge that is left and grows at its end, by the first
+// edge left that has that point at either end; it never grows at its beginning, so at a branch the
+// other edges begin chains of their own.
+void chainEdges(const std::vector<Edge>& edges, std::size_t pointCount, std::vector<int>& indices,
+                ChainScratch& scratch);

@@ -1,0 +1,35 @@
+// Reduces geometry to the edges that a plan of it shows.
+#pragma once
+
+#include <vector>
+
+#include "ktscene/kt_point3.h"
+
+// The view is along z: of a face set the plan shows the explicit lines, the open borders and the
+// silhouette edges, between a polygon that faces the viewer and one that does not. Both functions
+// run
+//   1. weld             equal points become the first of them        geometry/weld.h
+//   2. expand           runs become polygons and explicit edges      geometry/run_expansion.h
+//   3. find neighbours  edges with the polygons that use them        geometry/edge_table.h
+//   4. classify         which edges are drawn                        outline.cpp
+//   5. flatten          z = 0
+//   6. thin out         one edge a segment, none of no length        geometry/edge_chains.h
+//   7. chain            edges joined end to end                      geometry/edge_chains.h
+// in time linear in the input (but for sorting at points that a great many edges share), in scratch
+// memory that is reused from call to call, one set of it for each thread.
+//
+// `points`: in the coordinate system of the block that will hold the drawing, any unit.
+// `indices`: runs closed by codes (geometry/index_codes.h). An entry that names no point, or a
+// point that is not finite, takes part in no edge.
+//
+// True when there is an edge to draw: `points` are then welded and flat, and `indices` holds
+// chains, each closed by -6; a closed loop is a chain that ends where it began. False otherwise:
+// `points` are then welded, `indices` refer to them, and there is nothing to write.
+//
+// `reverseOrientation` turns the front of every polygon (false: counter-clockwise). `closedSurface`
+// has no effect: open borders are drawn whether or not the host calls the surface closed.
+bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool reverseOrientation,
+                  bool closedSurface);
+
+// The same for lines: no silhouettes, and of polygons only the edges that one polygon alone uses.
+bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices);

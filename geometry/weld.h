@@ -1,0 +1,21 @@
+// Joins points that are equal.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "geometry/point_index.h"
+#include "ktscene/kt_point3.h"
+
+struct WeldScratch {
+  PointIndex table;
+  std::vector<std::uint32_t> newIndex;
+};
+
+// An index entry that names no point after the weld; it is not negative, so it closes no run.
+inline constexpr int kNoPoint = 0x7fffffff;
+
+// Keeps of equal points (exactly equal; -0 equals 0) the first, in their order, and makes `indices`
+// name what is kept. Points that are not finite are dropped; entries that name them, or no point at
+// all, become kNoPoint. Negative entries are codes and stay.
+void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch);
