@@ -1,6 +1,7 @@
 // Thins out the edges of an outline and joins them end to end.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -15,6 +16,12 @@ struct ChainScratch {
   std::vector<std::uint32_t> rowEdges;
   std::vector<std::uint32_t> rowNext;  // by point: where the edges that may be left begin
   std::vector<char> used;              // by edge
+
+  std::size_t CapacityBytes() const {
+    return table.CapacityBytes() + used.capacity() +
+           (planPoint.capacity() + rowStart.capacity() + rowEdges.capacity() + rowNext.capacity()) *
+               sizeof(std::uint32_t);
+  }
 };
 
 // Takes out of `edges` (in edge order, each once) those whose ends are the same place in plan and

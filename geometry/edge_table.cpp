@@ -49,6 +49,8 @@ void sortEntries(std::span<std::uint64_t> entries) {
 
 void EdgeTable::Build(const std::vector<int>& polygons, std::size_t pointCount) {
   polygonStarts_.clear();
+  polygonStarts_.reserve(
+      static_cast<std::size_t>(std::count(polygons.begin(), polygons.end(), kPolygonCode)));
   std::uint32_t begin = 0;
   for (std::uint32_t k = 0; k < polygons.size(); ++k) {
     if (polygons[k] == kPolygonCode) {

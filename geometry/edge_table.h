@@ -41,7 +41,6 @@ class EdgeTable {
   }
 
   std::size_t CapacityBytes() const;
-  void ReleaseMemory();
 
  private:
   std::span<std::uint64_t> SortedRow(std::size_t row);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -24,6 +25,8 @@ constexpr double kCreaseAngle = 0.04;
 // changes it, which is why `closedSurface` has no effect.
 constexpr int kBoundaryMode = 2;
 
+// What the stages work in. Small sets come by the thousand, so their memory is kept from call to
+// call; what a huge set took is given back.
 struct OutlineScratch {
   WeldScratch weld;
   ExpandedRuns runs;
@@ -31,12 +34,35 @@ struct OutlineScratch {
   std::vector<double> normalZ;
   std::vector<Edge> edges;
   ChainScratch chains;
+
+  std::size_t CapacityBytes() const {
+    return weld.CapacityBytes() + runs.CapacityBytes() + table.CapacityBytes() +
+           normalZ.capacity() * sizeof(double) + edges.capacity() * sizeof(Edge) +
+           chains.CapacityBytes();
+  }
 };
 
-OutlineScratch& threadScratch() {
-  thread_local OutlineScratch scratch;
-  return scratch;
-}
+// Lends the thread's scratch for one call.
+class ScratchLoan {
+ public:
+  ScratchLoan() = default;
+  ~ScratchLoan() {
+    constexpr std::size_t kKeptBytes = std::size_t{16} << 20U;
+    if (scratch().CapacityBytes() > kKeptBytes) {
+      scratch() = OutlineScratch();
+    }
+  }
+  ScratchLoan(const ScratchLoan&) = delete;
+  ScratchLoan& operator=(const ScratchLoan&) = delete;
+
+  OutlineScratch& operator*() const { return scratch(); }
+
+ private:
+  static OutlineScratch& scratch() {
+    thread_local OutlineScratch scratch;
+    return scratch;
+  }
+};
 
 bool drawsBorder(bool closedSurface) {
   return kBoundaryMode == 2 || (kBoundaryMode == 3 ? closedSurface : !closedSurface);
@@ -138,7 +164,8 @@ void findNeighbours(std::vector<KtPoint3>& points, std::vector<int>& indices,
 
 bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool reverseOrientation,
                   bool closedSurface) {
-  OutlineScratch& scratch = threadScratch();
+  const ScratchLoan loan;
+  OutlineScratch& scratch = *loan;
   findNeighbours(points, indices, SegmentRuns::kExactlyTwo, scratch);
   PolygonNormals normals(points, scratch.runs.polygons, scratch.table.PolygonStarts(),
                          reverseOrientation, scratch.normalZ);
@@ -153,7 +180,8 @@ bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
 }
 
 bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices) {
-  OutlineScratch& scratch = threadScratch();
+  const ScratchLoan loan;
+  OutlineScratch& scratch = *loan;
   findNeighbours(points, indices, SegmentRuns::kStrips, scratch);
   scratch.table.ForEachEdge([&](const Edge& edge, std::span<const std::uint64_t> users) {
     if (users.size() == 1) {

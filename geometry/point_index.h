@@ -45,7 +45,6 @@ class PointIndex {
   }
 
   std::size_t CapacityBytes() const { return slots_.capacity() * sizeof(std::uint32_t); }
-  void ReleaseMemory() { std::vector<std::uint32_t>().swap(slots_); }
 
  private:
   // -0 equals 0 and must hash like it.

@@ -92,6 +92,8 @@ void expandRuns(const std::vector<int>& indices, std::size_t pointCount, Segment
                 ExpandedRuns& runs) {
   runs.polygons.clear();
   runs.edges.clear();
+  // Enough for polygons and triangles, which are nearly all there is.
+  runs.polygons.reserve(indices.size());
   RunExpander expander(indices, pointCount, runs);
   std::size_t begin = 0;
   std::size_t cursor = 0;

@@ -1,6 +1,7 @@
 // Turns the runs of an index list into polygons and explicit edges.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "geometry/edge.h"
@@ -11,6 +12,10 @@ struct ExpandedRuns {
   std::vector<int> polygons;
   // In run order, and as the runs give them: neither ordered nor free of doubles.
   std::vector<Edge> edges;
+
+  std::size_t CapacityBytes() const {
+    return polygons.capacity() * sizeof(int) + edges.capacity() * sizeof(Edge);
+  }
 };
 
 // What a run closed by -1 is: in a face set a segment when it has exactly two entries and nothing

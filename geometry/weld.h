@@ -1,6 +1,7 @@
 // Joins points that are equal.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -10,6 +11,10 @@
 struct WeldScratch {
   PointIndex table;
   std::vector<std::uint32_t> newIndex;
+
+  std::size_t CapacityBytes() const {
+    return table.CapacityBytes() + newIndex.capacity() * sizeof(std::uint32_t);
+  }
 };
 
 // An index entry that names no point after the weld; it is not negative, so it closes no run.

@@ -1,6 +1,8 @@
 // Affine transforms of the scene.
 #pragma once
 
+#include <algorithm>
+
 #include "ktscene/export.h"
 
 // A 4x4 transform as 16 doubles m[0..15] for row vectors:
@@ -14,28 +16,45 @@ class KT_SCENE_API KtMatrix {
   KtMatrix() { Identity(); }
 
   // `data` points to 16 doubles.
-  void Init(const double* data);
-  void Identity();
-  void GetData(double* data) const;
+  void Init(const double* data) { std::copy_n(data, 16, m_); }
+  void Identity() {
+    std::fill_n(m_, 16, 0.0);
+    m_[0] = m_[5] = m_[10] = m_[15] = 1.0;
+  }
+  void GetData(double* data) const { std::copy_n(m_, 16, data); }
   const double* Data() const { return m_; }
   // Sets elements 12 to 14.
-  void SetTranslation(double x, double y, double z);
+  void SetTranslation(double x, double y, double z) {
+    m_[12] = x;
+    m_[13] = y;
+    m_[14] = z;
+  }
 
   // This matrix P becomes "local first, then P", so that world = parent.Mult(local).
-  void Mult(const KtMatrix& local);
+  void Mult(const KtMatrix& local) {
+    double product[16];
+    for (int row = 0; row < 16; row += 4) {
+      const double* l = local.m_ + row;
+      for (int column = 0; column < 4; ++column) {
+        const double* p = m_ + column;
+        product[row + column] = ((l[0] * p[0] + l[1] * p[4]) + l[2] * p[8]) + l[3] * p[12];
+      }
+    }
+    Init(product);
+  }
 
   // Multiplies by the rotation of `angle` radians, counter-clockwise about the axis (made unit),
   // applied before this matrix. An axis without a finite length above 0 changes nothing.
   void Rotate(double axisX, double axisY, double axisZ, double angle);
 
   // The rotation part is read from the rows X, Y, Z, each divided by its length; Z is turned round
-  // when the rows are left-handed, so that a mirrored matrix shows as a tilt. A row whose length is 0
-  // or not finite: no rotation, and every output below is 0. The pointers must not be null.
+  // when the rows are left-handed, so that a mirrored matrix shows as a tilt. A row whose length is
+  // 0 or not finite: no rotation, and every output below is 0. The pointers must not be null.
 
   // Rotations in radians about x (applied first), y and z.
   void GetRotateKoef(double* aboutX, double* aboutY, double* aboutZ) const;
-  // The same rotation as a unit axis and an angle in [0, pi]; all four are 0 for no rotation. `order`
-  // is ignored.
+  // The same rotation as a unit axis and an angle in [0, pi]; all four are 0 for no rotation.
+  // `order` is ignored.
   void GetRotation(double* axisX, double* axisY, double* axisZ, double* angle, int order) const;
 
  private:

@@ -13,8 +13,8 @@
 #include "ktscene/kt_matrix.h"
 
 // Tessellated surface. `coords` are x, y, z triples (a remainder is ignored); `indices` are runs of
-// point numbers, each closed by a code: -7 polygon, -6 line strip, -5 triangles, -4 fan, -3 strip, -2
-// nothing, -1 one segment.
+// point numbers, each closed by a code: -7 polygon, -6 line strip, -5 triangles, -4 fan, -3 strip,
+// -2 nothing, -1 one segment.
 struct KtFaceSet {
   std::vector<double> coords;
   std::vector<int> indices;
@@ -65,8 +65,8 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
   KtSceneNode& operator=(const KtSceneNode&) = delete;
   ~KtSceneNode();
 
-  std::u16string graphicName;   // names what is drawn: nodes that share it may be drawn as instances
-  std::u16string objectId;      // names the object that a drawing places
+  std::u16string graphicName;  // names what is drawn: nodes that share it may be drawn as instances
+  std::u16string objectId;     // names the object that a drawing places
   std::u16string realObjectId;  // names the object whose frame holds the geometry
   bool hasGraphicItem = true;
   KtMatrix matrix;                             // local transform

@@ -86,18 +86,22 @@ class KT_SCENE_API KtTraverser {
   const KtCallbacks& Callbacks() const { return callbacks_; }
 
   // Walks `scene` into the file at `path` (see platform/path_text.h): slot 19, the nodes in order,
-  // slot 20. Answers false when slot 19 does (there is then no walk and no slot 20) or slot 20 does.
-  // What a callback throws comes out of here as it is, with no further callback made.
+  // slot 20. Answers false when slot 19 does (there is then no walk and no slot 20) or slot 20
+  // does. What a callback throws comes out of here as it is, with no further callback made.
   bool Walk(KtScene& scene, const std::u16string& path) const;
 
   // Walks one node and what is below it, without the file's callbacks. Any depth is safe: the walk
   // keeps its place in memory of its own. For each node:
-  //  1. a level-of-detail group: slot 4, its first level, slot 5, and nothing else;
+  //  1. a level-of-detail group: slot 4 (seen from distance 0), its first level, slot 5, and
+  //     nothing else;
   //  2. slot 3; when it answers true, slot 2 and nothing of the node's content or children;
-  //  3. slot 1; slot 8 if given; slot 6 if the node has bounds; slot 7 if it has a colour or
-  //     material of its own (of a mere colour only the second argument is not null);
+  //  3. slot 1; slot 8 if given; slot 6 if the node has bounds (the third argument is the length
+  //     of the box's diagonal); slot 7 if it has a colour or
+  //     material of its own (of a mere colour only the second argument is not null; where there
+  //     are both, the colour stands for the material's diffuse one);
   //  4. the geometry in order: a shape goes to slot 14 and, declined, on as a face set; a face set
-  //     to slot 9 if given and, unless that answers true, to slot 10; a line set to slot 11;
+  //     to slot 9 if given (without normals and texture; normalPerVertex and convex are false) and,
+  //     unless that answers true, to slot 10; a line set to slot 11;
   //  5. slot 16 with the node's graphic node, false, and its label's colour index (0 if none);
   //  6. the children in order; slot 2.
   void WalkNode(KtSceneNode& node) const;

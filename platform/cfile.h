@@ -21,10 +21,11 @@
 class KT_PLATFORM_API CFile {
  public:
   // Open flags. No sharing flag means exclusive access: while this object has the file open, a
-  // second Open of it fails with a sharing violation and leaves its bytes alone.
+  // second Open of it fails with a sharing violation and leaves its bytes alone. Devices and pipes
+  // are not locked.
   static constexpr unsigned modeRead = 0x0000;
   static constexpr unsigned modeWrite = 0x0001;
-  // Creates the file; an existing one is truncated.
+  // Creates the file; an existing one is truncated. Goes with modeWrite; alone, access is denied.
   static constexpr unsigned modeCreate = 0x1000;
 
   CFile();
@@ -39,10 +40,12 @@ class KT_PLATFORM_API CFile {
   bool Open(const char16_t* path, unsigned flags, CFileException* exception = nullptr);
   bool IsOpen() const;
 
-  // Appends `count` bytes. Throws CFileException: invalidFile when no file is open, or when `data`
-  // is null and `count` is not 0; otherwise what the operating system reports.
+  // Writes `count` bytes after those before; 0 is no effect. Throws CFileException: invalidFile
+  // when no file is open for writing, or when `data` is null; otherwise what the operating system
+  // reports.
   void Write(const void* data, std::size_t count) {
-    if (data == nullptr || count > static_cast<std::size_t>(limit_ - cursor_)) {
+    // Also true of no room at all, so that the copy below never has a null target.
+    if (data == nullptr || count >= static_cast<std::size_t>(limit_ - cursor_)) {
       WriteSlow(data, count);
       return;
     }

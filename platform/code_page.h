@@ -16,10 +16,12 @@ KT_PLATFORM_API int lstrlenW(const char16_t* text);
 
 // Converts `wideLength` UTF-16 units (-1: up to and including the terminating null) into `codePage`
 // (CP_THREAD_ACP or one that SetThreadCodePage takes). Returns the number of bytes written; 0 on
-// failure: an unknown page, `wideLength` 0, or a destination of `size` bytes that is too small. With
-// `size` 0 nothing is written and the number of bytes needed is returned. Each UTF-16 unit that the
-// page cannot hold becomes one `*defaultChar`, '?' when that is null (a surrogate pair two), and sets
-// `*usedDefault` when that is not null. `flags` is 0. The tables are the operating system's (iconv).
+// failure: an unknown page, `wideLength` 0, or a destination of `size` bytes that is too small.
+// With `size` 0 nothing is written and the number of bytes needed is returned. Each UTF-16 unit
+// that the page cannot hold becomes one `*defaultChar`, '?' when that is null (a surrogate pair
+// two), and sets
+// `*usedDefault` when that is not null. `flags` is 0. The tables are the operating system's
+// (iconv).
 KT_PLATFORM_API int WideCharToMultiByte(unsigned codePage, unsigned long flags,
                                         const char16_t* wide, int wideLength, char* bytes, int size,
                                         const char* defaultChar, bool* usedDefault);
