@@ -2,13 +2,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <optional>
 #include <ostream>
+#include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -167,9 +167,9 @@ inline std::vector<Entity> entitiesOfType(std::vector<Entity> entities, const st
 class TempFile {
  public:
   explicit TempFile(const std::string& ending = ".dxf") {
-    static int count = 0;
-    path_ = testing::TempDir() + "dxf2d_" + std::to_string(::getpid()) + "_" +
-            std::to_string(++count) + ending;
+    static std::random_device random;
+    path_ = testing::TempDir() + "dxf2d_" + std::to_string(random()) + std::to_string(random()) +
+            ending;
   }
   ~TempFile() {
     std::error_code ignored;
