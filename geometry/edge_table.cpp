@@ -88,7 +88,3 @@ std::size_t EdgeTable::CapacityBytes() const {
   return (polygonStarts_.capacity() + rowStart_.capacity()) * sizeof(std::uint32_t) +
          entries_.capacity() * sizeof(std::uint64_t);
 }
-
-void EdgeTable::ReleaseMemory() {
-  *this = EdgeTable();
-}
