@@ -113,6 +113,4 @@ constexpr char kHeader[] =
 
 }  // namespace
 
-void DxfWriter::WriteHeaderSection() {
-  Write(kHeader);
-}
+void DxfWriter::WriteHeaderSection() { Write(kHeader); }

@@ -38,9 +38,7 @@ KtPoint3 transformedIfNode(const BlockNode* node, double x, double y, double z) 
   return node != nullptr ? transformed(node, x, y, z) : KtPoint3(x, y, z);
 }
 
-double finiteOrZero(double value) {
-  return std::isfinite(value) ? value : 0.0;
-}
+double finiteOrZero(double value) { return std::isfinite(value) ? value : 0.0; }
 
 }  // namespace
 
@@ -58,13 +56,9 @@ void DxfWriter::WriteInteger(int value) {
   Write(line);
 }
 
-void DxfWriter::WriteLayer() {
-  Write("  8\n0\n");
-}
+void DxfWriter::WriteLayer() { Write("  8\n0\n"); }
 
-void DxfWriter::WriteLineLayer() {
-  Write("  8\n0\n");
-}
+void DxfWriter::WriteLineLayer() { Write("  8\n0\n"); }
 
 void DxfWriter::WriteBlockName(CString name) {
   Write("  2\n");
@@ -81,9 +75,7 @@ void DxfWriter::WriteBlockBegin() {
   WriteLayer();
 }
 
-void DxfWriter::WriteBlockFlags() {
-  Write(" 70\n64\n");
-}
+void DxfWriter::WriteBlockFlags() { Write(" 70\n64\n"); }
 
 void DxfWriter::WriteBlockEnd() {
   Write("  0\nENDBLK\n");
@@ -211,30 +203,20 @@ void DxfWriter::WriteReal50(double angle) {
   WriteReal(angle);
 }
 
-void DxfWriter::WriteTextRotation(double angle) {
-  WriteReal50(angle);
-}
+void DxfWriter::WriteTextRotation(double angle) { WriteReal50(angle); }
 
 void DxfWriter::WriteTextWidthFactor(double factor) {
   Write(" 41\n");
   WriteReal(factor);
 }
 
-void DxfWriter::WriteLineBegin() {
-  Write("  0\nLINE\n");
-}
+void DxfWriter::WriteLineBegin() { Write("  0\nLINE\n"); }
 
-void DxfWriter::Write3DFaceBegin() {
-  Write("  0\n3DFACE\n");
-}
+void DxfWriter::Write3DFaceBegin() { Write("  0\n3DFACE\n"); }
 
-void DxfWriter::WriteSolidBegin() {
-  Write("  0\nSOLID\n");
-}
+void DxfWriter::WriteSolidBegin() { Write("  0\nSOLID\n"); }
 
-void DxfWriter::WriteCircleBegin() {
-  Write("  0\nCIRCLE\n");
-}
+void DxfWriter::WriteCircleBegin() { Write("  0\nCIRCLE\n"); }
 
 void DxfWriter::WritePolylineBegin(const int* color, bool closed) {
   Write("  0\nPOLYLINE\n");
@@ -247,9 +229,7 @@ void DxfWriter::WritePolylineBegin(const int* color, bool closed) {
   WritePolylineFlags(closed);
 }
 
-void DxfWriter::WriteVerticesFollow() {
-  Write(" 66\n1\n");
-}
+void DxfWriter::WriteVerticesFollow() { Write(" 66\n1\n"); }
 
 void DxfWriter::WritePolylineFlags(bool closed) {
   if (closed) {
@@ -265,13 +245,9 @@ void DxfWriter::WriteVertexBegin(const BlockNode* /*node*/) {
   WriteVertexFlags();
 }
 
-void DxfWriter::WriteVertexFlags() {
-  Write(" 70\n0\n");
-}
+void DxfWriter::WriteVertexFlags() { Write(" 70\n0\n"); }
 
-void DxfWriter::WriteSeqEnd() {
-  Write("  0\nSEQEND\n");
-}
+void DxfWriter::WriteSeqEnd() { Write("  0\nSEQEND\n"); }
 
 void DxfWriter::WriteColor(int color) {
   Write(" 62\n");

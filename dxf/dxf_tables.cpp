@@ -21,6 +21,4 @@ constexpr char kTables[] =
 
 }  // namespace
 
-void DxfWriter::WriteTablesSection() {
-  Write(kTables);
-}
+void DxfWriter::WriteTablesSection() { Write(kTables); }

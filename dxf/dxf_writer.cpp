@@ -44,9 +44,7 @@ DxfWriter* DxfWriter::Instance() {
   return instance().get();
 }
 
-void DxfWriter::Release() {
-  instance().reset();
-}
+void DxfWriter::Release() { instance().reset(); }
 
 bool DxfWriter::Open(CString path) {
   CFileException exception(CFileException::none, -1, nullptr);
@@ -62,12 +60,16 @@ bool DxfWriter::Open(CString path) {
   return true;
 }
 
-void DxfWriter::Close() {
-  file_.Close();
-}
+void DxfWriter::Close() { file_.Close(); }
 
-void DxfWriter::Flush() {
-  file_.Flush();
+void DxfWriter::Flush() { file_.Flush(); }
+
+void DxfWriter::FlushQuietly() noexcept {
+  try {
+    file_.Flush();
+  } catch (const std::exception&) {
+    return;
+  }
 }
 
 void DxfWriter::Write(const CString& text) {

@@ -119,9 +119,7 @@ bool isSilhouette(PolygonNormals& normals, std::uint32_t f, std::uint32_t g) {
   return std::fabs(KtPoint3::GetAngle(normals.Normal(f), normals.Normal(g), false)) > kCreaseAngle;
 }
 
-std::uint32_t polygonOf(std::uint64_t entry) {
-  return static_cast<std::uint32_t>(entry);
-}
+std::uint32_t polygonOf(std::uint64_t entry) { return static_cast<std::uint32_t>(entry); }
 
 // Adds the explicit edges of `runs` to `edges`, which are in edge order; an edge that stands in
 // both stays once.

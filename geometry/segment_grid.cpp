@@ -10,9 +10,7 @@ namespace {
 // the point's cell or one of the eight around it.
 constexpr double kCellSize = 4 * kSegmentTolerance;
 
-bool near(double a, double b) {
-  return std::fabs(a - b) <= kSegmentTolerance;
-}
+bool near(double a, double b) { return std::fabs(a - b) <= kSegmentTolerance; }
 
 }  // namespace
 
