@@ -25,7 +25,7 @@ constexpr double kNegligibleAngle = 0.001;
 constexpr double kUnturnedAngle = 1e-05;
 // Of the node's rotation: the angle in radians, and the axis's x and y.
 constexpr double kOutOfPlane = 0.01;
-constexpr double kRadiansPerDegree = 3.141592653589793 / 180.0;
+constexpr double kPi = 3.141592653589793;
 
 // White space as the platform's wide character class has it, in Unicode.
 bool isWhiteSpace(char16_t c) {
@@ -80,7 +80,7 @@ void rotateOffset(double& x, double& y, double& z, double angle, double axisX, d
   }
   KtMatrix turn;
   turn.Identity();
-  turn.Rotate(axisX, axisY, axisZ, angle * kRadiansPerDegree);
+  turn.Rotate(axisX, axisY, axisZ, angle * kPi / 180.0);
   KtPoint3 offset(x, y, z);
   offset.Mult(turn);
   x = offset.Get0();
