@@ -1,0 +1,70 @@
+# What `cmake --install` puts where: the SDK (headers, libraries, CMake package, pkg-config file), the
+# plug-in, dxf2d, and the pages. Everything finds everything else by relative paths, so that the tree
+# may be moved as a whole.
+include(CMakePackageConfigHelpers)
+
+set(KT_SCENE_INCLUDEDIR ${CMAKE_INSTALL_INCLUDEDIR}/ktscene-1)
+set(KT_SCENE_PACKAGEDIR ${CMAKE_INSTALL_LIBDIR}/cmake/KtScene)
+# A folder of its own: the plug-in is loaded by path and no library to link.
+set(KT_SCENE_PLUGINDIR ${CMAKE_INSTALL_LIBDIR}/dxf2d)
+
+# Headers: those that a host or a plug-in includes. What is not named here is not part of the SDK.
+install(DIRECTORY platform DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
+  PATTERN cfile.h
+  PATTERN cfile_exception.h
+  PATTERN code_page.h
+  PATTERN cstring.h
+  PATTERN cwin_app.h
+  PATTERN export.h
+  PATTERN locale.h
+  PATTERN number_format.h
+  PATTERN path_text.h)
+install(DIRECTORY ktscene DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
+  PATTERN export.h
+  PATTERN kt_g.h
+  PATTERN kt_geometry.h
+  PATTERN kt_graphic_attribute.h
+  PATTERN kt_graphic_node.h
+  PATTERN kt_matrix.h
+  PATTERN kt_point3.h
+  PATTERN kt_scene.h
+  PATTERN kt_scene_reader.h
+  PATTERN kt_shape_mesh.h
+  PATTERN kt_traverser.h
+  PATTERN kt_v.h
+  PATTERN zu_message.h
+  PATTERN po EXCLUDE)
+
+install(TARGETS KtPlatform KtScene EXPORT KtSceneTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS dxf2d_plugin LIBRARY DESTINATION ${KT_SCENE_PLUGINDIR})
+set_target_properties(KtPlatform KtScene PROPERTIES INSTALL_RPATH $ORIGIN)
+set_target_properties(dxf2d_plugin PROPERTIES INSTALL_RPATH $ORIGIN/..)
+if(TARGET dxf2d)
+  file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(dxf2d PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
+  install(TARGETS dxf2d RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
+# find_package(KtScene)
+install(EXPORT KtSceneTargets NAMESPACE KtScene:: DESTINATION ${KT_SCENE_PACKAGEDIR})
+set(plugin_file ${KT_SCENE_PLUGINDIR}/dxf2d_plugin.so)
+configure_package_config_file(cmake/KtSceneConfig.cmake.in ${PROJECT_BINARY_DIR}/KtSceneConfig.cmake
+  INSTALL_DESTINATION ${KT_SCENE_PACKAGEDIR}
+  PATH_VARS plugin_file
+  NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/KtSceneConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/KtSceneConfig.cmake
+  ${PROJECT_BINARY_DIR}/KtSceneConfigVersion.cmake
+  DESTINATION ${KT_SCENE_PACKAGEDIR})
+
+# pkg-config ktscene
+file(RELATIVE_PATH to_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+configure_file(cmake/ktscene.pc.in ktscene.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/ktscene.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})

@@ -1,0 +1,78 @@
+// A minimal host: builds a scene of two crates and has a plug-in draw its plan.
+//
+// usage: minimal_host DRAWING.dxf [PLUGIN]
+#include <dlfcn.h>
+#include <ktscene/kt_traverser.h>
+#include <platform/cfile_exception.h>
+#include <platform/path_text.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+using Entry = bool (*)(KtTraverser*, void*);
+
+// Both ids must be there: objectId has the crate placed in the drawing, realObjectId makes its own
+// frame the one that holds the lines. Crates share a graphic name, because they look the same: the
+// second is then drawn as an instance of the first. A turn about z would do as well as the shift;
+// a scale belongs in the sizes, because placements carry none.
+KtSceneNode makeCrate(const char16_t* id, double x, double y) {
+  KtSceneNode node;
+  node.graphicName = u"crate";
+  node.objectId = node.realObjectId = id;
+  node.matrix.SetTranslation(x, y, 0.0);
+  node.geometry.emplace_back(KtBox{2.0, 1.0, 0.5});
+  return node;
+}
+
+KtScene makeScene() {
+  KtScene scene;
+  scene.nodes.push_back(makeCrate(u"crate-1", 0.0, 0.0));
+  scene.nodes.push_back(makeCrate(u"crate-2", 5.0, 3.0));
+  return scene;
+}
+
+// Has the plug-in register its callbacks. It is never unloaded: they are its code.
+void enter(const char* plugin, KtTraverser& traverser) {
+  void* module = dlopen(plugin, RTLD_NOW | RTLD_LOCAL);
+  if (module == nullptr) throw std::runtime_error(dlerror());
+  const auto entry = reinterpret_cast<Entry>(dlsym(module, "InitializeTraverser"));
+  if (entry == nullptr || !entry(&traverser, nullptr)) {
+    throw std::runtime_error(std::string(plugin) + ": is no plug-in, or takes no hosts");
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2 || argc > 3) {
+    std::fprintf(stderr, "usage: minimal_host DRAWING.dxf [PLUGIN]\n");
+    return 2;
+  }
+  const std::string drawing = argv[1];
+  // The drawing takes its name once it is whole; whatever happens, no half of one stands there.
+  const std::string part = drawing + ".part";
+  try {
+    KtTraverser traverser;
+    enter(argc == 3 ? argv[2] : DEFAULT_PLUGIN, traverser);
+    KtScene scene = makeScene();
+    // False: the file cannot be created. An error box, which is a line on standard error unless
+    // ZuSetErrorBoxHandler says otherwise, has named the reason.
+    if (!traverser.Walk(scene, PathFromBytes(part))) return 1;
+    // Not every plug-in draws: one may count, or check.
+    if (std::filesystem::exists(part)) std::filesystem::rename(part, drawing);
+    return 0;
+  } catch (const CFileException& error) {
+    // The file could be created and not written, as when the disk is full.
+    std::fprintf(stderr, "minimal_host: %s\n", error.what());
+  } catch (const std::exception& error) {
+    // What the loader says, or a lack of memory.
+    std::fprintf(stderr, "minimal_host: %s\n", error.what());
+  }
+  std::error_code ignored;
+  std::filesystem::remove(part, ignored);
+  return 1;
+}

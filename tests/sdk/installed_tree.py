@@ -1,0 +1,190 @@
+"""Installs the build tree, builds the examples against what was installed, and runs them.
+
+The examples see nothing of the source tree: they are copied out of the installed one, and that one is
+moved after the installation, as a package's files are.
+"""
+import argparse
+import json
+import os
+import pathlib
+import shlex
+import shutil
+import subprocess
+import tempfile
+
+SQUARE = {
+    "nodes": [
+        {
+            "graphicName": "square",
+            "objectId": "A",
+            "realObjectId": "A",
+            "geometry": [
+                {"faceSet": {"coords": [0, 0, 0, 2, 0, 0, 2, 2, 0, 0, 2, 0], "indices": [0, 1, 2, 3, -7]}}
+            ],
+        }
+    ]
+}
+
+COUNTS = "nodes 2, instances refused 1, face sets 2, line sets 0, labels 0, materials 0\n"
+
+
+def arguments():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--build", required=True, help="the build tree")
+    parser.add_argument("--cmake", required=True)
+    parser.add_argument("--generator", required=True)
+    parser.add_argument("--make-program", required=True)
+    parser.add_argument("--compiler", required=True)
+    parser.add_argument("--config", required=True, help="the build type")
+    parser.add_argument("--flags", default="", help="compiler flags that the libraries were built with")
+    parser.add_argument("--libdir", required=True, help="of the installation, below its prefix")
+    parser.add_argument("--bindir", required=True, help="of the installation, below its prefix")
+    return parser.parse_args()
+
+
+def run(*command, environment=None, expect=0):
+    """The standard output of `command`, which must end with the exit code `expect`."""
+    words = [str(word) for word in command]
+    done = subprocess.run(
+        words, env=environment, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True
+    )
+    assert done.returncode == expect, (
+        f"{shlex.join(words)} ended with {done.returncode}\n{done.stdout}\n{done.stderr}"
+    )
+    return done.stdout
+
+
+def install(args, work):
+    """Installs into one place and moves the tree to another. Returns its prefix."""
+    staged = work / "staged"
+    environment = {key: value for key, value in os.environ.items() if key != "DESTDIR"}
+    run(args.cmake, "--install", args.build, "--config", args.config, "--prefix", staged,
+        environment=environment)
+    prefix = work / "moved here"
+    staged.rename(prefix)
+    return prefix
+
+
+def check_headers(prefix):
+    """The SDK has the public headers and no others."""
+    headers = prefix / "include" / "ktscene-1"
+    found = {path.relative_to(headers).as_posix() for path in headers.rglob("*") if path.is_file()}
+    assert "ktscene/kt_traverser.h" in found and "platform/cfile_exception.h" in found, found
+    private = {name for name in found if name.startswith("ktscene/") and not name.startswith(
+        ("ktscene/kt_", "ktscene/export.h", "ktscene/zu_message.h"))}
+    assert not private, private
+    assert not [name for name in found if not name.endswith(".h")], found
+    assert "platform/decimal_point.h" not in found
+
+
+def build_with_cmake(args, source, prefix):
+    build = source / "build"
+    run(args.cmake, "-S", source, "-B", build, "-G", args.generator,
+        f"-DCMAKE_MAKE_PROGRAM={args.make_program}", f"-DCMAKE_CXX_COMPILER={args.compiler}",
+        f"-DCMAKE_BUILD_TYPE={args.config}",
+        f"-DCMAKE_CXX_FLAGS={args.flags} -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror",
+        f"-DCMAKE_PREFIX_PATH={prefix}")
+    run(args.cmake, "--build", build)
+    return build
+
+
+def pkg_config(args, prefix, *what):
+    environment = dict(os.environ, PKG_CONFIG_PATH=str(prefix / args.libdir / "pkgconfig"))
+    return shlex.split(run("pkg-config", *what, "ktscene", environment=environment))
+
+
+def build_with_pkg_config(args, source, prefix):
+    flags = pkg_config(args, prefix, "--cflags")
+    assert "-ffp-contract=off" in flags, flags
+    host = source / "host_by_pkg_config"
+    plugin = pkg_config(args, prefix, "--variable=plugin")
+    run(args.compiler, "-std=c++20", *shlex.split(args.flags), *flags,
+        f'-DDEFAULT_PLUGIN="{" ".join(plugin)}"', source / "main.cpp", "-o", host,
+        *pkg_config(args, prefix, "--libs"), f"-Wl,-rpath,{prefix / args.libdir}", "-ldl")
+    return host
+
+
+def groups(drawing):
+    """The (code, value) pairs of a drawing."""
+    lines = drawing.read_text(encoding="latin-1").split("\n")
+    assert lines[-3:] == ["  0", "EOF", ""], lines[-3:]
+    return list(zip(lines[0:-1:2], lines[1:-1:2]))
+
+
+def placements(drawing):
+    """The (block name, x, y) of every INSERT in the ENTITIES section."""
+    pairs = groups(drawing)
+    entities = pairs[pairs.index(("  2", "ENTITIES")):]
+    starts = [at for at, pair in enumerate(entities) if pair == ("  0", "INSERT")]
+    placed = []
+    for start in starts:
+        entity = dict(entities[start + 1:start + 6])
+        placed.append((entity["  2"], entity[" 10"], entity[" 20"]))
+    return placed
+
+
+def check_two_crates(drawing):
+    """The second crate is placed as an instance: under the first one's name."""
+    assert placements(drawing) == [
+        ("GO_1", "0.000000", "0.000000"),
+        ("GO_1", "5.000000", "3.000000"),
+    ], placements(drawing)
+
+
+def check_hosts(hosts, plugin, work):
+    for host in hosts:
+        drawing = work / f"{host.name}.dxf"
+        run(host, drawing)
+        check_two_crates(drawing)
+        drawing.unlink()
+
+        assert run(host, drawing, plugin) == COUNTS
+        assert not drawing.exists()
+
+        run(host, work / "no such directory" / "a.dxf", expect=1)
+        run(host, drawing, work / "no such plug-in.so", expect=1)
+        # On a full disk the drawing fails half way, and no part of it is left.
+        if os.path.exists("/dev/full"):
+            full = work / "full.dxf"
+            os.symlink("/dev/full", f"{full}.part")
+            run(host, full, expect=1)
+            assert not os.path.lexists(full) and not os.path.lexists(f"{full}.part")
+
+
+def check_program(program, plugin, work):
+    """dxf2d of the installed tree draws with the plug-in beside it, and looks into another."""
+    scene = work / "square.json"
+    scene.write_text(json.dumps(SQUARE), encoding="utf-8")
+    drawing = work / "square.dxf"
+    run(program, "export", scene, "-o", drawing)
+    assert placements(drawing) == [("GO_1", "0.000000", "0.000000")], placements(drawing)
+    assert "InitializeTraverser" in run(program, "inspect", plugin)
+
+
+def check(args, work):
+    prefix = install(args, work)
+    check_headers(prefix)
+    examples = work / "examples"
+    [installed] = (prefix / "share" / "doc").glob("*/examples")
+    shutil.copytree(installed, examples)
+
+    host_build = build_with_cmake(args, examples / "minimal_host", prefix)
+    plugin = build_with_cmake(args, examples / "minimal_plugin", prefix) / "minimal_plugin.so"
+    hosts = [
+        host_build / "minimal_host",
+        build_with_pkg_config(args, examples / "minimal_host", prefix),
+    ]
+    check_hosts(hosts, plugin, work)
+    program = prefix / args.bindir / "dxf2d"
+    if program.exists():
+        check_program(program, plugin, work)
+
+
+def main():
+    args = arguments()
+    with tempfile.TemporaryDirectory(prefix="dxf2d-sdk-") as work:
+        check(args, pathlib.Path(work))
+
+
+if __name__ == "__main__":
+    main()
