@@ -1,0 +1,61 @@
+// The file that a command leaves behind: whole under the user's name, or not there at all.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "app/exit_code.h"
+
+// Why an output cannot be had. what() is one sentence that names the file and the way out; `code`
+// is kExitOutputNotMade or kExitWriteFailed.
+class OutputError : public std::runtime_error {
+ public:
+  OutputError(ExitCode code, const std::string& sentence)
+      : std::runtime_error(sentence), code_(code) {}
+  ExitCode Code() const { return code_; }
+
+ private:
+  ExitCode code_;
+};
+
+// An output under construction. The bytes go to a temporary file in the same directory, and Commit
+// puts it under the user's name in one step; without Commit the destructor removes it, and whatever
+// stood under the name before is untouched.
+//
+// A symbolic link is replaced, not followed. What is neither a file nor a directory (a FIFO, a
+// terminal, /dev/null, /dev/stdout) is written straight, since it cannot be replaced.
+//
+// Owned and used by one thread. A writer of its own, such as the plug-in, may open Path() and
+// truncate it, and must have closed it before Commit.
+class OutputFile {
+ public:
+  // Creates the temporary file beside `path`, with the permissions of a file already there. Throws
+  // OutputError when that cannot be, also when the file there may not be written.
+  explicit OutputFile(std::string path);
+  ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  // Where the bytes go until Commit: the temporary file, or the user's path where it is written
+  // straight.
+  const std::string& Path() const { return path_; }
+  // Appends. Throws OutputError.
+  void Write(std::string_view bytes);
+  // Brings the bytes to the disk and puts the file under its name. Throws OutputError; the
+  // temporary file is then removed by the destructor. To be called once.
+  void Commit();
+
+ private:
+  void CreateTemporary();
+  void OpenStraight();
+  void Close();
+
+  std::string target_;
+  std::string path_;
+  int descriptor_ = -1;
+  // True while path_ is a temporary file of ours.
+  bool temporary_ = false;
+  // True when the target cannot be replaced and is written under its own name.
+  bool straight_ = false;
+};
