@@ -153,9 +153,7 @@ class DrawingParser {
 
 }  // namespace
 
-Drawing readDrawing(const std::string& path) {
-  return parseDrawing(readWhole(path), path);
-}
+Drawing readDrawing(const std::string& path) { return parseDrawing(readWhole(path), path); }
 
 Drawing parseDrawing(std::string_view text, std::string_view name) {
   Drawing drawing = DrawingParser(text, name).Parse();

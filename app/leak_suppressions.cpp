@@ -5,6 +5,4 @@
 // still: the name is that of the library whose function allocated.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 
-const char* __lsan_default_suppressions() {
-  return "leak:libfontconfig\n";
-}
+const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }

@@ -12,9 +12,7 @@
 
 namespace {
 
-std::string reasonOf(int error) {
-  return std::generic_category().message(error);
-}
+std::string reasonOf(int error) { return std::generic_category().message(error); }
 
 std::string directoryOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
@@ -50,9 +48,7 @@ std::string directoryOf(const std::string& path) {
                                           "; mend that or choose another place");
 }
 
-bool startsWith(const std::string& text, const char* start) {
-  return text.rfind(start, 0) == 0;
-}
+bool startsWith(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
 
 // /dev/stdout and its like are links to whatever the process has open, a plain file included; to
 // replace the link would take it from every other program.

@@ -12,9 +12,7 @@
 
 namespace {
 
-void say(const std::string& sentence) {
-  std::fprintf(stderr, "dxf2d: %s\n", sentence.c_str());
-}
+void say(const std::string& sentence) { std::fprintf(stderr, "dxf2d: %s\n", sentence.c_str()); }
 
 int fail(ExitCode code, const std::string& sentence) {
   say(sentence);

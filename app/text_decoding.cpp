@@ -36,12 +36,8 @@ bool isControl(char32_t character) {
   return character < 0x20 || (character >= 0x7F && character <= 0x9F);
 }
 
-bool isHigh(char32_t unit) {
-  return unit >= 0xD800 && unit < 0xDC00;
-}
-bool isLow(char32_t unit) {
-  return unit >= 0xDC00 && unit < 0xE000;
-}
+bool isHigh(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
+bool isLow(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
 struct CloseConversion {
   void operator()(void* conversion) const { iconv_close(conversion); }

@@ -22,10 +22,6 @@ std::string complaintOf(const std::string& blocks, const std::string& entities) 
   }
 }
 
-std::string blockName(std::size_t number) {
-  return "GO_" + std::to_string(number);
-}
-
 // Blocks 0 to count - 1, each inserting the next `copies` times, and a line in the last.
 std::string tower(std::size_t count, int copies) {
   std::string blocks;

@@ -9,9 +9,7 @@
 
 namespace {
 
-Drawing parse(const std::string& text) {
-  return parseDrawing(text, "plan.dxf");
-}
+Drawing parse(const std::string& text) { return parseDrawing(text, "plan.dxf"); }
 
 // What the reader says of a malformed drawing; empty when it takes it.
 std::string complaintOf(const std::string& text) {
@@ -251,9 +249,7 @@ TEST(DxfReader, NamesAFileThatCannotBeRead) {
   }
 }
 
-TEST(DxfReader, RefusesADirectory) {
-  EXPECT_THROW(readDrawing("/"), DxfError);
-}
+TEST(DxfReader, RefusesADirectory) { EXPECT_THROW(readDrawing("/"), DxfError); }
 
 TEST(DxfReader, AnEndlessDeviceIsALimitAndNoHang) {
   EXPECT_THROW(readDrawing("/dev/zero"), LimitError);

@@ -31,13 +31,9 @@ PicturePixels PicturePixels::OfDrawing(const std::string& text, int size) {
       drawPicture(parseDrawing(text, "plan.dxf"), {PictureFormat::kPng, size, 1252}).bytes);
 }
 
-int PicturePixels::Width() const {
-  return cairo_image_surface_get_width(surface_.get());
-}
+int PicturePixels::Width() const { return cairo_image_surface_get_width(surface_.get()); }
 
-int PicturePixels::Height() const {
-  return cairo_image_surface_get_height(surface_.get());
-}
+int PicturePixels::Height() const { return cairo_image_surface_get_height(surface_.get()); }
 
 Pixel PicturePixels::At(int x, int y) const {
   const unsigned char* row = cairo_image_surface_get_data(surface_.get()) +

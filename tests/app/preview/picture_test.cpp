@@ -19,12 +19,8 @@ std::string framed(const std::string& blocks, const std::string& entities) {
   return drawingText(blocks, polylineText(7, true, "0,0 100,0 100,100 0,100") + entities);
 }
 
-double pageX(double x) {
-  return 10.0 + 3.8 * x;
-}
-double pageY(double y) {
-  return 390.0 - 3.8 * y;
-}
+double pageX(double x) { return 10.0 + 3.8 * x; }
+double pageY(double y) { return 390.0 - 3.8 * y; }
 
 PicturePixels draw(const std::string& blocks, const std::string& entities) {
   return PicturePixels::OfDrawing(framed(blocks, entities), kSize);
@@ -34,9 +30,7 @@ Pixel inkAt(const PicturePixels& picture, double x, double y) {
   return picture.InkNear(pageX(x), pageY(y));
 }
 
-PixelBox insideFrame() {
-  return {14, 14, kSize - 15, kSize - 15};
-}
+PixelBox insideFrame() { return {14, 14, kSize - 15, kSize - 15}; }
 
 void expectNear(const DisplayColor& shown, double red, double green, double blue) {
   EXPECT_NEAR(shown.red, red, 1e-12);
