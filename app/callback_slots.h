@@ -1,0 +1,14 @@
+// The callback slots by number and name.
+#pragma once
+
+#include <array>
+
+#include "ktscene/kt_traverser.h"
+
+struct CallbackSlot {
+  const char* name;
+  bool filled;
+};
+
+// Slot 1 stands first.
+std::array<CallbackSlot, 20> slotsOf(const KtCallbacks& callbacks);

@@ -1,0 +1,168 @@
+#include "app/inspect_command.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+
+#include "app/exit_code.h"
+#include "app/inspection_scenes.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Not;
+
+struct Outcome {
+  int code = 0;
+  std::string output;
+  std::string errors;
+};
+
+Outcome inspect(const std::string& plugin) {
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  Outcome outcome;
+  outcome.code = runInspect({plugin});
+  outcome.output = testing::internal::GetCapturedStdout();
+  outcome.errors = testing::internal::GetCapturedStderr();
+  return outcome;
+}
+
+std::size_t count(const std::string& text, const std::string& part) {
+  std::size_t found = 0;
+  for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++found;
+  }
+  return found;
+}
+
+// The line that begins with `start`, at or after the line `heading`.
+std::string lineOf(const std::string& text, const std::string& heading, const std::string& start) {
+  const std::size_t at = text.find('\n' + start, text.find(heading));
+  return at == std::string::npos ? "" : text.substr(at + 1, text.find('\n', at + 1) - at - 1);
+}
+
+TEST(Inspect, OwnPluginStandsEveryWalk) {
+  const Outcome outcome = inspect(PLUGIN);
+  EXPECT_EQ(outcome.code, kExitDone);
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_EQ(count(outcome.output, " passes\n"), inspectionScenes().size());
+}
+
+TEST(Inspect, OwnPluginFillsThirteenSlots) {
+  const std::string output = inspect(PLUGIN).output;
+  EXPECT_EQ(count(output, " filled\n"), 13U);
+  EXPECT_EQ(count(output, " null\n"), 7U);
+  for (const char* slot :
+       {"   8  matrix", "   9  face geometry", "  12  point set", "  13  graphic node",
+        "  15  text", "  17  begin file", "  18  end file"}) {
+    EXPECT_THAT(lineOf(output, "Slots:", slot), HasSubstr(" null")) << slot;
+  }
+}
+
+TEST(Inspect, OwnPluginExportsItsEntryAndThirteenCallbacks) {
+  const std::string output = inspect(PLUGIN).output;
+  EXPECT_THAT(output, HasSubstr("Exports (14):\n"));
+  EXPECT_THAT(output, HasSubstr("  InitializeTraverser\n"));
+  EXPECT_THAT(output, HasSubstr("  DXF2dMatrix(double const*)\n"));
+}
+
+TEST(Inspect, PluginThatDrawsNothingPasses) {
+  const Outcome outcome = inspect(COUNTING);
+  EXPECT_EQ(outcome.code, kExitDone);
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_EQ(count(outcome.output, " filled\n"), 2U);
+  // Each walk is the first of its process.
+  EXPECT_THAT(outcome.output, HasSubstr("\n0 nodes\n  empty scene            passes\n"));
+  EXPECT_THAT(outcome.output, HasSubstr("\n100001 nodes\n  deep nesting           passes\n"));
+}
+
+TEST(Inspect, TextFileIsNoPlugin) {
+  const Outcome outcome = inspect(TEXT_FILE);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(outcome.errors, HasSubstr("LICENSE' is no plug-in: it is not a loadable module"));
+  EXPECT_EQ(outcome.output, "");
+}
+
+TEST(Inspect, DirectoryIsNoPlugin) {
+  const Outcome outcome = inspect(fs::path(TEXT_FILE).parent_path().string());
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(outcome.errors, HasSubstr("is no plug-in"));
+}
+
+TEST(Inspect, MissingFileIsNamed) {
+  const Outcome outcome = inspect("no/such/plugin.so");
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_EQ(outcome.errors,
+            "dxf2d: cannot read 'no/such/plugin.so': No such file or directory; check the name\n");
+}
+
+TEST(Inspect, ModuleWithoutTheEntryIsNoPlugin) {
+  const Outcome outcome = inspect(LACKS_THE_ENTRY);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(outcome.errors, HasSubstr("lacks the entry InitializeTraverser"));
+  EXPECT_EQ(outcome.output, "");
+}
+
+TEST(Inspect, ProgramIsNoPlugin) { EXPECT_EQ(inspect(PROGRAM).code, kExitPlugin); }
+
+TEST(Inspect, PluginThatRefusesHostsIsReported) {
+  const Outcome outcome = inspect(REFUSES_HOSTS);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(outcome.errors, HasSubstr("refuses this host"));
+}
+
+TEST(Inspect, CrashWhileLoadingIsASentence) {
+  const Outcome outcome = inspect(CRASHES_AT_LOAD);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(outcome.errors, HasSubstr("brings its host down while it is loaded (Aborted)\n"));
+}
+
+TEST(Inspect, CrashInAWalkNamesTheContent) {
+  const Outcome outcome = inspect(CRASHES_ON_LABELS);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  labels"),
+              HasSubstr("brings its host down (Aborted)"));
+  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  everything"), HasSubstr("brings its host down"));
+  EXPECT_EQ(count(outcome.output, " passes\n"), inspectionScenes().size() - 2);
+  EXPECT_THAT(outcome.errors, HasSubstr("does not stand 2 of 14 walks"));
+}
+
+TEST(Inspect, EndingTheHostIsNoPass) {
+  const Outcome outcome = inspect(ENDS_ITS_HOST);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  bounds  "),
+              HasSubstr("ends its host (exit code 77)"));
+}
+
+TEST(Inspect, ExceptionIsQuoted) {
+  const Outcome outcome = inspect(THROWS_ON_LINES);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  line sets"),
+              HasSubstr("fails: it throws \"lines are beyond me\""));
+}
+
+TEST(Inspect, RefusedFileComesWithTheErrorBox) {
+  const Outcome outcome = inspect(WRITES_NOWHERE);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  empty scene"), HasSubstr("(the pen is dry)"));
+  EXPECT_THAT(outcome.output, Not(HasSubstr(" passes\n")));
+}
+
+TEST(Inspect, LeavesNoFileBehind) {
+  const fs::path scratch = fs::path(testing::TempDir()) / "inspect_leaves_no_file";
+  fs::create_directories(scratch);
+  const char* before = std::getenv("TMPDIR");
+  const std::string kept = before == nullptr ? "" : before;
+  setenv("TMPDIR", scratch.c_str(), 1);
+  EXPECT_EQ(inspect(PLUGIN).code, kExitDone);
+  EXPECT_EQ(inspect(CRASHES_ON_LABELS).code, kExitPlugin);
+  before == nullptr ? unsetenv("TMPDIR") : setenv("TMPDIR", kept.c_str(), 1);
+  EXPECT_TRUE(fs::is_empty(scratch));
+  fs::remove_all(scratch);
+}
+
+}  // namespace

@@ -1,0 +1,3 @@
+#include "plugin_entry.h"
+
+PLUGIN_ENTRY { return traverser == nullptr; }
