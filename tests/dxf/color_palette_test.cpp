@@ -1,0 +1,181 @@
+#include "dxf/color_palette.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <set>
+
+#include "session/export_session.h"
+#include "tests/support/drawing_session.h"
+#include "tests/support/expected_groups.h"
+
+namespace {
+
+const PaletteColor& entryOf(int index) {
+  for (const PaletteColor& color : kColorPalette) {
+    if (color.index == index) {
+      return color;
+    }
+  }
+  throw std::runtime_error("no such index");
+}
+
+void expectEntry(int index, double red, double green, double blue) {
+  const PaletteColor& color = entryOf(index);
+  EXPECT_EQ(color.red, red) << index;
+  EXPECT_EQ(color.green, green) << index;
+  EXPECT_EQ(color.blue, blue) << index;
+}
+
+void receiveMaterial(double red, double green, double blue) {
+  const double color[3] = {red, green, blue};
+  DXF2dMaterial(nullptr, color, nullptr, nullptr, nullptr, nullptr);
+}
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+}  // namespace
+
+TEST(ColorPalette, EveryIndexOccursOnce) {
+  std::set<int> indices;
+  for (const PaletteColor& color : kColorPalette) {
+    indices.insert(color.index);
+  }
+  EXPECT_EQ(indices.size(), 255U);
+  EXPECT_EQ(*indices.begin(), 1);
+  EXPECT_EQ(*indices.rbegin(), 255);
+}
+
+TEST(ColorPalette, SearchBeginsAtDarkBlueAndEndsAtWhite) {
+  EXPECT_EQ(kColorPalette.front().index, 178);
+  EXPECT_EQ(kColorPalette[4].index, 5);
+  EXPECT_EQ(kColorPalette[250].index, 51);
+  EXPECT_EQ(kColorPalette[251].index, 7);
+  EXPECT_EQ(kColorPalette.back().index, 255);
+}
+
+TEST(ColorPalette, EightAndNineAreWhite) {
+  expectEntry(7, 1, 1, 1);
+  expectEntry(8, 1, 1, 1);
+  expectEntry(9, 1, 1, 1);
+  expectEntry(255, 1, 1, 1);
+}
+
+TEST(ColorPalette, HuesHaveFiveFullAndFiveHalfSaturatedShades) {
+  expectEntry(10, 1, 0, 0);
+  expectEntry(11, 1, 0.5, 0.5);
+  expectEntry(12, 0.65, 0, 0);
+  expectEntry(13, 0.65, 0.65 * 0.5, 0.65 * 0.5);
+  expectEntry(19, 0.15, 0.15 * 0.5, 0.15 * 0.5);
+  expectEntry(178, 0, 0, 0.15);
+  expectEntry(249, 0.15, 0.15 * 0.5, 0.15 * (0.5 + 0.5 * 0.25));
+}
+
+TEST(ColorPalette, TwoEntriesDepartFromTheirRow) {
+  expectEntry(108, 0, 0.15, 0.09375);
+  expectEntry(118, 0, 0.15, 0.75);
+}
+
+TEST(ColorPalette, GreysCloseTheTable) {
+  expectEntry(250, 0.33, 0.33, 0.33);
+  expectEntry(251, 0.464, 0.464, 0.464);
+  expectEntry(254, 0.866, 0.866, 0.866);
+}
+
+TEST(NearestPaletteIndex, BasicColoursAreTheirOwnIndices) {
+  EXPECT_EQ(nearestPaletteIndex(1, 1, 1), 7);
+  EXPECT_EQ(nearestPaletteIndex(1, 0, 0), 1);
+  EXPECT_EQ(nearestPaletteIndex(1, 1, 0), 2);
+  EXPECT_EQ(nearestPaletteIndex(0, 1, 0), 3);
+  EXPECT_EQ(nearestPaletteIndex(0, 1, 1), 4);
+  EXPECT_EQ(nearestPaletteIndex(0, 0, 1), 5);
+  EXPECT_EQ(nearestPaletteIndex(1, 0, 1), 6);
+}
+
+TEST(NearestPaletteIndex, HalfGreyIsTheGreyBelowIt) {
+  EXPECT_EQ(nearestPaletteIndex(0.5, 0.5, 0.5), 251);
+}
+
+TEST(NearestPaletteIndex, DepartingEntriesAreFoundByTheirOwnValues) {
+  EXPECT_EQ(nearestPaletteIndex(0, 0.15, 0.75), 118);
+  EXPECT_EQ(nearestPaletteIndex(0, 0.15, 0.09375), 108);
+  EXPECT_EQ(nearestPaletteIndex(0, 0.15, 0.0375), 98);
+}
+
+TEST(NearestPaletteIndex, FirstInSearchOrderWinsForBlack) {
+  EXPECT_EQ(nearestPaletteIndex(0, 0, 0), 178);
+}
+
+TEST(NearestPaletteIndex, EveryEntryIsNearestToItselfOrToAnEarlierTwin) {
+  for (const PaletteColor& color : kColorPalette) {
+    const int index = nearestPaletteIndex(color.red, color.green, color.blue);
+    const PaletteColor& found = entryOf(index);
+    EXPECT_EQ(found.red, color.red) << color.index;
+    EXPECT_EQ(found.green, color.green) << color.index;
+    EXPECT_EQ(found.blue, color.blue) << color.index;
+  }
+}
+
+TEST(NearestPaletteIndex, ComponentsOutsideTheRangeAreNotClamped) {
+  EXPECT_EQ(nearestPaletteIndex(-100, -100, 50), 5);
+  EXPECT_EQ(nearestPaletteIndex(200, 200, 200), 7);
+}
+
+TEST(NearestPaletteIndex, NothingIsNearToWhatIsNoNumberOrEnormous) {
+  EXPECT_EQ(nearestPaletteIndex(kNaN, 0, 0), 0);
+  EXPECT_EQ(nearestPaletteIndex(0, 1e300, 0), 0);
+  EXPECT_EQ(nearestPaletteIndex(0, 0, 10001.0), 0);
+  EXPECT_EQ(nearestPaletteIndex(0, 0, 10000.5), 5);
+}
+
+TEST(Material, NullColourLeavesTheNodesColour) {
+  DrawingSession session;
+  receiveMaterial(1, 0, 0);
+  const double unread[3] = {0, 1, 0};
+  DXF2dMaterial(unread, nullptr, unread, unread, unread, unread);
+  EXPECT_EQ(exportSession().currentNode->colorIndex, 1);
+}
+
+TEST(Material, OnlyTheSecondArgumentIsRead) {
+  DrawingSession session;
+  const double unread[3] = {0, 1, 0};
+  const double color[3] = {0, 0, 1};
+  DXF2dMaterial(unread, color, unread, unread, unread, unread);
+  EXPECT_EQ(exportSession().currentNode->colorIndex, 5);
+}
+
+TEST(Material, OutsideAnExportChangesNothing) {
+  { DrawingSession session; }
+  receiveMaterial(1, 0, 0);
+  DrawingSession session;
+  EXPECT_EQ(exportSession().currentNode->colorIndex, -1);
+}
+
+TEST(Material, GeometryWithoutAnyIsWrittenAs254) {
+  DrawingSession session;
+  DXF2dOpenNode(nullptr);
+  EXPECT_TRUE(drawUnitLine());
+  EXPECT_EQ(session.Body(), blockText(1, unitLineText(254)));
+}
+
+TEST(Material, AppliesFromWhereItIsReceived) {
+  DrawingSession session;
+  DXF2dOpenNode(nullptr);
+  drawUnitLine();
+  receiveMaterial(1, 0, 0);
+  drawUnitLine();
+  receiveMaterial(1, 1, 1);
+  drawUnitLine();
+  EXPECT_EQ(session.Body(), blockText(1, unitLineText(254)) + blockText(1, unitLineText(1)) +
+                                blockText(1, unitLineText(7)));
+}
+
+TEST(Material, ComponentThatIsNoNumberIsStoredAndWrittenAsZero) {
+  DrawingSession session;
+  DXF2dOpenNode(nullptr);
+  receiveMaterial(0, kNaN, 0);
+  EXPECT_EQ(exportSession().currentNode->colorIndex, 0);
+  drawUnitLine();
+  EXPECT_EQ(session.Body(), blockText(1, unitLineText(0)));
+}
