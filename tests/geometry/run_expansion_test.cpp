@@ -1,0 +1,121 @@
+#include "geometry/run_expansion.h"
+
+#include <gtest/gtest.h>
+
+#include <vector>
+
+namespace {
+
+using Indices = std::vector<int>;
+using Edges = std::vector<Edge>;
+
+constexpr std::size_t kPoints = 10;
+
+ExpandedRuns expand(const Indices& indices, SegmentRuns segmentRuns = SegmentRuns::kExactlyTwo) {
+  ExpandedRuns runs;
+  expandRuns(indices, kPoints, segmentRuns, runs);
+  return runs;
+}
+
+}  // namespace
+
+TEST(ExpandRuns, PolygonIsCopiedAsItStands) {
+  const ExpandedRuns runs = expand({4, 3, 2, 4, -7});
+  EXPECT_EQ(runs.polygons, (Indices{4, 3, 2, 4, -7}));
+  EXPECT_TRUE(runs.edges.empty());
+}
+
+TEST(ExpandRuns, LineStripIsAnEdgeForEachPairInRunOrder) {
+  const ExpandedRuns runs = expand({4, 3, 5, -6});
+  EXPECT_EQ(runs.edges, (Edges{{4, 3}, {3, 5}}));
+  EXPECT_TRUE(runs.polygons.empty());
+}
+
+TEST(ExpandRuns, TriangleListIsAPolygonForEachThree) {
+  EXPECT_EQ(expand({0, 1, 2, 3, 4, 5, -5}).polygons, (Indices{0, 1, 2, -7, 3, 4, 5, -7}));
+}
+
+TEST(ExpandRuns, TrailingGroupTakesWhatFollowsInTheList) {
+  EXPECT_EQ(expand({0, 1, 2, 3, -5, 8, 9, -1}).polygons, (Indices{0, 1, 2, -7, 3, -5, 8, -7}));
+  EXPECT_EQ(expand({0, 1, 2, 3, 4, -5, 8, 9, -1}).polygons, (Indices{0, 1, 2, -7, 3, 4, -5, -7}));
+}
+
+TEST(ExpandRuns, TrailingGroupEndsWithTheList) {
+  EXPECT_EQ(expand({0, 1, 2, 3, -5}).polygons, (Indices{0, 1, 2, -7, 3, -5, -7}));
+  EXPECT_EQ(expand({0, 1, 2, 3, -5, 6}).polygons, (Indices{0, 1, 2, -7, 3, -5, 6, -7}));
+}
+
+TEST(ExpandRuns, FanTurnsAboutItsFirstPoint) {
+  EXPECT_EQ(expand({5, 1, 2, 3, 4, -4}).polygons, (Indices{5, 1, 2, -7, 5, 2, 3, -7, 5, 3, 4, -7}));
+}
+
+TEST(ExpandRuns, StripKeepsOneOrientation) {
+  EXPECT_EQ(expand({0, 1, 2, 3, 4, -3}).polygons, (Indices{0, 1, 2, -7, 1, 3, 2, -7, 2, 3, 4, -7}));
+}
+
+TEST(ExpandRuns, SegmentOfTwoIsAnEdge) {
+  EXPECT_EQ(expand({7, 3, -1}).edges, (Edges{{7, 3}}));
+  EXPECT_EQ(expand({7, 3, -1}, SegmentRuns::kStrips).edges, (Edges{{7, 3}}));
+}
+
+TEST(ExpandRuns, SegmentOfAnotherLengthIsNothingInAFaceSetAndAStripInALineSet) {
+  EXPECT_TRUE(expand({7, 3, 4, -1}).edges.empty());
+  EXPECT_EQ(expand({7, 3, 4, -1}, SegmentRuns::kStrips).edges, (Edges{{7, 3}, {3, 4}}));
+  EXPECT_TRUE(expand({7, -1}, SegmentRuns::kStrips).edges.empty());
+}
+
+TEST(ExpandRuns, RunsBelowTheirMinimumAreDropped) {
+  for (const int code : {-7, -5, -4, -3}) {
+    const ExpandedRuns runs = expand({0, 1, code});
+    EXPECT_TRUE(runs.polygons.empty()) << code;
+    EXPECT_TRUE(runs.edges.empty()) << code;
+  }
+  EXPECT_TRUE(expand({0, -6}).edges.empty());
+  EXPECT_TRUE(expand({0, -1}).edges.empty());
+}
+
+TEST(ExpandRuns, OtherCodesAreIgnored) {
+  for (const int code : {-2, -8, -100}) {
+    const ExpandedRuns runs = expand({0, 1, 2, code, 3, 4, -1});
+    EXPECT_TRUE(runs.polygons.empty()) << code;
+    EXPECT_EQ(runs.edges, (Edges{{3, 4}})) << code;
+  }
+}
+
+TEST(ExpandRuns, RunThatNothingClosesIsDropped) {
+  EXPECT_EQ(expand({0, 1, -1, 2, 3}).edges, (Edges{{0, 1}}));
+}
+
+TEST(ExpandRuns, TwoEntriesAfterACodeAreNeverCodes) {
+  // The -6 after one entry closes nothing and is an entry of the run that -7 closes.
+  EXPECT_EQ(expand({0, 1, -1, 2, -6, 3, -7}).edges, (Edges{{0, 1}}));
+  EXPECT_EQ(expand({0, 1, -1, 2, -6, 3, -7}).polygons, (Indices{2, -6, 3, -7}));
+  EXPECT_EQ(expand({0, 1, -1, -2, -2, 4, 5, -6}).edges, (Edges{{0, 1}, {4, 5}}));
+}
+
+TEST(ExpandRuns, PastTheSkippedEntriesCodesCountAgain) {
+  EXPECT_EQ(expand({0, 1, -1, 2, 3, -1, 4, 5, -1}).edges, (Edges{{0, 1}, {2, 3}, {4, 5}}));
+}
+
+TEST(ExpandRuns, ACodeThatBeginsTheListIsLookedAt) {
+  // Its run is empty, and the two after it are skipped.
+  EXPECT_EQ(expand({-7, 0, 1, -1}).edges, (Edges{{0, 1}}));
+  EXPECT_EQ(expand({-7, 0, -1, 2, 3, -6}).edges, (Edges{{2, 3}}));
+}
+
+TEST(ExpandRuns, ExplicitEdgesToWhatIsNoPointAreLeftOut) {
+  EXPECT_EQ(expand({0, 1, 10, 2, 3, -6}).edges, (Edges{{0, 1}, {2, 3}}));
+  EXPECT_TRUE(expand({0, 10, -1}).edges.empty());
+}
+
+TEST(ExpandRuns, ExplicitEdgesAreNeitherOrderedNorChecked) {
+  EXPECT_EQ(expand({5, 5, 2, 5, 2, -6}).edges, (Edges{{5, 5}, {5, 2}, {2, 5}, {5, 2}}));
+}
+
+TEST(ExpandRuns, WhatTheRunsHeldBeforeIsReplaced) {
+  ExpandedRuns runs;
+  expandRuns({0, 1, 2, -7, 3, 4, -1}, kPoints, SegmentRuns::kExactlyTwo, runs);
+  expandRuns({}, kPoints, SegmentRuns::kExactlyTwo, runs);
+  EXPECT_TRUE(runs.polygons.empty());
+  EXPECT_TRUE(runs.edges.empty());
+}
