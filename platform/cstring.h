@@ -29,7 +29,8 @@ class CString {
   // Replaces the text by `format` with its conversions filled in, as printf does it:
   // %d %i %u %x %X %c %f %F %e %E %g %G with flags, width, precision and the sizes l and ll, %s (a
   // null-terminated UTF-16 text) and %%. Reals take the decimal separator of the process's
-  // LC_NUMERIC locale. A conversion outside this list is copied as it stands.
+  // LC_NUMERIC locale. A conversion outside this list is copied as it stands; a width
+  // or precision beyond 65535 counts as 65535.
   KT_PLATFORM_API void Format(const char16_t* format, ...);
 
   CString& operator+=(const CString& other) {
