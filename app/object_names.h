@@ -1,0 +1,18 @@
+// Names for the objects of a scene.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+
+// Makes names unique by a number after them, in time that does not grow with the number of equal
+// names.
+class ObjectNames {
+ public:
+  // `name` itself when it is new and not empty; otherwise "name 2", "name 3" and so on.
+  std::u16string Unique(const std::string& name);
+
+ private:
+  std::unordered_set<std::u16string> taken_;
+  std::unordered_map<std::u16string, std::size_t> counts_;
+};
