@@ -1,0 +1,119 @@
+#include "app/command_line.h"
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <map>
+#include <string>
+
+#include "app/exit_code.h"
+#include "app/view.h"
+
+namespace {
+
+constexpr const char* kAbout =
+    "Draws plans of 3D models as DXF: outlines seen along one direction, flat, in the model's own "
+    "units.";
+
+constexpr const char* kExportAbout =
+    "Writes the drawing of a model or scene. MODEL is a scene file (.json) or any model that "
+    "assimp reads (IFC, glTF, OBJ, STL, Collada, FBX, 3DS and others). A scene file is drawn "
+    "exactly as it stands, without regard to --up, --view and --scale.";
+
+constexpr const char* kViewAbout =
+    "Where the viewer stands: top, bottom, front (at -y, looking along +y), back, left (at -x), "
+    "right, iso, or AZIMUTH,ELEVATION in degrees: azimuth from the front, counter-clockwise seen "
+    "from above; elevation above the horizon, -90 to 90";
+
+constexpr const char* kExitCodes =
+    "Exit codes: 0 done, 2 wrong usage, 3 unreadable input, 4 nothing to draw, 5 output cannot be "
+    "created, 6 writing failed, 7 too large, 8 no plug-in, 1 internal fault.";
+
+std::string checkView(const std::string& text) {
+  if (parseView(text)) return {};
+  return "'" + text +
+         "' is no view; choose top, bottom, front, back, left, right, iso or AZIMUTH,ELEVATION "
+         "such as 30,45";
+}
+
+std::string checkScale(const std::string& text) {
+  double scale = 0.0;
+  if (CLI::detail::lexical_cast(text, scale) && std::isfinite(scale) && scale > 0.0) return {};
+  return "'" + text + "' is no scale; give a number above 0";
+}
+
+CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view) {
+  CLI::App* command = app.add_subcommand("export", kExportAbout);
+  command->add_option("MODEL", options.model, "The model or scene file")->required();
+  command
+      ->add_option("-o,--output", options.drawing,
+                   "The drawing to write; - is standard output, a file already there is replaced")
+      ->required();
+  const std::map<std::string, UpAxis> axes{
+      {"auto", UpAxis::kAuto}, {"y", UpAxis::kY}, {"z", UpAxis::kZ}};
+  command
+      ->add_option("--up", options.plan.up,
+                   "The axis of the model that points up: auto (as its format has it), y or z")
+      ->transform(CLI::CheckedTransformer(axes))
+      ->option_text("auto|y|z [auto]");
+  command->add_option("--view", view, kViewAbout)
+      ->check(CLI::Validator(checkView, ""))
+      ->option_text("VIEW [top]");
+  command
+      ->add_option("--scale", options.plan.scale,
+                   "Drawing units for one unit of the model; units are not converted otherwise")
+      ->check(CLI::Validator(checkScale, ""))
+      ->option_text("S [1]");
+  command->add_option("--plugin", options.plugin, "The plug-in that draws, if not the own one")
+      ->option_text("FILE");
+  return command;
+}
+
+CLI::App* addPreview(CLI::App& app, PreviewOptions& options) {
+  CLI::App* command =
+      app.add_subcommand("preview", "Draws a drawing of this program as a picture.");
+  command->add_option("DRAWING", options.drawing, "The drawing (.dxf)")->required();
+  command
+      ->add_option("-o,--output", options.picture,
+                   "The picture to write; its end says what kind: .png, .svg or .pdf")
+      ->required();
+  command->add_option("--size", options.size, "Longer side in pixels, or points for .pdf")
+      ->option_text("N [" + std::to_string(kDefaultPictureSize) + "]");
+  command->add_option("--codepage", options.codePage, "Code page of the drawing's texts")
+      ->option_text("N [1252]");
+  return command;
+}
+
+CLI::App* addInspect(CLI::App& app, InspectOptions& options) {
+  CLI::App* command = app.add_subcommand(
+      "inspect",
+      "Looks into a plug-in: its slots, its exports, and how it stands a walk over every kind of "
+      "content.");
+  command->add_option("PLUGIN", options.plugin, "The plug-in, a loadable module")->required();
+  return command;
+}
+
+}  // namespace
+
+std::optional<Command> parseCommandLine(int argc, const char* const* argv, int& exitCode) {
+  CLI::App app(kAbout, "dxf2d");
+  app.set_version_flag("--version", std::string("dxf2d ") + DXF2D_VERSION);
+  app.footer(kExitCodes);
+  app.require_subcommand(1);
+  ExportOptions exporting;
+  PreviewOptions previewing;
+  std::string view = "top";
+  const CLI::App* exportCommand = addExport(app, exporting, view);
+  addPreview(app, previewing);
+  InspectOptions inspecting;
+  const CLI::App* inspectCommand = addInspect(app, inspecting);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    exitCode = app.exit(error) == 0 ? kExitDone : kExitUsage;
+    return std::nullopt;
+  }
+  if (inspectCommand->parsed()) return inspecting;
+  if (!exportCommand->parsed()) return previewing;
+  exporting.plan.view = *parseView(view);
+  return exporting;
+}

@@ -1,0 +1,34 @@
+// dxf2d: the command-line host of the plug-in.
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+
+#include "app/command_line.h"
+#include "app/exit_code.h"
+
+namespace {
+
+int run(int argc, char** argv) {
+  int exitCode = kExitDone;
+  const std::optional<Command> command = parseCommandLine(argc, argv, exitCode);
+  if (!command) return exitCode;
+  if (const auto* exporting = std::get_if<ExportOptions>(&*command)) return runExport(*exporting);
+  if (const auto* inspecting = std::get_if<InspectOptions>(&*command)) {
+    return runInspect(*inspecting);
+  }
+  return runPreview(std::get<PreviewOptions>(*command));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // Messages in the user's language, and nothing else: numbers in drawings have a point everywhere.
+  std::setlocale(LC_MESSAGES, "");
+  // A reader of our output that goes away is a failed write, which is reported.
+  std::signal(SIGPIPE, SIG_IGN);
+  const int exitCode = run(argc, argv);
+  // Not exit(): all files are closed and checked, and freeing a large scene takes time.
+  std::fflush(stdout);
+  std::_Exit(exitCode);
+}

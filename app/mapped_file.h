@@ -1,0 +1,21 @@
+// A file's bytes in memory.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// Maps a file for reading; the bytes are there as long as the object. A file that cannot be mapped
+// is empty here.
+class MappedFile {
+ public:
+  explicit MappedFile(const std::string& path);
+  ~MappedFile();
+  MappedFile(const MappedFile&) = delete;
+  MappedFile& operator=(const MappedFile&) = delete;
+
+  std::string_view Bytes() const { return bytes_; }
+
+ private:
+  std::string_view bytes_;
+};

@@ -1,0 +1,276 @@
+// dxf2d as a user meets it: the program itself, its exit codes and the files that it leaves.
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "app/exit_code.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kTriangle = "v 0 0 0\nv 4 0 0\nv 0 0 -3\no house\nf 1 2 3\n";
+constexpr const char* kEmptyScene = R"({"format": "ktscene", "version": 1, "nodes": []})";
+
+class Dxf2d : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::string name = (fs::temp_directory_path() / "dxf2d-test-XXXXXX").string();
+    ASSERT_NE(mkdtemp(name.data()), nullptr);
+    directory_ = name;
+  }
+  void TearDown() override {
+    fs::permissions(directory_, fs::perms::owner_all);
+    fs::remove_all(directory_);
+  }
+
+  std::string Path(const std::string& name) const { return (directory_ / name).string(); }
+
+  std::string Write(const std::string& name, const std::string& text) const {
+    std::ofstream(Path(name), std::ios::binary) << text;
+    return Path(name);
+  }
+
+  static std::string Read(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+  }
+
+  // Runs the program with arguments as a shell takes them; keeps what it prints.
+  int Run(const std::string& arguments, const std::string& environment = "") {
+    const std::string command = environment + " '" DXF2D_PROGRAM "' " + arguments + " >" +
+                                Path("stdout") + " 2>" + Path("stderr");
+    const int status = std::system(command.c_str());
+    out_ = Read(Path("stdout"));
+    error_ = Read(Path("stderr"));
+    fs::remove(Path("stdout"));
+    fs::remove(Path("stderr"));
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+  // Names in the directory, in order.
+  std::string Listing() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(directory_)) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    std::string list;
+    for (const std::string& name : names) list += (list.empty() ? "" : " ") + name;
+    return list;
+  }
+
+  void ExpectOneSentence() const {
+    EXPECT_EQ(std::count(error_.begin(), error_.end(), '\n'), 1) << error_;
+    EXPECT_EQ(error_.rfind("dxf2d: ", 0), 0u) << error_;
+    EXPECT_EQ(out_, "");
+  }
+
+  fs::path directory_;
+  std::string out_;
+  std::string error_;
+};
+
+TEST_F(Dxf2d, DrawsAModelAndSaysSo) {
+  const std::string model = Write("house.obj", kTriangle);
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitDone) << error_;
+  EXPECT_EQ(error_, "");
+  EXPECT_EQ(std::count(out_.begin(), out_.end(), '\n'), 1);
+  EXPECT_NE(out_.find("1 object (0 instances shared), 1 part, 1 polyline, 4 vertices; "
+                      "x 0 to 4, y 0 to 3; "),
+            std::string::npos)
+      << out_;
+  EXPECT_NE(out_.find("skipped: nothing"), std::string::npos) << out_;
+  const std::string drawing = Read(Path("plan.dxf"));
+  EXPECT_EQ(drawing.rfind("  0\nSECTION\n", 0), 0u);
+  EXPECT_NE(drawing.find("  0\nEOF\n"), std::string::npos);
+  EXPECT_EQ(Listing(), "house.obj plan.dxf");
+}
+
+TEST_F(Dxf2d, SaysWhatItLeavesOut) {
+  const std::string model = Write("mixed.obj", std::string(kTriangle) + "p 1\n");
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitDone) << error_;
+  EXPECT_NE(out_.find("skipped: 1 point"), std::string::npos) << out_;
+}
+
+TEST_F(Dxf2d, DrawsOnStandardOutputWithTheSameBytes) {
+  const std::string model = Write("house.obj", kTriangle);
+  ASSERT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitDone);
+  const std::string drawing = Read(Path("plan.dxf"));
+  EXPECT_EQ(Run("export " + model + " -o -"), kExitDone);
+  EXPECT_EQ(out_, drawing);
+  EXPECT_NE(error_.find("1 polyline"), std::string::npos) << error_;
+}
+
+TEST_F(Dxf2d, DrawsIntoAFifo) {
+  const std::string model = Write("house.obj", kTriangle);
+  ASSERT_EQ(mkfifo(Path("fifo").c_str(), 0600), 0);
+  const std::string reader = "cat " + Path("fifo") + " >" + Path("read.dxf") + " & ";
+  const std::string command = reader + "'" DXF2D_PROGRAM "' export " + model + " -o " +
+                              Path("fifo") + " >" + Path("stdout") + "; code=$?; wait; exit $code";
+  EXPECT_EQ(std::system(command.c_str()), 0);
+  EXPECT_NE(Read(Path("read.dxf")).find("  0\nEOF\n"), std::string::npos);
+  EXPECT_TRUE(fs::is_fifo(Path("fifo")));
+}
+
+TEST_F(Dxf2d, AnEmptySceneIsAnEmptyDrawing) {
+  const std::string scene = Write("empty.json", kEmptyScene);
+  EXPECT_EQ(Run("export " + scene + " -o " + Path("plan.dxf")), kExitDone) << error_;
+  EXPECT_NE(Read(Path("plan.dxf")).find("ENTITIES\n  0\nENDSEC\n  0\nEOF\n"), std::string::npos);
+}
+
+TEST_F(Dxf2d, ABrokenSceneIsRefusedWithItsName) {
+  const std::string scene = Write("bad.json", R"({"nodes": 3})");
+  EXPECT_EQ(Run("export " + scene + " -o " + Path("plan.dxf")), kExitInput);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("bad.json"), std::string::npos) << error_;
+  EXPECT_EQ(Listing(), "bad.json");
+}
+
+TEST_F(Dxf2d, AModelThatIsNotThereIsSaidSo) {
+  EXPECT_EQ(Run("export " + Path("none.stl") + " -o " + Path("plan.dxf")), kExitInput);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("none.stl': there is no such file"), std::string::npos) << error_;
+  EXPECT_EQ(Listing(), "");
+}
+
+TEST_F(Dxf2d, ADirectoryIsNoModel) {
+  EXPECT_EQ(Run("export " + Path("") + " -o " + Path("plan.dxf")), kExitInput);
+  ExpectOneSentence();
+}
+
+TEST_F(Dxf2d, AFormatThatNoReaderKnowsIsSaidSo) {
+  const std::string model = Write("model.unknown", "what is this");
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitInput);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("no reader knows this format"), std::string::npos) << error_;
+}
+
+TEST_F(Dxf2d, AModelThatAnnouncesMoreThanItHoldsIsRefused) {
+  const std::string model = Write("huge.off", "OFF\n1300000000 1 0\n0 0 0\n3 0 1 2\n");
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitInput);
+  ExpectOneSentence();
+  EXPECT_EQ(Listing(), "huge.off");
+}
+
+TEST_F(Dxf2d, ReadersThatTalkAreNotHeard) {
+  const std::string model = Write("odd.ogex", "CameraObject $camera1 {}\nnonsense {\n");
+  EXPECT_NE(Run("export " + model + " -o " + Path("plan.dxf")), kExitDone);
+  ExpectOneSentence();
+}
+
+TEST_F(Dxf2d, ABrokenModelLeavesTheFileThatWasThere) {
+  const std::string model = Write("bad.stl", "solid\nfacet");
+  const std::string drawing = Write("plan.dxf", "mine");
+  const std::string empty = Write("points.obj", "v 0 0 0\nv 1 1 1\np 1 2\n");
+  EXPECT_NE(Run("export " + model + " -o " + drawing), kExitDone);
+  ExpectOneSentence();
+  EXPECT_EQ(Run("export " + empty + " -o " + drawing), kExitNothingToDraw);
+  ExpectOneSentence();
+  EXPECT_EQ(Read(drawing), "mine");
+  EXPECT_EQ(Listing(), "bad.stl plan.dxf points.obj");
+}
+
+TEST_F(Dxf2d, NothingThatShowsIsNothingToDraw) {
+  // A line on end, seen from above.
+  const std::string model = Write("mast.obj", "v 1 0 1\nv 1 9 1\nl 1 2\n");
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitNothingToDraw);
+  ExpectOneSentence();
+  EXPECT_EQ(Listing(), "mast.obj");
+  EXPECT_EQ(Run("export " + model + " --view front -o " + Path("plan.dxf")), kExitDone) << error_;
+}
+
+TEST_F(Dxf2d, TheModelItselfIsNotOverwritten) {
+  const std::string model = Write("house.obj", kTriangle);
+  fs::create_symlink(model, Path("link.dxf"));
+  EXPECT_EQ(Run("export " + model + " -o " + model), kExitUsage);
+  EXPECT_EQ(Run("export " + model + " -o " + Path("link.dxf")), kExitUsage);
+  ExpectOneSentence();
+  EXPECT_EQ(Read(model), kTriangle);
+}
+
+TEST_F(Dxf2d, ADirectoryThatIsNotThereIsNamed) {
+  const std::string model = Write("house.obj", kTriangle);
+  EXPECT_EQ(Run("export " + model + " -o " + Path("none/plan.dxf")), kExitOutputNotMade);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("none/plan.dxf"), std::string::npos) << error_;
+}
+
+TEST_F(Dxf2d, AFullDiskIsAFailedWrite) {
+  const std::string model = Write("house.obj", kTriangle);
+  EXPECT_EQ(Run("export " + model + " -o /dev/full"), kExitWriteFailed);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("/dev/full"), std::string::npos) << error_;
+}
+
+TEST_F(Dxf2d, WrongUsageIsExplained) {
+  const std::string model = Write("house.obj", kTriangle);
+  const std::string drawing = " -o " + Path("plan.dxf");
+  EXPECT_EQ(Run(""), kExitUsage);
+  EXPECT_EQ(Run("export"), kExitUsage);
+  EXPECT_EQ(Run("export " + model), kExitUsage);
+  EXPECT_EQ(Run("export " + model + drawing + " --view above"), kExitUsage);
+  EXPECT_NE(error_.find("AZIMUTH,ELEVATION"), std::string::npos) << error_;
+  EXPECT_EQ(Run("export " + model + drawing + " --up x"), kExitUsage);
+  for (const char* scale : {"0", "-1", "nan", "inf", "two"}) {
+    EXPECT_EQ(Run("export " + model + drawing + " --scale=" + scale), kExitUsage) << scale;
+  }
+  EXPECT_EQ(Run("draw " + model), kExitUsage);
+  EXPECT_EQ(Listing(), "house.obj");
+}
+
+TEST_F(Dxf2d, HelpAndVersionAreNoFailures) {
+  EXPECT_EQ(Run("--version"), kExitDone);
+  EXPECT_EQ(out_.rfind("dxf2d ", 0), 0u) << out_;
+  EXPECT_EQ(Run("--help"), kExitDone);
+  EXPECT_NE(out_.find("export"), std::string::npos);
+  EXPECT_EQ(Run("export --help"), kExitDone);
+  EXPECT_NE(out_.find("--view"), std::string::npos);
+}
+
+TEST_F(Dxf2d, AViewMayBeginWithAMinus) {
+  const std::string model = Write("house.obj", kTriangle);
+  EXPECT_EQ(Run("export " + model + " --view -30,45 -o " + Path("plan.dxf")), kExitDone) << error_;
+}
+
+TEST_F(Dxf2d, APluginThatIsNoneIsSaidSo) {
+  const std::string model = Write("house.obj", kTriangle);
+  const std::string text = Write("text.so", "no library");
+  EXPECT_EQ(Run("export " + model + " --plugin " + text + " -o " + Path("plan.dxf")), kExitPlugin);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("text.so"), std::string::npos) << error_;
+  EXPECT_EQ(Run("export " + model + " --plugin " + Path("none.so") + " -o " + Path("plan.dxf")),
+            kExitPlugin);
+  EXPECT_EQ(Listing(), "house.obj text.so");
+}
+
+TEST_F(Dxf2d, TheLocaleDoesNotReachTheBytes) {
+  const std::string model = Write("house.obj", kTriangle);
+  ASSERT_EQ(Run("export " + model + " --scale 0.1 -o " + Path("c.dxf"), "LC_ALL=C"), kExitDone);
+  ASSERT_EQ(Run("export " + model + " --scale 0.1 -o " + Path("de.dxf"), "LC_ALL=de_DE.UTF-8"),
+            kExitDone);
+  EXPECT_EQ(Read(Path("c.dxf")), Read(Path("de.dxf")));
+}
+
+TEST_F(Dxf2d, AModelThatIsTurnedRightWayUpTwoWaysIsTheSame) {
+  const std::string model = Write("house.obj", kTriangle);
+  ASSERT_EQ(Run("export " + model + " -o " + Path("auto.dxf")), kExitDone);
+  ASSERT_EQ(Run("export " + model + " --up y -o " + Path("y.dxf")), kExitDone);
+  EXPECT_EQ(Read(Path("auto.dxf")), Read(Path("y.dxf")));
+  // Seen along its own y axis with z up, it is the same plan.
+  ASSERT_EQ(Run("export " + model + " --up z --view back -o " + Path("z.dxf")), kExitDone);
+  EXPECT_NE(Read(Path("z.dxf")), "");
+}
+
+}  // namespace
