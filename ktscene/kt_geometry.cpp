@@ -1,0 +1,3 @@
+#include "ktscene/kt_geometry.h"
+
+KtGeometry::~KtGeometry() = default;

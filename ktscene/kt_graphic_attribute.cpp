@@ -1,0 +1,41 @@
+#include "ktscene/kt_graphic_attribute.h"
+
+#include <algorithm>
+
+#include "ktscene/kt_scene.h"
+
+namespace {
+
+bool readName(const std::u16string& source, std::u16string& name) {
+  name = source;
+  return !name.empty();
+}
+
+}  // namespace
+
+bool KtGraphicAttribute::GetGraphicName(std::u16string& name) const {
+  return readName(node_->graphicName, name);
+}
+
+bool KtGraphicAttribute::GetObjectID(std::u16string& id) const {
+  return readName(node_->objectId, id);
+}
+
+bool KtGraphicAttribute::GetRealObjectID(std::u16string& id) const {
+  return readName(node_->realObjectId, id);
+}
+
+void KtGraphicAttribute::GetMatrix(double* data) const {
+  node_->matrix.GetData(data);
+}
+
+KtGraphicItem* KtGraphicAttribute::GetGraphicItem(const double* /*matrix*/, bool /*create*/,
+                                                  KTV_GRAPHIC_CREATE_TYPE /*type*/) const {
+  return node_->hasGraphicItem ? node_ : nullptr;
+}
+
+bool KtGraphicAttribute::GetColorOrMaterial(double* colour, KtMaterial*& material) const {
+  if (node_->color && colour != nullptr) std::ranges::copy(*node_->color, colour);
+  if (node_->material) material = node_->material.get();
+  return node_->color.has_value() || node_->material != nullptr;
+}

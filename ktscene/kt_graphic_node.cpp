@@ -1,0 +1,3 @@
+#include "ktscene/kt_graphic_node.h"
+
+KtGraphicNode::~KtGraphicNode() = default;
