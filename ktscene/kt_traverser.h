@@ -96,9 +96,9 @@ class KT_SCENE_API KtTraverser {
   //     nothing else;
   //  2. slot 3; when it answers true, slot 2 and nothing of the node's content or children;
   //  3. slot 1; slot 8 if given; slot 6 if the node has bounds (the third argument is the length
-  //     of the box's diagonal); slot 7 if it has a colour or
-  //     material of its own (of a mere colour only the second argument is not null; where there
-  //     are both, the colour stands for the material's diffuse one);
+  //     of the box's diagonal); slot 7 if it has a colour or material of its own (of a mere colour
+  //     only the second argument is not null; where there are both, the colour stands for the
+  //     material's diffuse one);
   //  4. the geometry in order: a shape goes to slot 14 and, declined, on as a face set; a face set
   //     to slot 9 if given (without normals and texture; normalPerVertex and convex are false) and,
   //     unless that answers true, to slot 10; a line set to slot 11;
