@@ -1,0 +1,10 @@
+// Unicode text between UTF-8 and UTF-16.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// A lone surrogate becomes U+FFFD.
+std::string toUtf8(std::u16string_view text);
+// A byte that is no part of a character becomes U+FFFD.
+std::u16string fromUtf8(std::string_view text);
