@@ -25,9 +25,7 @@ bool KtGraphicAttribute::GetRealObjectID(std::u16string& id) const {
   return readName(node_->realObjectId, id);
 }
 
-void KtGraphicAttribute::GetMatrix(double* data) const {
-  node_->matrix.GetData(data);
-}
+void KtGraphicAttribute::GetMatrix(double* data) const { node_->matrix.GetData(data); }
 
 KtGraphicItem* KtGraphicAttribute::GetGraphicItem(const double* /*matrix*/, bool /*create*/,
                                                   KTV_GRAPHIC_CREATE_TYPE /*type*/) const {

@@ -8,9 +8,7 @@
 
 namespace {
 
-bool isControl(char16_t c) {
-  return c <= 0x1F || (c >= 0x7F && c <= 0x9F);
-}
+bool isControl(char16_t c) { return c <= 0x1F || (c >= 0x7F && c <= 0x9F); }
 
 // Reads a label from left to right. Each operation answers false when what stands there does not
 // fit.

@@ -22,9 +22,7 @@ namespace {
 
 using nlohmann::json;
 
-std::string atByte(std::size_t offset) {
-  return " at byte " + std::to_string(offset);
-}
+std::string atByte(std::size_t offset) { return " at byte " + std::to_string(offset); }
 
 bool contains(std::string_view text, std::string_view part) {
   return text.find(part) != std::string_view::npos;

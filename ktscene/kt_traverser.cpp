@@ -208,6 +208,4 @@ bool KtTraverser::Walk(KtScene& scene, const std::u16string& path) const {
   return callbacks_.closeFile == nullptr || callbacks_.closeFile();
 }
 
-void KtTraverser::WalkNode(KtSceneNode& node) const {
-  NodeWalk(callbacks_).Run(node);
-}
+void KtTraverser::WalkNode(KtSceneNode& node) const { NodeWalk(callbacks_).Run(node); }

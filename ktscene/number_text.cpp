@@ -7,9 +7,7 @@
 
 namespace {
 
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 std::string_view takeDigits(std::string_view& rest) {
   const auto end = std::ranges::find_if_not(rest, isDigit);

@@ -11,9 +11,7 @@ namespace {
 
 constexpr double kLargestNumber = 1e15;
 
-std::string quoted(std::string_view name) {
-  return '"' + std::string(name) + '"';
-}
+std::string quoted(std::string_view name) { return '"' + std::string(name) + '"'; }
 
 std::string_view describe(const SceneKeyRule& rule, bool isElement) {
   switch (rule.value) {
@@ -75,9 +73,7 @@ void SceneBuilder::FinishValue() {
 
 // ---- Plain values
 
-void SceneBuilder::Null() {
-  RefuseType("null");
-}
+void SceneBuilder::Null() { RefuseType("null"); }
 
 void SceneBuilder::Flag(bool value) {
   const SceneKeyRule* rule = Expected();

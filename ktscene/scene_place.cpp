@@ -5,9 +5,7 @@
 
 namespace {
 
-bool isInsideCharacter(char byte) {
-  return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
-}
+bool isInsideCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 
 // "~" and "/" as the pointer's syntax wants it, control characters so that a message stays a line.
 void appendToken(std::string& pointer, std::string_view token) {

@@ -69,17 +69,13 @@ static_assert(kObjectRules.size() == static_cast<std::size_t>(Object::kLod) + 1)
 
 }  // namespace
 
-const SceneKeyRule& ruleOf(SceneKey key) {
-  return kKeyRules[static_cast<std::size_t>(key)];
-}
+const SceneKeyRule& ruleOf(SceneKey key) { return kKeyRules[static_cast<std::size_t>(key)]; }
 
 const SceneObjectRule& ruleOf(SceneObject object) {
   return kObjectRules[static_cast<std::size_t>(object)];
 }
 
-SceneKey firstOf(SceneKeys keys) {
-  return static_cast<SceneKey>(std::countr_zero(keys));
-}
+SceneKey firstOf(SceneKeys keys) { return static_cast<SceneKey>(std::countr_zero(keys)); }
 
 std::optional<SceneKey> findKey(SceneObject object, std::string_view name) {
   for (SceneKeys left = ruleOf(object).allowed; left != 0; left &= left - 1) {

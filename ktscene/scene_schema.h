@@ -51,9 +51,7 @@ enum class SceneObject : std::uint8_t {
 
 // A set of keys, one bit each.
 using SceneKeys = std::uint32_t;
-constexpr SceneKeys bit(SceneKey key) {
-  return SceneKeys{1} << static_cast<unsigned>(key);
-}
+constexpr SceneKeys bit(SceneKey key) { return SceneKeys{1} << static_cast<unsigned>(key); }
 
 enum class SceneValue : std::uint8_t {
   kText,

@@ -14,11 +14,7 @@ inline Vector3 cross(const Vector3& u, const Vector3& v) {
   return {u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]};
 }
 
-inline double length(const Vector3& v) {
-  return std::sqrt(dot(v, v));
-}
+inline double length(const Vector3& v) { return std::sqrt(dot(v, v)); }
 
 // A length that a vector can be divided by.
-inline bool isUsableLength(double value) {
-  return value > 0.0 && std::isfinite(value);
-}
+inline bool isUsableLength(double value) { return value > 0.0 && std::isfinite(value); }
