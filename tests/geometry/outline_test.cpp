@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "ktscene/kt_g.h"
+
 namespace {
 
 using Indices = std::vector<int>;
@@ -214,6 +216,30 @@ TEST(BuildOutline, UprightEdgeIsDrawnAboveTheCreaseAngle) {
 TEST(BuildOutline, LevelEdgeIsDrawnAboveTheSilhouetteTolerance) {
   EXPECT_TRUE(drawsLevelFold(0.0006, 0.0006));
   EXPECT_FALSE(drawsLevelFold(0.0004, 0.0004));
+}
+
+TEST(BuildOutline, LevelEdgeExactlyAtTheToleranceIsNotDrawn) {
+  // Beside a polygon without a normal, whose z is 0, the difference is the other's z.
+  const auto zOf = [](double lean) {
+    KtPoint3 normal;
+    KtG::ComputeNormal({{0, 0, 0}, {1, 0, 0}, {0, lean, 1}}, {0, 1, 2, -7}, 0, true, normal);
+    return normal.Get2();
+  };
+  const auto draws = [](double lean) {
+    return drawsEdge(
+        outlineOf({{0, 0, 0}, {1, 0, 0}, {0, lean, 1}, {-1, 0, 0}}, {0, 1, 2, -7, 1, 0, 3, -7}),
+        {0, 0}, {1, 0});
+  };
+  double lean = std::tan(std::asin(0.001)) - 1e-17;
+  while (zOf(lean) < 0.001) {
+    lean = std::nextafter(lean, 1.0);
+  }
+  ASSERT_EQ(zOf(lean), 0.001);
+  EXPECT_FALSE(draws(lean));
+  while (zOf(lean) == 0.001) {
+    lean = std::nextafter(lean, 1.0);
+  }
+  EXPECT_TRUE(draws(lean));
 }
 
 TEST(BuildOutline, PolygonWithoutANormalCountsAsEdgeOn) {

@@ -135,19 +135,27 @@ IndexedSet hinge(Random& random, const KtPoint3& a, const KtPoint3& b, const KtP
 }
 
 // The fold is about an almost vertical edge, so that both sides stand almost edge-on and the edge
-// still has a length in plan.
+// still has a length in plan; mostly one side faces the viewer and the other does not.
 IndexedSet uprightFold(Random& random) {
-  const double lean = between(random, -0.02, 0.02);
-  const double first = between(random, -3, 3);
-  const double second = first + nearby(random, 0.04) + (oneIn(random, 3) ? 0.0 : std::numbers::pi);
+  // The smaller, the closer to `fold` the angle of the normals.
+  const double lean = between(random, -0.02, 0.02) * (oneIn(random, 2) ? 1.0 : 1e-8);
+  const double fold = nearby(random, 0.04);
+  const double part = between(random, -0.1, 1.1);
+  const double first = fold * part;
+  const double second =
+      oneIn(random, 4) ? -fold * (1 - part) : std::numbers::pi - fold * (1 - part);
   return hinge(random, {0, 0, 0}, {lean, 0, 1}, {std::cos(first), std::sin(first), 0},
                {std::cos(second), std::sin(second), 0});
 }
 
+// How far a face that stands 1 high leans when its unit normal has this z.
+double leanOf(double normalZ) { return std::tan(std::asin(normalZ)); }
+
 IndexedSet levelFold(Random& random) {
   const double sum = nearby(random, 0.001);
-  const double part = between(random, -0.2, 1.2);
-  return hinge(random, {0, 0, 0}, {1, 0, 0}, {0, sum * part, 1}, {0, sum * (1 - part), -1});
+  const double part = oneIn(random, 4) ? 1.0 : between(random, -0.1, 1.1);
+  return hinge(random, {0, 0, 0}, {1, 0, 0}, {0, leanOf(sum * part), 1},
+               {0, leanOf(sum * (1 - part)), -1});
 }
 
 }  // namespace
