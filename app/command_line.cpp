@@ -6,7 +6,7 @@
 #include <string>
 
 #include "app/exit_code.h"
-#include "app/view.h"
+#include "app/model/view.h"
 
 namespace {
 

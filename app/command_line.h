@@ -4,9 +4,9 @@
 #include <optional>
 #include <variant>
 
-#include "app/export_command.h"
-#include "app/inspect_command.h"
-#include "app/preview_command.h"
+#include "app/export/export_command.h"
+#include "app/inspect/inspect_command.h"
+#include "app/preview/preview_command.h"
 
 using Command = std::variant<ExportOptions, PreviewOptions, InspectOptions>;
 

@@ -1,4 +1,4 @@
-#include "app/inspect_command.h"
+#include "app/inspect/inspect_command.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -7,7 +7,7 @@
 #include <filesystem>
 
 #include "app/exit_code.h"
-#include "app/inspection_scenes.h"
+#include "app/inspect/inspection_scenes.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "app/inspection_scenes.h"
+#include "app/inspect/inspection_scenes.h"
 
 #include <gtest/gtest.h>
 

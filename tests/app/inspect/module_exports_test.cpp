@@ -1,4 +1,4 @@
-#include "app/module_exports.h"
+#include "app/inspect/module_exports.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

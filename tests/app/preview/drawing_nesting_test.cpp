@@ -1,10 +1,10 @@
-#include "app/drawing_nesting.h"
+#include "app/preview/drawing_nesting.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "app/dxf_reader.h"
+#include "app/preview/dxf_reader.h"
 #include "tests/app/preview/drawing_text.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "app/dxf_reader.h"
+#include "app/preview/dxf_reader.h"
 
 #include <gtest/gtest.h>
 

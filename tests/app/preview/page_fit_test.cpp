@@ -1,4 +1,4 @@
-#include "app/page_fit.h"
+#include "app/preview/page_fit.h"
 
 #include <gtest/gtest.h>
 

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <cstring>
 
-#include "app/dxf_reader.h"
-#include "app/picture.h"
+#include "app/preview/dxf_reader.h"
+#include "app/preview/picture.h"
 
 namespace {
 

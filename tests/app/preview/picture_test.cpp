@@ -1,12 +1,12 @@
-#include "app/picture.h"
+#include "app/preview/picture.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <string>
 
-#include "app/display_palette.h"
-#include "app/dxf_reader.h"
+#include "app/preview/display_palette.h"
+#include "app/preview/dxf_reader.h"
 #include "tests/app/preview/drawing_text.h"
 #include "tests/app/preview/picture_pixels.h"
 

@@ -1,4 +1,4 @@
-#include "app/text_decoding.h"
+#include "app/preview/text_decoding.h"
 
 #include <gtest/gtest.h>
 

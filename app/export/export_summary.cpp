@@ -1,0 +1,52 @@
+#include "app/export/export_summary.h"
+
+#include <cstdio>
+
+namespace {
+
+std::string number(const char* format, double value) {
+  char text[64];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
+}
+
+std::string counted(std::size_t count, const char* one, const char* many) {
+  return std::to_string(count) + " " + (count == 1 ? one : many);
+}
+
+std::string extentOf(const PlanExtent& extent) {
+  return number("x %.6g", extent.minX) + number(" to %.6g, ", extent.maxX) +
+         number("y %.6g", extent.minY) + number(" to %.6g", extent.maxY);
+}
+
+void addSkipped(std::string& list, std::size_t count, const char* one, const char* many) {
+  if (count == 0) return;
+  list += (list.empty() ? "" : ", ") + counted(count, one, many);
+}
+
+std::string skipped(const PlanContent& content, const DrawingCounts& counts) {
+  // An object of which nothing shows has no block, and so no INSERT.
+  const std::size_t unseen =
+      content.unseenObjects +
+      (content.objects > counts.placed ? content.objects - counts.placed : 0);
+  std::string list;
+  addSkipped(list, content.points, "point (plans show none)", "points (plans show none)");
+  addSkipped(list, content.degenerateFaces, "face of a single vertex", "faces of a single vertex");
+  addSkipped(list, content.emptyObjects, "object without faces or lines",
+             "objects without faces or lines");
+  addSkipped(list, unseen, "object of which no edge shows in this view",
+             "objects of which no edge shows in this view");
+  return list.empty() ? "nothing" : list;
+}
+
+}  // namespace
+
+std::string summaryOf(const std::string& drawing, const PlanContent& content,
+                      const DrawingCounts& counts, double seconds) {
+  return drawing + ": " + counted(counts.placed, "object", "objects") + " (" +
+         counted(content.instances, "instance", "instances") + " shared), " +
+         counted(content.parts, "part", "parts") + ", " +
+         counted(counts.polylines, "polyline", "polylines") + ", " +
+         counted(counts.vertices, "vertex", "vertices") + "; " + extentOf(content.extent) + "; " +
+         number("%.3f s", seconds) + "; skipped: " + skipped(content, counts);
+}

@@ -1,0 +1,176 @@
+#include "app/inspect/inspect_command.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <stdexcept>
+#include <vector>
+
+#include "app/exit_code.h"
+#include "app/guarded_run.h"
+#include "app/inspect/callback_slots.h"
+#include "app/inspect/inspection_scenes.h"
+#include "app/inspect/module_exports.h"
+#include "app/plugin_module.h"
+#include "ktscene/kt_traverser.h"
+#include "ktscene/zu_message.h"
+#include "platform/path_text.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kEntryName = "InitializeTraverser";
+
+int fail(int code, const std::string& sentence) {
+  std::fprintf(stderr, "dxf2d: %s\n", sentence.c_str());
+  return code;
+}
+
+std::string named(const InspectOptions& options) { return "the plug-in '" + options.plugin + "'"; }
+
+// Where the drawings of the walks go, for as long as this lives.
+class ScratchDirectory {
+ public:
+  ScratchDirectory() : path_((fs::temp_directory_path() / "dxf2d-inspect-XXXXXX").string()) {
+    if (mkdtemp(path_.data()) == nullptr) {
+      throw std::runtime_error("cannot make a directory in '" + fs::temp_directory_path().string() +
+                               "': " + std::strerror(errno));
+    }
+  }
+  ~ScratchDirectory() {
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+  }
+  ScratchDirectory(const ScratchDirectory&) = delete;
+  ScratchDirectory& operator=(const ScratchDirectory&) = delete;
+
+  std::string File() const { return path_ + "/drawing.dxf"; }
+
+ private:
+  std::string path_;
+};
+
+// ---- Slots and exports
+
+void printSlots(const KtTraverser& traverser) {
+  std::printf("Slots:\n");
+  int number = 0;
+  for (const CallbackSlot& slot : slotsOf(traverser.Callbacks())) {
+    std::printf("  %2d  %-28s %s\n", ++number, slot.name, slot.filled ? "filled" : "null");
+  }
+}
+
+void printExports(std::vector<std::string> names) {
+  std::ranges::transform(names, names.begin(), writtenInCpp);
+  std::ranges::sort(names);
+  std::printf("Exports (%zu):\n", names.size());
+  for (const std::string& name : names) std::printf("  %s\n", name.c_str());
+}
+
+// Loads the plug-in. Returns an exit code.
+int look(const InspectOptions& options) {
+  const std::vector<std::string> exports = exportedNames(options.plugin);
+  if (!std::ranges::binary_search(exports, kEntryName)) {
+    return fail(kExitPlugin, "'" + options.plugin +
+                                 "' is no plug-in: it is a module that lacks the entry " +
+                                 kEntryName + ", which has to be exported with C linkage");
+  }
+  KtTraverser traverser;
+  enterPlugin(options.plugin, traverser);
+  printSlots(traverser);
+  printExports(exports);
+  return kExitDone;
+}
+
+// ---- Walks
+
+// What the plug-in last had to say in an error box; the callbacks carry no context.
+std::string& boxText() {
+  static std::string text;
+  return text;
+}
+
+void keepBoxText(void*, const char16_t*, const char16_t* text, int) {
+  boxText() = text == nullptr ? "" : PathToBytes(text);
+}
+
+void printResult(const InspectionScene& kind, const std::string& result) {
+  std::printf("  %-22s %s\n", kind.name, result.c_str());
+  std::fflush(stdout);
+}
+
+// Walks the plug-in over one kind of content. Empty when that passes, else what is wrong.
+std::string faultInWalk(const InspectOptions& options, const InspectionScene& kind,
+                        const std::string& drawing) {
+  try {
+    KtTraverser traverser;
+    enterPlugin(options.plugin, traverser);
+    ZuSetErrorBoxHandler(&keepBoxText);
+    KtScene scene = kind.make();
+    if (traverser.Walk(scene, PathFromBytes(drawing))) return {};
+    return "fails: it answers false to opening or closing the file" +
+           (boxText().empty() ? "" : " (" + boxText() + ")");
+  } catch (const std::exception& error) {
+    return std::string("fails: it throws \"") + error.what() + '"';
+  } catch (...) {
+    return "fails: it throws what is no std::exception";
+  }
+}
+
+// True when the walk passes; prints how it went.
+bool tryWalk(const InspectOptions& options, const InspectionScene& kind,
+             const std::string& drawing) {
+  const GuardedEnd end = runGuarded([&] {
+    const std::string fault = faultInWalk(options, kind, drawing);
+    printResult(kind, fault.empty() ? "passes" : fault);
+    return fault.empty() ? kExitDone : kExitPlugin;
+  });
+  if (end.signal != 0) {
+    printResult(kind, std::string("brings its host down (") + strsignal(end.signal) + ")");
+  } else if (end.exitCode != kExitDone && end.exitCode != kExitPlugin) {
+    printResult(kind, "ends its host (exit code " + std::to_string(end.exitCode) + ")");
+  }
+  return end.signal == 0 && end.exitCode == kExitDone;
+}
+
+int tryWalks(const InspectOptions& options) {
+  const ScratchDirectory scratch;
+  std::printf("Walks:\n");
+  std::size_t failed = 0;
+  for (const InspectionScene& kind : inspectionScenes()) {
+    if (!tryWalk(options, kind, scratch.File())) ++failed;
+  }
+  if (failed == 0) return kExitDone;
+  return fail(kExitPlugin, named(options) + " does not stand " + std::to_string(failed) + " of " +
+                               std::to_string(inspectionScenes().size()) +
+                               " walks; see the lines above");
+}
+
+// Runs `step`, which returns an exit code, and makes of what it throws a sentence and a code.
+template <typename Step>
+int reporting(Step step) {
+  try {
+    return step();
+  } catch (const PluginError& error) {
+    return fail(kExitPlugin, error.what());
+  } catch (const std::exception& error) {
+    return fail(kExitInternal, error.what());
+  }
+}
+
+}  // namespace
+
+int runInspect(const InspectOptions& options) {
+  return reporting([&] {
+    const GuardedEnd end = runGuarded([&] { return reporting([&] { return look(options); }); });
+    if (end.signal != 0) {
+      return fail(kExitPlugin, named(options) + " brings its host down while it is loaded (" +
+                                   strsignal(end.signal) + ")");
+    }
+    return end.exitCode == kExitDone ? tryWalks(options) : end.exitCode;
+  });
+}

@@ -1,0 +1,90 @@
+#include <cxxabi.h>
+#include <fcntl.h>
+#include <gelf.h>
+#include <libelf.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "app/inspect/module_exports.h"
+#include "app/plugin_module.h"
+
+namespace {
+
+// A file open for reading, for as long as this lives.
+class OpenFile {
+ public:
+  explicit OpenFile(const std::string& path)
+      : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (descriptor_ < 0) {
+      throw PluginError("cannot read '" + path + "': " + std::strerror(errno) + "; check the name");
+    }
+  }
+  ~OpenFile() { close(descriptor_); }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  int Descriptor() const { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+using ElfImage = std::unique_ptr<Elf, int (*)(Elf*)>;
+
+bool isModule(Elf* image) {
+  GElf_Ehdr header;
+  return image != nullptr && elf_kind(image) == ELF_K_ELF &&
+         gelf_getehdr(image, &header) != nullptr && header.e_type == ET_DYN;
+}
+
+bool isExported(const GElf_Sym& symbol) {
+  const auto binding = GELF_ST_BIND(symbol.st_info);
+  const auto visibility = GELF_ST_VISIBILITY(symbol.st_other);
+  return symbol.st_shndx != SHN_UNDEF && binding != STB_LOCAL &&
+         (visibility == STV_DEFAULT || visibility == STV_PROTECTED);
+}
+
+void appendExports(Elf* image, Elf_Scn* section, const GElf_Shdr& header,
+                   std::vector<std::string>& names) {
+  Elf_Data* data = elf_getdata(section, nullptr);
+  GElf_Sym symbol;
+  for (int i = 0; data != nullptr && gelf_getsym(data, i, &symbol) != nullptr; ++i) {
+    const char* name = elf_strptr(image, header.sh_link, symbol.st_name);
+    if (name != nullptr && *name != '\0' && isExported(symbol)) names.emplace_back(name);
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> exportedNames(const std::string& path) {
+  const OpenFile file(path);
+  elf_version(EV_CURRENT);
+  const ElfImage image(elf_begin(file.Descriptor(), ELF_C_READ, nullptr), &elf_end);
+  if (!isModule(image.get())) {
+    throw PluginError(
+        "'" + path +
+        "' is no plug-in: it is not a loadable module of this system; name a .so file "
+        "that was linked as one");
+  }
+  std::vector<std::string> names;
+  GElf_Shdr header;
+  for (Elf_Scn* section = elf_nextscn(image.get(), nullptr); section != nullptr;
+       section = elf_nextscn(image.get(), section)) {
+    if (gelf_getshdr(section, &header) != nullptr && header.sh_type == SHT_DYNSYM) {
+      appendExports(image.get(), section, header, names);
+    }
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+std::string writtenInCpp(const std::string& name) {
+  int status = 0;
+  const std::unique_ptr<char, void (*)(void*)> written(
+      abi::__cxa_demangle(name.c_str(), nullptr, nullptr, &status), &std::free);
+  return status == 0 && written != nullptr ? written.get() : name;
+}

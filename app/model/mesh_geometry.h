@@ -1,0 +1,23 @@
+// The meshes of a model as sets of a scene.
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "app/model/mesh_check.h"
+#include "ktscene/kt_scene.h"
+
+struct aiMesh;
+
+// A mesh's polygons and lines, each null when there are none. They are apart because each makes a
+// block of its own in a drawing.
+struct MeshGeometry {
+  std::shared_ptr<const KtFaceSet> faces;
+  std::shared_ptr<const KtLineSet> lines;
+};
+
+// `content` is what checkMesh found in this mesh, without a fault. Every vertex p becomes p * rest
+// (by rows, see Affine). Answers false, with nothing in `geometry`, when that leaves the range of
+// double precision.
+bool makeMeshGeometry(const aiMesh& mesh, const MeshContent& content,
+                      const std::array<double, 9>& rest, MeshGeometry& geometry);

@@ -1,0 +1,103 @@
+#include "app/model/model_reader.h"
+
+#include <assimp/config.h>
+#include <assimp/importerdesc.h>
+#include <assimp/scene.h>
+
+#include <assimp/Importer.hpp>
+#include <cerrno>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <system_error>
+#include <utility>
+
+#include "app/model/model_error.h"
+
+namespace {
+
+[[noreturn]] void fail(const std::string& path, const std::string& reason) {
+  throw ModelError(kExitInput, "cannot read '" + path + "': " + reason);
+}
+
+// assimp says "no suitable reader" or worse for files that cannot be opened at all.
+void checkReadable(const std::string& path) {
+  std::error_code error;
+  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  if (status.type() == std::filesystem::file_type::not_found) fail(path, "there is no such file");
+  if (error) fail(path, error.message());
+  if (std::filesystem::is_directory(status)) fail(path, "it is a directory; name a file in it");
+  // assimp seeks to and fro.
+  if (!std::filesystem::is_regular_file(status)) fail(path, "it is not a plain file");
+  errno = 0;
+  if (!std::ifstream(path, std::ios::binary)) {
+    fail(path, std::generic_category().message(errno != 0 ? errno : EIO));
+  }
+}
+
+// One line without the trailing stop, so that it ends a sentence of ours.
+std::string oneLine(std::string text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = ' ';
+  }
+  while (!text.empty() && (text.back() == ' ' || text.back() == '.')) text.pop_back();
+  return text;
+}
+
+[[noreturn]] void failAsReaderSays(const std::string& path, const std::string& message) {
+  if (message.find("No suitable reader found") != std::string::npos) {
+    fail(path, "no reader knows this format");
+  }
+  if (message.find("bad_alloc") != std::string::npos ||
+      message.find("length_error") != std::string::npos) {
+    fail(path, "its sizes are beyond this computer's memory");
+  }
+  fail(path, message.empty() ? "its reader gives no reason" : oneLine(message));
+}
+
+// Some readers talk on the standard streams, where the drawing or our one sentence goes.
+class QuietStreams {
+ public:
+  QuietStreams() : out_(std::cout.rdbuf(nullptr)), error_(std::cerr.rdbuf(nullptr)) {}
+  ~QuietStreams() {
+    std::cout.rdbuf(out_);
+    std::cerr.rdbuf(error_);
+  }
+  QuietStreams(const QuietStreams&) = delete;
+  QuietStreams& operator=(const QuietStreams&) = delete;
+
+ private:
+  std::streambuf* out_;
+  std::streambuf* error_;
+};
+
+std::string importerNameOf(const Assimp::Importer& importer) {
+  const int index = importer.GetPropertyInteger("importerIndex", -1);
+  const aiImporterDesc* description =
+      index < 0 ? nullptr : importer.GetImporterInfo(static_cast<std::size_t>(index));
+  return description == nullptr ? std::string() : description->mName;
+}
+
+}  // namespace
+
+Model::Model() = default;
+Model::Model(Model&&) noexcept = default;
+Model::~Model() = default;
+
+Model readModel(const std::string& path, UpAxis up) {
+  checkReadable(path);
+  Model model;
+  model.importer = std::make_unique<Assimp::Importer>();
+  if (up != UpAxis::kAuto) {
+    model.importer->SetPropertyBool(AI_CONFIG_IMPORT_COLLADA_IGNORE_UP_DIRECTION, true);
+  }
+  // No post-processing: triangles and joined vertices would only be in the way of the outline,
+  // which welds by itself.
+  {
+    const QuietStreams quiet;
+    model.scene = model.importer->ReadFile(path, 0);
+  }
+  if (model.scene == nullptr) failAsReaderSays(path, model.importer->GetErrorString());
+  model.importerName = importerNameOf(*model.importer);
+  return model;
+}
