@@ -85,8 +85,12 @@ TEST(CStringFormat, NotFiniteRealsAreWords) {
 TEST(CStringFormat, HugeRealsAndWidthsAreWhole) {
   EXPECT_EQ(format(u"%f", 1.7976931348623157e308).size(), 316U);
   EXPECT_EQ(format(u"%.400f", 1.0).size(), 402U);
-  EXPECT_EQ(format(u"%.1000f", 1.0), u"1." + std::u16string(1000, u'0'));
-  EXPECT_EQ(format(u"%2000d", 7), std::u16string(1999, u' ') + u"7");
+  std::u16string one = u"1.";
+  one.append(1000, u'0');
+  EXPECT_EQ(format(u"%.1000f", 1.0), one);
+  std::u16string seven(1999, u' ');
+  seven.push_back(u'7');
+  EXPECT_EQ(format(u"%2000d", 7), seven);
 }
 
 TEST(CStringFormat, WidthsAndPrecisionsHaveALimit) {
