@@ -6,6 +6,7 @@
 #include <string>
 
 #include "app/exit_code.h"
+#include "app/model/plan_label.h"
 #include "app/model/view.h"
 
 namespace {
@@ -17,7 +18,7 @@ constexpr const char* kAbout =
 constexpr const char* kExportAbout =
     "Writes the drawing of a model or scene. MODEL is a scene file (.json) or any model that "
     "assimp reads (IFC, glTF, OBJ, STL, Collada, FBX, 3DS and others). A scene file is drawn "
-    "exactly as it stands, without regard to --up, --view and --scale.";
+    "exactly as it stands, without regard to --up, --view, --scale and --labels.";
 
 constexpr const char* kViewAbout =
     "Where the viewer stands: top, bottom, front (at -y, looking along +y), back, left (at -x), "
@@ -35,10 +36,41 @@ std::string checkView(const std::string& text) {
          "such as 30,45";
 }
 
+std::string checkLabelHeight(const std::string& text) {
+  double height = 0.0;
+  if (CLI::detail::lexical_cast(text, height) && height >= kMinLabelHeight &&
+      height <= kMaxLabelHeight) {
+    return {};
+  }
+  return "'" + text + "' is no height of letters; give a number from 0.000001 to 1e15";
+}
+
 std::string checkScale(const std::string& text) {
   double scale = 0.0;
   if (CLI::detail::lexical_cast(text, scale) && std::isfinite(scale) && scale > 0.0) return {};
   return "'" + text + "' is no scale; give a number above 0";
+}
+
+void addLabelOptions(CLI::App& command, ExportOptions& options) {
+  const std::map<std::string, PlanLabels> labels{{"none", PlanLabels::kNone},
+                                                 {"name", PlanLabels::kName}};
+  CLI::Option* choice =
+      command
+          .add_option("--labels", options.plan.labels,
+                      "What stands at each object of a model: none, or name, the name of its node")
+          ->transform(CLI::CheckedTransformer(labels))
+          ->option_text("none|name [none]");
+  command
+      .add_option("--label-height", options.plan.labelHeight,
+                  "Height of the labels' letters in drawing units; a hundredth of the plan's "
+                  "larger side if not given")
+      ->check(CLI::Validator(checkLabelHeight, ""))
+      ->needs(choice)
+      ->option_text("H");
+  command
+      .add_option("--codepage", options.codePage,
+                  "Code page of the drawing's texts from a scene file; labels of models are ASCII")
+      ->option_text("N [1252]");
 }
 
 CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view) {
@@ -63,6 +95,7 @@ CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view) {
                    "Drawing units for one unit of the model; units are not converted otherwise")
       ->check(CLI::Validator(checkScale, ""))
       ->option_text("S [1]");
+  addLabelOptions(*command, options);
   command->add_option("--plugin", options.plugin, "The plug-in that draws, if not the own one")
       ->option_text("FILE");
   return command;

@@ -27,6 +27,7 @@ DrawingCounts countDrawing(std::string_view drawing) {
   DrawingCounts counts;
   counts.polylines = countOf(drawing, "\n  0\nPOLYLINE\n");
   counts.vertices = countOf(drawing, "\n  0\nVERTEX\n");
+  counts.texts = countOf(drawing, "\n  0\nTEXT\n");
   const std::size_t entities = drawing.rfind("\n  2\nENTITIES\n");
   if (entities != std::string_view::npos) {
     counts.placed = countOf(drawing.substr(entities), "\n  0\nINSERT\n");

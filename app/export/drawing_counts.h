@@ -8,7 +8,8 @@
 struct DrawingCounts {
   std::size_t polylines = 0;
   std::size_t vertices = 0;
-  // INSERTs of the ENTITIES section: the objects that are placed.
+  std::size_t texts = 0;
+  // INSERTs of the ENTITIES section: the objects and labels that are placed.
   std::size_t placed = 0;
 };
 

@@ -17,10 +17,12 @@
 #include "app/model/model_error.h"
 #include "app/model/model_reader.h"
 #include "app/plugin_module.h"
+#include "app/preview/text_decoding.h"
 #include "ktscene/kt_scene_reader.h"
 #include "ktscene/kt_traverser.h"
 #include "ktscene/zu_message.h"
 #include "platform/cfile_exception.h"
+#include "platform/code_page.h"
 #include "platform/path_text.h"
 
 namespace {
@@ -149,6 +151,9 @@ int exportFile(const ExportOptions& options) {
   if (std::filesystem::equivalent(options.model, options.drawing, ignored)) {
     return fail(kExitUsage,
                 "'" + options.drawing + "' is the model itself; give the drawing another name");
+  }
+  if (!SetThreadCodePage(options.codePage)) {
+    return fail(kExitUsage, unknownCodePage(options.codePage));
   }
   KtTraverser traverser;
   enterPlugin(options.plugin, traverser);

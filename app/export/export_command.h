@@ -12,6 +12,8 @@ struct ExportOptions {
   std::string drawing;
   // For models alone; a scene file is walked as it stands.
   PlanOptions plan;
+  // Of the texts in a scene file, one that SetThreadCodePage takes; a model's are ASCII.
+  unsigned codePage = 1252;
   // Empty: the one that belongs to this program.
   std::string plugin;
 };

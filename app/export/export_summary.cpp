@@ -1,5 +1,6 @@
 #include "app/export/export_summary.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -24,11 +25,19 @@ void addSkipped(std::string& list, std::size_t count, const char* one, const cha
   list += (list.empty() ? "" : ", ") + counted(count, one, many);
 }
 
+// A model's labels have one line, and so one text in one INSERT.
+std::size_t placedObjects(const DrawingCounts& counts) {
+  return counts.placed - std::min(counts.placed, counts.texts);
+}
+
+std::string labelsOf(const PlanContent& content, const DrawingCounts& counts) {
+  return content.labels == 0 ? "" : ", " + counted(counts.texts, "label", "labels");
+}
+
 std::string skipped(const PlanContent& content, const DrawingCounts& counts) {
   // An object of which nothing shows has no block, and so no INSERT.
   const std::size_t unseen =
-      content.unseenObjects +
-      (content.objects > counts.placed ? content.objects - counts.placed : 0);
+      content.unseenObjects + content.objects - std::min(content.objects, placedObjects(counts));
   std::string list;
   addSkipped(list, content.points, "point (plans show none)", "points (plans show none)");
   addSkipped(list, content.degenerateFaces, "face of a single vertex", "faces of a single vertex");
@@ -43,10 +52,11 @@ std::string skipped(const PlanContent& content, const DrawingCounts& counts) {
 
 std::string summaryOf(const std::string& drawing, const PlanContent& content,
                       const DrawingCounts& counts, double seconds) {
-  return drawing + ": " + counted(counts.placed, "object", "objects") + " (" +
+  return drawing + ": " + counted(placedObjects(counts), "object", "objects") + " (" +
          counted(content.instances, "instance", "instances") + " shared), " +
          counted(content.parts, "part", "parts") + ", " +
          counted(counts.polylines, "polyline", "polylines") + ", " +
-         counted(counts.vertices, "vertex", "vertices") + "; " + extentOf(content.extent) + "; " +
-         number("%.3f s", seconds) + "; skipped: " + skipped(content, counts);
+         counted(counts.vertices, "vertex", "vertices") + labelsOf(content, counts) + "; " +
+         extentOf(content.extent) + "; " + number("%.3f s", seconds) +
+         "; skipped: " + skipped(content, counts);
 }

@@ -43,6 +43,18 @@ void PlanExtent::Add(double x, double y) {
   maxY = std::max(maxY, y);
 }
 
+void PlanExtent::Add(const PlanExtent& other) {
+  minX = std::min(minX, other.minX);
+  minY = std::min(minY, other.minY);
+  maxX = std::max(maxX, other.maxX);
+  maxY = std::max(maxY, other.maxY);
+}
+
+std::array<double, 2> PlanExtent::Centre() const {
+  // Halved first: the sum of two numbers may leave their range.
+  return {minX / 2 + maxX / 2, minY / 2 + maxY / 2};
+}
+
 void ReachPoints::Add(const std::vector<double>& coords, const std::vector<int>& indices) {
   for (const int index : indices) {
     if (index < 0) continue;

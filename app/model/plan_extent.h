@@ -16,6 +16,9 @@ struct PlanExtent {
 
   bool IsEmpty() const { return minX > maxX; }
   void Add(double x, double y);
+  void Add(const PlanExtent& other);
+  // The middle; not for an empty extent.
+  std::array<double, 2> Centre() const;
 };
 
 using PlanPoints = std::vector<std::array<double, 2>>;

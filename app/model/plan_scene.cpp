@@ -2,17 +2,21 @@
 
 #include <assimp/scene.h>
 
+#include <algorithm>
+#include <cmath>
 #include <optional>
 #include <utility>
 #include <vector>
 
 #include "app/model/block_index.h"
+#include "app/model/label_text.h"
 #include "app/model/material_color.h"
 #include "app/model/mesh_check.h"
 #include "app/model/mesh_geometry.h"
 #include "app/model/model_error.h"
 #include "app/model/model_objects.h"
 #include "app/model/object_names.h"
+#include "app/model/plan_label.h"
 #include "app/model/plan_placement.h"
 #include "app/model/plan_visibility.h"
 
@@ -32,6 +36,8 @@ struct Block {
   // False when nothing of a shared block shows; its objects are then left out, since each would
   // insert a block that is not there.
   bool placed = true;
+  // False when it is known that nothing of it shows.
+  bool shows = true;
   std::vector<Part> parts;
   PlanPoints reach;
   std::u16string graphicName;
@@ -49,10 +55,21 @@ bool showsInPlan(const Part& part) {
   return showsInPlan(*std::get<std::shared_ptr<const KtLineSet>>(part.geometry));
 }
 
+// The name that a label shows.
+std::u16string labelTextOf(const aiScene& model, const ModelObject& object) {
+  std::u16string text = textOfName(object.name);
+  for (const unsigned mesh : object.meshes) {
+    if (!text.empty()) break;
+    const aiString& name = model.mMeshes[mesh]->mName;
+    text = textOfName({name.data, name.length});
+  }
+  return text.empty() ? u"unnamed" : text;
+}
+
 class PlanSceneBuilder {
  public:
-  PlanSceneBuilder(const aiScene& model, const std::string& path)
-      : model_(model), path_(path), contents_(model.mNumMeshes) {}
+  PlanSceneBuilder(const aiScene& model, const std::string& path, const PlanOptions& options)
+      : model_(model), path_(path), options_(options), contents_(model.mNumMeshes) {}
 
   PlanScene Build(const std::vector<ModelObject>& objects) {
     CountWhatIsSkipped(objects);
@@ -62,6 +79,7 @@ class PlanSceneBuilder {
     if (result_.content.objects == 0) {
       throw ModelError(kExitNothingToDraw, "nothing to draw in '" + path_ + "': " + Emptiness());
     }
+    AddLabels();
     return std::move(result_);
   }
 
@@ -127,12 +145,10 @@ class PlanSceneBuilder {
       result_.content.emptyObjects += block.users;
       return;
     }
-    if (block.users > 1) {
-      block.placed = false;
-      for (const Part& part : block.parts) {
-        if (showsInPlan(part)) block.placed = true;
-      }
+    if (block.users > 1 || WantsLabels()) {
+      block.shows = std::ranges::any_of(block.parts, [](const Part& p) { return showsInPlan(p); });
     }
+    if (block.users > 1) block.placed = block.shows;
     if (!block.placed) result_.content.unseenObjects += block.users;
   }
 
@@ -154,13 +170,34 @@ class PlanSceneBuilder {
       leaf.geometry.push_back(part.geometry);
     }
     result_.scene.nodes.push_back(std::move(node));
-    addPlaced(block.reach, placed.placement, result_.content.extent);
+    PlanExtent extent;
+    addPlaced(block.reach, placed.placement, extent);
+    result_.content.extent.Add(extent);
+    if (WantsLabels() && block.shows) KeepLabel(object, block, extent);
     ++result_.content.objects;
     if (first) {
       result_.content.parts += block.parts.size();
     } else {
       ++result_.content.instances;
     }
+  }
+
+  bool WantsLabels() const { return options_.labels != PlanLabels::kNone; }
+
+  void KeepLabel(const ModelObject& object, const Block& block, const PlanExtent& extent) {
+    const std::array<double, 2> centre = extent.Centre();
+    // A turn may bring coordinates near the end of the range beyond it.
+    if (!std::isfinite(centre[0]) || !std::isfinite(centre[1])) return;
+    labels_.push_back({labelTextOf(model_, object), centre, block.parts.front().color});
+  }
+
+  // After all objects, whose names and numbers are thus the same as without labels.
+  void AddLabels() {
+    const double height = options_.labelHeight.value_or(labelHeightFor(result_.content.extent));
+    for (const PlanLabel& label : labels_) {
+      result_.scene.nodes.push_back(makeLabelNode(label, height, names_.Unique("label")));
+    }
+    result_.content.labels = labels_.size();
   }
 
   std::string Emptiness() const {
@@ -177,6 +214,7 @@ class PlanSceneBuilder {
 
   const aiScene& model_;
   const std::string& path_;
+  const PlanOptions& options_;
   // By mesh; empty until looked through.
   std::vector<std::optional<MeshContent>> contents_;
   BlockIndex index_;
@@ -184,6 +222,7 @@ class PlanSceneBuilder {
   // By object.
   std::vector<PlacedObject> placed_;
   ObjectNames names_;
+  std::vector<PlanLabel> labels_;
   PlanScene result_;
 };
 
@@ -193,5 +232,5 @@ PlanScene makePlanScene(const aiScene& model, const std::string& importer, const
                         const PlanOptions& options) {
   Affine sheet = compose(uprightTurn(model, importer, options.up), options.view);
   for (double& element : sheet.linear) element *= options.scale;
-  return PlanSceneBuilder(model, path).Build(collectObjects(model, sheet, path));
+  return PlanSceneBuilder(model, path, options).Build(collectObjects(model, sheet, path));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "app/model/plan_extent.h"
@@ -10,6 +11,8 @@
 
 struct aiScene;
 
+enum class PlanLabels { kNone, kName };
+
 // How a model is laid on the sheet. Units are the model's own.
 struct PlanOptions {
   UpAxis up = UpAxis::kAuto;
@@ -17,6 +20,9 @@ struct PlanOptions {
   Affine view;
   // Finite and above 0.
   double scale = 1.0;
+  PlanLabels labels = PlanLabels::kNone;
+  // Of the labels' letters, kMinLabelHeight to kMaxLabelHeight; none: labelHeightFor the plan.
+  std::optional<double> labelHeight;
 };
 
 // What a plan scene holds, and what of the model it leaves out.
@@ -26,6 +32,8 @@ struct PlanContent {
   std::size_t instances = 0;
   // Leaves with geometry of their own, those of instances not counted again.
   std::size_t parts = 0;
+  std::size_t labels = 0;
+  // Of the outlines; labels may reach beyond it.
   PlanExtent extent;
 
   std::size_t points = 0;
@@ -47,6 +55,10 @@ struct PlanScene {
 // the material's colour; the rest of the transform is in their coordinates. Objects whose meshes
 // and rests agree have one graphic name and one geometry, and only those. Animations and bones are
 // left at rest.
+//
+// With PlanLabels::kName, each object of which something shows has a label after all objects,
+// directly under the scene, in the middle of the object's extent: the name of its node, or else of
+// its first mesh that has one, or else "unnamed". Objects are the same with labels and without.
 //
 // `importer` is the reader's name (Model::importerName), `path` stands for the model in messages.
 // Throws ModelError when a mesh has a vertex that is not finite or a face that names no vertex,

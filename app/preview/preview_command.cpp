@@ -29,10 +29,7 @@ std::string complaint(const PreviewOptions& options) {
     return "a picture of size " + std::to_string(options.size) + " cannot be made; choose " +
            std::to_string(kMinPictureSize) + " to " + std::to_string(kMaxPictureSize);
   }
-  if (!isTextCodePage(options.codePage)) {
-    return "code page " + std::to_string(options.codePage) +
-           " is not known; choose 1250 to 1258, 874, 932, 936, 949, 950 or 65001";
-  }
+  if (!isTextCodePage(options.codePage)) return unknownCodePage(options.codePage);
   std::error_code ignored;
   if (std::filesystem::equivalent(options.drawing, options.picture, ignored)) {
     return "'" + options.picture + "' is the drawing itself; give the picture another name";

@@ -131,6 +131,8 @@ std::optional<char32_t> signAt(std::u32string_view text, std::size_t place) {
 Notation characterAt(std::u32string_view text, std::size_t place) {
   if (const auto unit = unitAt(text, place)) return unicodeNotation(text, place, *unit);
   if (const auto sign = signAt(text, place)) return {*sign, 3};
+  // A caret before a letter stands for a control character.
+  if (text.substr(place, 2) == U"^ ") return {U'^', 2};
   return {text[place], 1};
 }
 
@@ -148,6 +150,11 @@ bool isTextCodePage(unsigned codePage) {
     default:
       return codePage >= 1250 && codePage <= 1258;
   }
+}
+
+std::string unknownCodePage(unsigned codePage) {
+  return "code page " + std::to_string(codePage) +
+         " is not known; choose 1250 to 1258, 874, 932, 936, 949, 950 or 65001";
 }
 
 std::string decodeText(std::string_view bytes, unsigned codePage) {
