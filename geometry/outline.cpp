@@ -124,6 +124,9 @@ std::uint32_t polygonOf(std::uint64_t entry) { return static_cast<std::uint32_t>
 // Adds the explicit edges of `runs` to `edges`, which are in edge order; an edge that stands in
 // both stays once.
 void addExplicitEdges(std::vector<Edge>& edges, const std::vector<Edge>& explicitEdges) {
+  if (explicitEdges.empty()) {
+    return;
+  }
   const auto middle = static_cast<std::ptrdiff_t>(edges.size());
   edges.insert(edges.end(), explicitEdges.begin(), explicitEdges.end());
   std::sort(edges.begin() + middle, edges.end());
@@ -149,24 +152,14 @@ bool finishOutline(std::vector<KtPoint3>& points, std::vector<int>& indices,
   return true;
 }
 
-// Stages 1 to 3.
-void findNeighbours(std::vector<KtPoint3>& points, std::vector<int>& indices,
-                    SegmentRuns segmentRuns, OutlineScratch& scratch) {
-  weldPoints(points, indices, scratch.weld);
-  expandRuns(indices, points.size(), segmentRuns, scratch.runs);
+// Stages 2 to 7 of a face set whose points are welded.
+bool outlineFaces(std::vector<KtPoint3>& points, std::vector<int>& indices, bool reverseOrientation,
+                  bool closedSurface, OutlineScratch& scratch) {
+  expandRuns(indices, points.size(), SegmentRuns::kExactlyTwo, scratch.runs);
   scratch.table.Build(scratch.runs.polygons, points.size());
-  scratch.edges.clear();
-}
-
-}  // namespace
-
-bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool reverseOrientation,
-                  bool closedSurface) {
-  const ScratchLoan loan;
-  OutlineScratch& scratch = *loan;
-  findNeighbours(points, indices, SegmentRuns::kExactlyTwo, scratch);
   PolygonNormals normals(points, scratch.runs.polygons, scratch.table.PolygonStarts(),
                          reverseOrientation, scratch.normalZ);
+  scratch.edges.clear();
   scratch.table.ForEachEdge([&](const Edge& edge, std::span<const std::uint64_t> users) {
     // An edge that three or more polygons share is never drawn.
     if ((users.size() == 1 && drawsBorder(closedSurface)) ||
@@ -177,14 +170,45 @@ bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
   return finishOutline(points, indices, scratch);
 }
 
-bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices) {
-  const ScratchLoan loan;
-  OutlineScratch& scratch = *loan;
-  findNeighbours(points, indices, SegmentRuns::kStrips, scratch);
+// The same of a line set.
+bool outlineLines(std::vector<KtPoint3>& points, std::vector<int>& indices,
+                  OutlineScratch& scratch) {
+  expandRuns(indices, points.size(), SegmentRuns::kStrips, scratch.runs);
+  scratch.table.Build(scratch.runs.polygons, points.size());
+  scratch.edges.clear();
   scratch.table.ForEachEdge([&](const Edge& edge, std::span<const std::uint64_t> users) {
     if (users.size() == 1) {
       scratch.edges.push_back(edge);
     }
   });
   return finishOutline(points, indices, scratch);
+}
+
+}  // namespace
+
+bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool reverseOrientation,
+                  bool closedSurface) {
+  const ScratchLoan loan;
+  weldPoints(points, indices, (*loan).weld);
+  return outlineFaces(points, indices, reverseOrientation, closedSurface, *loan);
+}
+
+bool BuildOutline(const PlacedCoords& placed, std::vector<KtPoint3>& points,
+                  std::vector<int>& indices, bool reverseOrientation, bool closedSurface) {
+  const ScratchLoan loan;
+  weldCoords(placed.coords, placed.transform, points, indices, (*loan).weld);
+  return outlineFaces(points, indices, reverseOrientation, closedSurface, *loan);
+}
+
+bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices) {
+  const ScratchLoan loan;
+  weldPoints(points, indices, (*loan).weld);
+  return outlineLines(points, indices, *loan);
+}
+
+bool BuildLineOutline(const PlacedCoords& placed, std::vector<KtPoint3>& points,
+                      std::vector<int>& indices) {
+  const ScratchLoan loan;
+  weldCoords(placed.coords, placed.transform, points, indices, (*loan).weld);
+  return outlineLines(points, indices, *loan);
 }

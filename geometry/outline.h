@@ -3,6 +3,7 @@
 
 #include <vector>
 
+#include "ktscene/kt_matrix.h"
 #include "ktscene/kt_point3.h"
 
 // The view is along z: of a face set the plan shows the explicit lines, the open borders and the
@@ -33,3 +34,16 @@ bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
 
 // The same for lines: no silhouettes, and of polygons only the edges that one polygon alone uses.
 bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices);
+
+// Coordinates as a host sends them, x, y, z triples (a remainder is ignored), and the transform
+// that puts them into the block.
+struct PlacedCoords {
+  const std::vector<double>& coords;
+  const KtMatrix& transform;
+};
+
+// The same outlines of points that are not made one by one first; `points` receives them.
+bool BuildOutline(const PlacedCoords& placed, std::vector<KtPoint3>& points,
+                  std::vector<int>& indices, bool reverseOrientation, bool closedSurface);
+bool BuildLineOutline(const PlacedCoords& placed, std::vector<KtPoint3>& points,
+                      std::vector<int>& indices);

@@ -38,16 +38,6 @@ KtMatrix blockTransform(const BlockNode& node) {
   return relative;
 }
 
-std::vector<KtPoint3> transformedPoints(const std::vector<double>& coords,
-                                        const KtMatrix& transform) {
-  std::vector<KtPoint3> points(coords.size() / 3);
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    points[i].Set(coords[3 * i], coords[3 * i + 1], coords[3 * i + 2]);
-    points[i].Mult(transform);
-  }
-  return points;
-}
-
 void writeVertex(DxfWriter& writer, const BlockNode& node, const KtPoint3& point) {
   writer.WriteVertexBegin(&node);
   writer.WritePoint10(nullptr, point.Get0(), point.Get1(), point.Get2());
@@ -80,7 +70,8 @@ void writeRuns(DxfWriter& writer, const BlockNode& node, const std::vector<KtPoi
   }
 }
 
-// What faces and lines have in common; `buildOutline(points, indices)` is where they differ.
+// What faces and lines have in common; `buildOutline(placed, points, indices)` is where they
+// differ.
 template <class BuildOutlineOf>
 bool drawOutline(const std::vector<double>& coords, const std::vector<int>& indices,
                  BuildOutlineOf buildOutline) {
@@ -90,9 +81,10 @@ bool drawOutline(const std::vector<double>& coords, const std::vector<int>& indi
     return false;
   }
   BlockNode& node = *session.currentNode;
-  std::vector<KtPoint3> points = transformedPoints(coords, blockTransform(node));
+  const KtMatrix transform = blockTransform(node);
+  std::vector<KtPoint3> points;
   std::vector<int> outline = indices;
-  if (!buildOutline(points, outline)) {
+  if (!buildOutline(PlacedCoords{coords, transform}, points, outline)) {
     return true;
   }
   return flushed(*session.writer, [&](DxfWriter& writer) {
@@ -108,11 +100,13 @@ bool drawOutline(const std::vector<double>& coords, const std::vector<int>& indi
 
 bool faceSetCallback(const std::vector<double>& coords, const std::vector<int>& indices,
                      bool reverseOrientation, bool closedSurface) {
-  return drawOutline(coords, indices, [&](auto& points, auto& outline) {
-    return BuildOutline(points, outline, reverseOrientation, closedSurface);
+  return drawOutline(coords, indices, [&](const auto& placed, auto& points, auto& outline) {
+    return BuildOutline(placed, points, outline, reverseOrientation, closedSurface);
   });
 }
 
 bool DXF2dLineGeometry(const std::vector<double>& coords, const std::vector<int>& indices) {
-  return drawOutline(coords, indices, BuildLineOutline);
+  return drawOutline(coords, indices, [](const auto& placed, auto& points, auto& outline) {
+    return BuildLineOutline(placed, points, outline);
+  });
 }

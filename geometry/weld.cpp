@@ -12,41 +12,72 @@ bool isFinite(const KtPoint3& point) {
   return zero == 0.0;
 }
 
-}  // namespace
-
-void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch) {
+// Welds `count` points: pointAt(i) makes the i-th, keep(point) appends one to `kept`.
+template <class PointAt, class Keep>
+void weld(std::size_t count, PointAt pointAt, Keep keep, const std::vector<KtPoint3>& kept,
+          WeldScratch& scratch) {
   // Hashes are made a batch ahead, so that the table's cache lines arrive while others are probed.
   constexpr std::size_t kBatch = 32;
+  std::array<KtPoint3, kBatch> batch;
   std::array<std::uint64_t, kBatch> hashes;
-  scratch.table.Reset(points.size());
-  scratch.newIndex.resize(points.size());
-  std::uint32_t kept = 0;
-  for (std::size_t begin = 0; begin < points.size(); begin += kBatch) {
-    const std::size_t count = std::min(kBatch, points.size() - begin);
-    for (std::size_t i = 0; i < count; ++i) {
-      const KtPoint3& point = points[begin + i];
+  scratch.table.Reset(count);
+  scratch.newIndex.resize(count);
+  std::uint32_t keptCount = 0;
+  for (std::size_t begin = 0; begin < count; begin += kBatch) {
+    const std::size_t size = std::min(kBatch, count - begin);
+    for (std::size_t i = 0; i < size; ++i) {
+      const KtPoint3 point = pointAt(begin + i);
+      batch[i] = point;
       hashes[i] = PointIndex::Hash(point.Get0(), point.Get1(), point.Get2());
       scratch.table.Prefetch(hashes[i]);
     }
-    for (std::size_t i = 0; i < count; ++i) {
-      const KtPoint3 point = points[begin + i];
-      if (!isFinite(point)) {
+    for (std::size_t i = 0; i < size; ++i) {
+      if (!isFinite(batch[i])) {
         scratch.newIndex[begin + i] = kNoPoint;
         continue;
       }
       const std::uint32_t index = scratch.table.FindOrKeep(
-          hashes[i], kept, [&](std::uint32_t other) { return points[other] == point; });
-      if (index == kept) {
-        points[kept++] = point;
+          hashes[i], keptCount, [&](std::uint32_t other) { return kept[other] == batch[i]; });
+      if (index == keptCount) {
+        keep(batch[i]);
+        ++keptCount;
       }
       scratch.newIndex[begin + i] = index;
     }
   }
+}
+
+void renumber(std::vector<int>& indices, const std::vector<std::uint32_t>& newIndex) {
   for (int& index : indices) {
     if (index >= 0) {
       const auto old = static_cast<std::size_t>(index);
-      index = old < points.size() ? static_cast<int>(scratch.newIndex[old]) : kNoPoint;
+      index = old < newIndex.size() ? static_cast<int>(newIndex[old]) : kNoPoint;
     }
   }
+}
+
+}  // namespace
+
+void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch) {
+  // In place: what is kept never overtakes what is read.
+  std::size_t kept = 0;
+  weld(
+      points.size(), [&](std::size_t i) { return points[i]; },
+      [&](const KtPoint3& point) { points[kept++] = point; }, points, scratch);
   points.resize(kept);
+  renumber(indices, scratch.newIndex);
+}
+
+void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
+                std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch) {
+  points.clear();
+  const auto pointAt = [&](std::size_t i) {
+    KtPoint3 point(coords[3 * i], coords[3 * i + 1], coords[3 * i + 2]);
+    point.Mult(transform);
+    return point;
+  };
+  weld(
+      coords.size() / 3, pointAt, [&](const KtPoint3& point) { points.push_back(point); }, points,
+      scratch);
+  renumber(indices, scratch.newIndex);
 }

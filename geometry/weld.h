@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "geometry/point_index.h"
+#include "ktscene/kt_matrix.h"
 #include "ktscene/kt_point3.h"
 
 struct WeldScratch {
@@ -24,3 +25,10 @@ inline constexpr int kNoPoint = 0x7fffffff;
 // name what is kept. Points that are not finite are dropped; entries that name them, or no point at
 // all, become kNoPoint. Negative entries are codes and stay.
 void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch);
+
+// The same for points that are still `coords`, x, y, z triples (a remainder is ignored), to be
+// multiplied by `transform`: what is kept goes to `points`, replacing what they held. A set of
+// triangles that share nothing has six times the points that are kept, so making them all first
+// would be most of the memory that an outline takes.
+void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
+                std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch);
