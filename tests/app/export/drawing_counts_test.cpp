@@ -20,6 +20,12 @@ TEST(CountDrawing, TextsThatNameEntitiesAreNone) {
   EXPECT_EQ(counts.vertices, 0u);
 }
 
+TEST(CountDrawing, CountsTexts) {
+  const DrawingCounts counts =
+      countDrawing("  0\nBLOCK\n  0\nTEXT\n  1\n  0\n  7\nTEXT\n  0\nTEXT\n  1\nTEXT\n  0\n");
+  EXPECT_EQ(counts.texts, 2u);
+}
+
 TEST(CountDrawing, AnEmptyFileHoldsNothing) { EXPECT_EQ(countDrawing("").vertices, 0u); }
 
 }  // namespace

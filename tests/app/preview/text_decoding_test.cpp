@@ -52,6 +52,10 @@ TEST(TextDecoding, SignsOfTheFormat) {
   EXPECT_EQ(decodeText("90%%d %%p1 %%C5 100%%%", 1252), "90\u00B0 \u00B11 \u23005 100%");
 }
 
+TEST(TextDecoding, ACaretWithASpaceIsTheCaret) {
+  EXPECT_EQ(decodeText("a^ b^  c^", 1252), "a^b^ c^");
+}
+
 TEST(TextDecoding, ControlCharactersAreDropped) {
   EXPECT_EQ(decodeText(std::string_view("a\0\t\x7F"
                                         "b\\U+0007\\U+0000",
