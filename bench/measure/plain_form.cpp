@@ -16,8 +16,9 @@ struct Outline {
 };
 
 // Leaves what `build` made in `result`.
-template <class Build>
-double secondsOfOutline(const Outline& input, Build build, Outline& result) {
+double secondsOfOutline(const Outline& input,
+                        bool (*build)(std::vector<KtPoint3>&, std::vector<int>&, bool, bool),
+                        Outline& result) {
   result = input;
   return secondsOf([&] { build(result.points, result.indices, false, true); });
 }
