@@ -23,6 +23,9 @@ from random_scenes import random_scene
 # Seconds after which an export counts as hung.
 PATIENCE = 60
 
+# The pages whose tables are the same everywhere; None leaves the choice to the program.
+CODE_PAGES = [None, 1250, 1251, 1252, 1253, 1254, 1256, 1257, 874]
+
 
 def main():
     options = parse_options()
@@ -65,11 +68,12 @@ def report(seed, complaint):
 def compared(seed, options, folder):
     """None when both drawings are the same, otherwise what is wrong."""
     text = scene_text(seed)
+    code_page = random.Random(f"code page {seed}").choice(CODE_PAGES)
     scene_path = folder / f"scene-{seed}.json"
     drawing_path = folder / f"scene-{seed}.dxf"
     scene_path.write_bytes(text)
-    expected = drawing_of(json.loads(text.decode("utf-8-sig")))
-    complaint = exported(options.dxf2d, scene_path, drawing_path)
+    expected = drawing_of(json.loads(text.decode("utf-8-sig")), code_page or 1252)
+    complaint = exported(options.dxf2d, scene_path, drawing_path, code_page)
     if complaint is None:
         complaint = first_difference(drawing_path.read_bytes(), expected)
     if complaint is None:
@@ -89,10 +93,12 @@ def scene_text(seed):
     return mark + text.encode("utf-8")
 
 
-def exported(program, scene_path, drawing_path):
+def exported(program, scene_path, drawing_path, code_page):
     """None when the program made a drawing, otherwise how it ended."""
     drawing_path.unlink(missing_ok=True)
     command = [program, "export", str(scene_path), "-o", str(drawing_path)]
+    if code_page is not None:
+        command += ["--codepage", str(code_page)]
     try:
         run = subprocess.run(command, capture_output=True, timeout=PATIENCE, check=False)
     except subprocess.TimeoutExpired:
