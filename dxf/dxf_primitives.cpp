@@ -1,6 +1,7 @@
 // The vocabulary of the drawing: each primitive writes a fixed run of groups.
 #include <array>
 #include <cmath>
+#include <string_view>
 
 #include "dxf/color_palette.h"
 #include "dxf/dxf_writer.h"
@@ -38,16 +39,31 @@ KtPoint3 transformedIfNode(const BlockNode* node, double x, double y, double z) 
   return node != nullptr ? transformed(node, x, y, z) : KtPoint3(x, y, z);
 }
 
+// All but the decimal separator of a rare locale is ASCII; it stands before the six decimals.
+bool isAsciiReal(std::string_view text) {
+  constexpr std::size_t kFromSeparator = 7;
+  return text.size() < kFromSeparator ||
+         static_cast<unsigned char>(text[text.size() - kFromSeparator]) < 0x80;
+}
+
 double finiteOrZero(double value) { return std::isfinite(value) ? value : 0.0; }
 
 }  // namespace
 
 void DxfWriter::WriteReal(double value) {
+  // Made in the file's own buffer: a drawing is mostly reals.
+  char* room = file_.Reserve(kFixed6Size + 1);
+  const std::size_t length = FormatFixed6(value, room);
+  if (isAsciiReal({room, length})) {
+    room[length] = '\n';
+    file_.Commit(length + 1);
+    return;
+  }
   std::array<char16_t, kFixed6Size + 2> line;
-  const std::size_t length = FormatFixed6(value, line.data());
-  line[length] = u'\n';
-  line[length + 1] = u'\0';
-  WriteWide({line.data(), length + 1});
+  const std::size_t units = FormatFixed6(value, line.data());
+  line[units] = u'\n';
+  line[units + 1] = u'\0';
+  WriteWide({line.data(), units + 1});
 }
 
 void DxfWriter::WriteInteger(int value) {

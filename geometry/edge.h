@@ -10,6 +10,7 @@
 struct Edge {
   int first;
   int second;
+  // NOLINTNEXTLINE(modernize-use-nullptr): the 0 of a comparison that the compiler writes.
   friend auto operator<=>(const Edge&, const Edge&) = default;
 };
 

@@ -121,16 +121,20 @@ bool isSilhouette(PolygonNormals& normals, std::uint32_t f, std::uint32_t g) {
 
 std::uint32_t polygonOf(std::uint64_t entry) { return static_cast<std::uint32_t>(entry); }
 
-// Adds the explicit edges of `runs` to `edges`, which are in edge order; an edge that stands in
-// both stays once.
+// Adds `explicitEdges` to `edges`, which are in edge order; an edge that stands in both stays once.
 void addExplicitEdges(std::vector<Edge>& edges, const std::vector<Edge>& explicitEdges) {
   if (explicitEdges.empty()) {
     return;
   }
   const auto middle = static_cast<std::ptrdiff_t>(edges.size());
   edges.insert(edges.end(), explicitEdges.begin(), explicitEdges.end());
-  std::sort(edges.begin() + middle, edges.end());
-  std::inplace_merge(edges.begin(), edges.begin() + middle, edges.end());
+  // Lines mostly come in edge order as they are drawn.
+  if (!std::is_sorted(edges.begin() + middle, edges.end())) {
+    std::sort(edges.begin() + middle, edges.end());
+  }
+  if (middle != 0) {
+    std::inplace_merge(edges.begin(), edges.begin() + middle, edges.end());
+  }
   edges.erase(std::unique(edges.begin(), edges.end()), edges.end());
 }
 

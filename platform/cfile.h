@@ -52,6 +52,17 @@ class KT_PLATFORM_API CFile {
     std::memcpy(cursor_, data, count);
     cursor_ += count;
   }
+  // For bytes that are made in place: room for `count` of them, at most kMaxReserve, after those
+  // written; Commit counts the first `count` as written. The room is lost at any other call. Throws
+  // as Write does.
+  static constexpr std::size_t kMaxReserve = 4096;
+  char* Reserve(std::size_t count) {
+    if (count >= static_cast<std::size_t>(limit_ - cursor_)) {
+      MakeRoom();
+    }
+    return cursor_;
+  }
+  void Commit(std::size_t count) { cursor_ += count; }
   // Hands everything gathered to the operating system. No effect when no file is open. Throws
   // CFileException.
   void Flush();
@@ -60,6 +71,8 @@ class KT_PLATFORM_API CFile {
 
  private:
   void WriteSlow(const void* data, std::size_t count);
+  // Throws invalidFile when no file is open for writing.
+  void MakeRoom();
 
   struct Impl;
   std::unique_ptr<Impl> impl_;

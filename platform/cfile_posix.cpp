@@ -15,6 +15,7 @@
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
+static_assert(CFile::kMaxReserve < kBufferSize);
 
 // Holds back the signals that accompany the error of a failing write, so that a closed pipe or a
 // limit on file sizes is an error to the caller and not the end of the host process.
@@ -219,6 +220,14 @@ void CFile::WriteSlow(const void* data, std::size_t count) {
   } else {
     cursor_ = std::copy_n(bytes, count, cursor_);
   }
+}
+
+void CFile::MakeRoom() {
+  if (cursor_ == nullptr) {
+    throw CFileException(CFileException::invalidFile, -1,
+                         impl_ != nullptr ? impl_->path.GetString() : nullptr);
+  }
+  Flush();
 }
 
 void CFile::Flush() {

@@ -240,6 +240,31 @@ TEST_F(CFileTest, DescriptorIsNotInherited) {
   EXPECT_NE(fcntl(next, F_GETFD) & FD_CLOEXEC, 0);
 }
 
+TEST_F(CFileTest, BytesMadeInPlaceStandAmongThoseWritten) {
+  std::string expected;
+  CFile file;
+  ASSERT_TRUE(file.Open(Name("f").c_str(), kCreate));
+  // Often enough that the room runs out at every offset from the buffer's end.
+  for (int i = 0; i < 200'000; ++i) {
+    const std::string text = std::to_string(i * 7919 % 1000003) + "\n";
+    if (i % 3 == 0) {
+      write(file, text);
+    } else {
+      char* room = file.Reserve(CFile::kMaxReserve);
+      text.copy(room, text.size());
+      file.Commit(text.size());
+    }
+    expected += text;
+  }
+  file.Close();
+  EXPECT_EQ(Content("f"), expected);
+}
+
+TEST(CFile, ReserveOnAClosedFileThrowsInvalidFile) {
+  CFile file;
+  EXPECT_EQ(thrownBy([&] { file.Reserve(1); }).m_cause, CFileException::invalidFile);
+}
+
 TEST(CFile, WriteOnAClosedFileThrowsInvalidFile) {
   CFile file;
   EXPECT_EQ(thrownBy([&] { write(file, "a"); }).m_cause, CFileException::invalidFile);
