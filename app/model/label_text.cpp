@@ -35,7 +35,7 @@ std::u16string takeCharacter(std::u16string_view& rest, char16_t before) {
   rest.remove_prefix(1);
   if (isControl(c)) return u" ";
   if (isHigh(c) && !rest.empty() && isLow(rest.front())) {
-    const std::u16string pair = notation(c) + notation(rest.front());
+    std::u16string pair = notation(c) + notation(rest.front());
     rest.remove_prefix(1);
     return pair;
   }

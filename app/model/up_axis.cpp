@@ -91,9 +91,9 @@ Affine turnFromFbx(const aiScene& scene) {
   Affine turn;
   if (front && right) {
     turn.linear.fill(0.0);
-    turn.linear[static_cast<std::size_t>(3 * right->axis)] = right->sign;
-    turn.linear[static_cast<std::size_t>(3 * front->axis + 1)] = -front->sign;
-    turn.linear[static_cast<std::size_t>(3 * up->axis + 2)] = up->sign;
+    turn.linear[3 * static_cast<std::size_t>(right->axis)] = right->sign;
+    turn.linear[3 * static_cast<std::size_t>(front->axis) + 1] = -front->sign;
+    turn.linear[3 * static_cast<std::size_t>(up->axis) + 2] = up->sign;
     const std::array<double, 9>& m = turn.linear;
     const double determinant = m[0] * (m[4] * m[8] - m[5] * m[7]) -
                                m[1] * (m[3] * m[8] - m[5] * m[6]) +
