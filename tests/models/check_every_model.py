@@ -8,7 +8,6 @@ with what is wrong, then "N passed, M failed"; exit status 1 when any failed.
 """
 
 import argparse
-import os
 import sys
 import tempfile
 from concurrent.futures import ProcessPoolExecutor
@@ -23,9 +22,7 @@ def main():
     expectations = Expectations()
     every_model = expectations.models()
     strangers = sorted(expectations.named() - set(every_model))
-    models = options.models or every_model
-    if options.one_of_each_format:
-        models = one_of_each_format(models, expectations)
+    models = [model for model in options.models or every_model if model != options.leave_out]
     with tempfile.TemporaryDirectory(prefix="dxf2d-models-") as folder:
         drawings = Path(options.keep or folder)
         drawings.mkdir(parents=True, exist_ok=True)
@@ -42,21 +39,12 @@ def main():
 def parse_options():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     Programs.add_options(parser)
-    parser.add_argument("--one-of-each-format", action="store_true",
-                        help="take the smallest model of each name extension only")
     parser.add_argument("--jobs", type=int, default=2, help="models at a time (%(default)s)")
     parser.add_argument("--keep", metavar="DIR", help="leave the drawings here")
+    parser.add_argument("--leave-out", metavar="MODEL", help="a model that is not drawn")
     parser.add_argument("models", nargs="*", metavar="MODEL",
                         help=f"a path below {MODELS}; all if none is given")
     return parser.parse_args()
-
-
-def one_of_each_format(models, expectations):
-    smallest = {}
-    for model in sorted(models, key=lambda model: (os.path.getsize(MODELS / model), model)):
-        if model not in expectations.refused:
-            smallest.setdefault(Path(model).suffix.lower(), model)
-    return sorted(smallest.values())
 
 
 class ModelCheck:

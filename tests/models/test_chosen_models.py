@@ -19,14 +19,12 @@ TEAPOTS = "Collada/teapot_instancenodes.DAE"
 
 class ChosenModels(unittest.TestCase):
     programs = None
+    expectations = Expectations()
 
     def setUp(self):
         folder = tempfile.TemporaryDirectory(prefix="dxf2d-models-")
         self.addCleanup(folder.cleanup)
         self.drawing = Path(folder.name) / "drawing.dxf"
-        self.expectations = Expectations()
-        # Says which package is missing.
-        self.expectations.models()
 
     def assert_sound(self, model, **options):
         with self.subTest(model=model, **options):
@@ -84,6 +82,8 @@ def main():
     Programs.add_options(parser)
     options, rest = parser.parse_known_args()
     ChosenModels.programs = Programs(options)
+    # Says which package is missing.
+    ChosenModels.expectations.models()
     unittest.main(argv=[sys.argv[0], *rest])
 
 
