@@ -76,6 +76,8 @@ void DxfWriter::WriteLayer() { Write("  8\n0\n"); }
 
 void DxfWriter::WriteLineLayer() { Write("  8\n0\n"); }
 
+// NOLINTBEGIN(performance-unnecessary-value-param): names are handed over by value, as the
+// framework's text is everywhere.
 void DxfWriter::WriteBlockName(CString name) {
   Write("  2\n");
   Write(name);
@@ -85,6 +87,8 @@ void DxfWriter::WriteName3(CString name) {
   Write("  3\n");
   Write(name);
 }
+
+// NOLINTEND(performance-unnecessary-value-param)
 
 void DxfWriter::WriteBlockBegin() {
   Write("  0\nBLOCK\n");

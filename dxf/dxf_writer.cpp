@@ -46,6 +46,7 @@ DxfWriter* DxfWriter::Instance() {
 
 void DxfWriter::Release() { instance().reset(); }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): by value, as names are.
 bool DxfWriter::Open(CString path) {
   CFileException exception(CFileException::none, -1, nullptr);
   file_.Close();

@@ -25,7 +25,8 @@
 //
 // True when there is an edge to draw: `points` are then welded and flat, and `indices` holds
 // chains, each closed by -6; a closed loop is a chain that ends where it began. False otherwise:
-// `points` are then welded, `indices` refer to them, and there is nothing to write.
+// `points` are then welded (and flat, when no edge has a length in plan), `indices` refer to them,
+// and there is nothing to write.
 //
 // `reverseOrientation` turns the front of every polygon (false: counter-clockwise). `closedSurface`
 // has no effect: open borders are drawn whether or not the host calls the surface closed.

@@ -50,7 +50,6 @@ class SceneBuilder {
   void SetFlag(SceneKey key, bool value);
   void SetInteger(SceneKey key, int value);
   void SetNumbers(SceneKey key);
-  void SetIntegers();
   KtSceneNode& AddNode(SceneKey list);
   KtSceneNode* StartObject(SceneObject object);
   void FinishObject(const SceneLevel& level);

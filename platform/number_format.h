@@ -10,8 +10,8 @@
 inline constexpr std::size_t kFixed6Size = 328;
 
 // Writes `value` with six decimals, correctly rounded (ties to even on the exact binary value), and
-// returns the number of characters; no terminating null. Not-finite values are "inf", "-inf",
-// "nan",
-// "-nan". The decimal separator is that of the process's LC_NUMERIC locale at the call.
+// returns the number of characters; no terminating null. Values that are not finite are "inf",
+// "nan" and the same with a "-". The decimal separator is that of the process's LC_NUMERIC locale
+// at the call.
 KT_PLATFORM_API std::size_t FormatFixed6(double value, char16_t* text);
 KT_PLATFORM_API std::size_t FormatFixed6(double value, char* text);

@@ -127,62 +127,62 @@ bool BoxWriter::WriteBox(BlockNode* node, const std::vector<double>& parameters)
   return WriteWireframe(parameters);
 }
 
-bool BoxWriter::WriteTurnedAboutZ(const std::vector<double>& parameters, double /*angle*/) {
+template <class OutlineOf>
+bool BoxWriter::WriteOutline(const std::vector<double>& parameters, OutlineOf outlineOf) {
   BoxSize size{};
   if (writer_ == nullptr || node_ == nullptr || !readSize(parameters, size)) {
     return false;
   }
-  return writeShapeBlock(*writer_, *node_, {levelFace(size, size.c), quadrilateral()});
+  return writeShapeBlock(*writer_, *node_, outlineOf(size));
+}
+
+bool BoxWriter::WriteTurnedAboutZ(const std::vector<double>& parameters, double /*angle*/) {
+  return WriteOutline(parameters, [](const BoxSize& size) {
+    return IndexedOutline{levelFace(size, size.c), quadrilateral()};
+  });
 }
 
 bool BoxWriter::WriteQuarterTurnAboutX(const std::vector<double>& parameters, double angle) {
-  BoxSize size{};
-  if (writer_ == nullptr || node_ == nullptr || !readSize(parameters, size)) {
-    return false;
-  }
-  const double x = size.a / 2;
-  const double y = size.b / 2;
-  std::vector<KtPoint3> side = {{x, -y, size.c}, {-x, -y, size.c}, {-x, -y, 0}, {x, -y, 0}};
-  return writeShapeBlock(*writer_, *node_,
-                         {IsHalfTurn(angle) ? levelFace(size, size.c) : side, quadrilateral()});
+  return WriteOutline(parameters, [&](const BoxSize& size) {
+    if (IsHalfTurn(angle)) {
+      return IndexedOutline{levelFace(size, size.c), quadrilateral()};
+    }
+    const double x = size.a / 2;
+    const double y = size.b / 2;
+    return IndexedOutline{{{x, -y, size.c}, {-x, -y, size.c}, {-x, -y, 0}, {x, -y, 0}},
+                          quadrilateral()};
+  });
 }
 
 bool BoxWriter::WriteQuarterTurnAboutY(const std::vector<double>& parameters, double angle) {
-  BoxSize size{};
-  if (writer_ == nullptr || node_ == nullptr || !readSize(parameters, size)) {
-    return false;
-  }
-  const double x = size.a / 2;
-  const double y = size.b / 2;
-  const double z = size.c / 2;
-  std::vector<KtPoint3> side = {{x, -y, z}, {x, -y, -z}, {x, y, -z}, {x, y, z}};
-  return writeShapeBlock(*writer_, *node_,
-                         {IsHalfTurn(angle) ? levelFace(size, size.c) : side, quadrilateral()});
+  return WriteOutline(parameters, [&](const BoxSize& size) {
+    if (IsHalfTurn(angle)) {
+      return IndexedOutline{levelFace(size, size.c), quadrilateral()};
+    }
+    const double x = size.a / 2;
+    const double y = size.b / 2;
+    const double z = size.c / 2;
+    return IndexedOutline{{{x, -y, z}, {x, -y, -z}, {x, y, -z}, {x, y, z}}, quadrilateral()};
+  });
 }
 
 bool BoxWriter::WriteWireframe(const std::vector<double>& parameters) {
-  BoxSize size{};
-  if (writer_ == nullptr || node_ == nullptr || !readSize(parameters, size)) {
-    return false;
-  }
-  IndexedOutline frame;
-  frame.points = levelFace(size, 0.0);
-  const std::vector<KtPoint3> top = levelFace(size, size.c);
-  frame.points.insert(frame.points.end(), top.begin(), top.end());
-  frame.indices = {0, 1, 2, 3, -6, 4, 5, 6, 7, -6, 0, 4, -1, 1, 5, -1, 2, 6, -1, 3, 7, -1};
-  return writeShapeBlock(*writer_, *node_, frame);
+  return WriteOutline(parameters, [](const BoxSize& size) {
+    IndexedOutline frame;
+    frame.points = levelFace(size, 0.0);
+    const std::vector<KtPoint3> top = levelFace(size, size.c);
+    frame.points.insert(frame.points.end(), top.begin(), top.end());
+    frame.indices = {0, 1, 2, 3, -6, 4, 5, 6, 7, -6, 0, 4, -1, 1, 5, -1, 2, 6, -1, 3, 7, -1};
+    return frame;
+  });
 }
 
 bool BoxWriter::WriteTopOnly(const std::vector<double>& parameters, double angle) {
-  BoxSize size{};
-  if (writer_ == nullptr || node_ == nullptr || !readSize(parameters, size)) {
-    return false;
-  }
-  IndexedOutline top{{}, quadrilateral()};
-  if (anglesEqual(angle, 0.0)) {
-    top.points = levelFace(size, size.c);
-  }
-  return writeShapeBlock(*writer_, *node_, top);
+  return WriteOutline(parameters, [&](const BoxSize& size) {
+    return IndexedOutline{
+        anglesEqual(angle, 0.0) ? levelFace(size, size.c) : std::vector<KtPoint3>(),
+        quadrilateral()};
+  });
 }
 
 void BoxWriter::WriteSolid(BlockNode* node, double a, double b, double c) {

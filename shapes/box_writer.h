@@ -38,6 +38,9 @@ class BoxWriter {
   void WriteSolid(BlockNode* node, double a, double b, double c);
 
  private:
+  // What the writers share: tests the sizes and writes outlineOf(size) as a block.
+  template <class OutlineOf>
+  bool WriteOutline(const std::vector<double>& parameters, OutlineOf outlineOf);
   bool IsQuarterTurn(double angle) const;
   bool IsHalfTurn(double angle) const;
 

@@ -81,17 +81,18 @@ bool makeMeshGeometry(const aiMesh& mesh, const MeshContent& content,
   if (content.IsEmpty()) return true;
   std::vector<double> coords = transformedCoords(mesh, rest);
   if (!allFinite(coords)) return false;
-  if (content.lines != 0) {
-    auto lines = std::make_shared<KtLineSet>();
-    lines->coords = content.polygons != 0 ? coords : std::move(coords);
-    lines->indices = lineRuns(mesh, content);
-    geometry.lines = std::move(lines);
-  }
   if (content.polygons != 0) {
     auto faces = std::make_shared<KtFaceSet>();
-    faces->coords = std::move(coords);
+    faces->coords = content.lines != 0 ? coords : std::move(coords);
     faces->indices = polygonRuns(mesh, content);
     geometry.faces = std::move(faces);
+  }
+  if (content.lines != 0) {
+    auto lines = std::make_shared<KtLineSet>();
+    // Still whole: it is moved away above only where there are no lines.
+    lines->coords = std::move(coords);  // NOLINT(bugprone-use-after-move)
+    lines->indices = lineRuns(mesh, content);
+    geometry.lines = std::move(lines);
   }
   return true;
 }

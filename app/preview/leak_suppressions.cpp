@@ -5,4 +5,5 @@
 // still: the name is that of the library whose function allocated.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 
+// NOLINTNEXTLINE(bugprone-reserved-identifier): the leak checker looks for this very name.
 const char* __lsan_default_suppressions() { return "leak:libfontconfig\n"; }

@@ -2,8 +2,10 @@
 
 #include <iconv.h>
 
+#include <bit>
 #include <cerrno>
 #include <charconv>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <stdexcept>
@@ -50,7 +52,7 @@ Conversion openConversion(unsigned codePage) {
   }
   const std::string page = codePage == kUtf8Page ? "UTF-8" : "CP" + std::to_string(codePage);
   const iconv_t opened = iconv_open("UTF-32LE", page.c_str());
-  if (opened == reinterpret_cast<iconv_t>(-1)) {
+  if (opened == std::bit_cast<iconv_t>(std::intptr_t{-1})) {
     throw std::invalid_argument("the system has no code page " + std::to_string(codePage));
   }
   return Conversion(opened);
