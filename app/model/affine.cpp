@@ -25,7 +25,6 @@ Affine compose(const Affine& first, const Affine& second) {
     result.shift[column] =
         ((t[0] * m[column] + t[1] * m[3 + column]) + t[2] * m[6 + column]) + second.shift[column];
   }
-  dropNoise(result);
   return result;
 }
 

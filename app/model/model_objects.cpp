@@ -11,7 +11,6 @@ Affine fromMatrix(const aiMatrix4x4& m) {
   Affine affine;
   affine.linear = {m.a1, m.b1, m.c1, m.a2, m.b2, m.c2, m.a3, m.b3, m.c3};
   affine.shift = {m.a4, m.b4, m.c4};
-  dropNoise(affine);
   return affine;
 }
 
@@ -32,6 +31,7 @@ ModelObject makeObject(const aiScene& model, const aiNode& node, const Affine& w
     }
   }
   object.world = world;
+  dropNoise(object.world);
   return object;
 }
 

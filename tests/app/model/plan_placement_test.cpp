@@ -116,13 +116,23 @@ TEST(PlanPlacement, MatrixIsNoTilt) {
   EXPECT_NEAR(aboutZ, 0.7, 1e-15);
 }
 
-TEST(Compose, TakesTheNoiseOfSinglePrecisionOutOfRightAngles) {
+TEST(DropNoise, MakesRightAnglesOfSinglePrecisionExact) {
   Affine reader;
   const double noise = static_cast<double>(-4.37113883e-08f);
   reader.linear = {1, 0, 0, 0, noise, -1, 0, 1, noise};
   Affine upright;
   upright.linear = {1, 0, 0, 0, 0, 1, 0, -1, 0};
-  EXPECT_EQ(compose(reader, upright).linear, (Rows{1, 0, 0, 0, 1, 0, 0, 0, 1}));
+  Affine world = compose(reader, upright);
+  dropNoise(world);
+  EXPECT_EQ(world.linear, (Rows{1, 0, 0, 0, 1, 0, 0, 0, 1}));
+}
+
+TEST(Compose, KeepsASmallTurnAboveWhatStandsFarAway) {
+  Affine turn;
+  turn.linear = {1, 1e-7, 0, -1e-7, 1, 0, 0, 0, 1};
+  Affine survey;
+  survey.shift = {1e6, 0, 0};
+  EXPECT_DOUBLE_EQ(compose(survey, turn).shift[1], 0.1);
 }
 
 TEST(BlockIndex, ObjectsAgreeByMeshesAndRest) {
