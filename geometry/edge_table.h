@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "geometry/edge.h"
+#include "platform/large_memory.h"
 
 // Buckets of polygon edges by their smaller point, in compressed rows: row i is
 // entries[rowStart[i] .. rowStart[i + 1]), each entry the larger point in the high half and the
@@ -46,6 +47,6 @@ class EdgeTable {
   std::span<std::uint64_t> SortedRow(std::size_t row);
 
   std::vector<std::uint32_t> polygonStarts_;
-  std::vector<std::uint32_t> rowStart_;
-  std::vector<std::uint64_t> entries_;
+  std::vector<std::uint32_t, LargeAllocator<std::uint32_t>> rowStart_;
+  std::vector<std::uint64_t, LargeAllocator<std::uint64_t>> entries_;
 };

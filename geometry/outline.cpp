@@ -13,6 +13,7 @@
 #include "geometry/run_expansion.h"
 #include "geometry/weld.h"
 #include "ktscene/kt_g.h"
+#include "platform/large_memory.h"
 
 namespace {
 
@@ -25,13 +26,15 @@ constexpr double kCreaseAngle = 0.04;
 // changes it, which is why `closedSurface` has no effect.
 constexpr int kBoundaryMode = 2;
 
+using NormalCache = std::vector<double, LargeAllocator<double>>;
+
 // What the stages work in. Small sets come by the thousand, so their memory is kept from call to
 // call; what a huge set took is given back.
 struct OutlineScratch {
   WeldScratch weld;
   ExpandedRuns runs;
   EdgeTable table;
-  std::vector<double> normalZ;
+  NormalCache normalZ;
   std::vector<Edge> edges;
   ChainScratch chains;
 
@@ -73,7 +76,7 @@ class PolygonNormals {
  public:
   PolygonNormals(const std::vector<KtPoint3>& points, const std::vector<int>& polygons,
                  const std::vector<std::uint32_t>& starts, bool reverseOrientation,
-                 std::vector<double>& zCache)
+                 NormalCache& zCache)
       : points_(points),
         polygons_(polygons),
         starts_(starts),
@@ -102,7 +105,7 @@ class PolygonNormals {
   const std::vector<int>& polygons_;
   const std::vector<std::uint32_t>& starts_;
   bool reverse_;
-  std::vector<double>& z_;
+  NormalCache& z_;
 };
 
 // Whether the edge between two polygons shows. Between two that face the same way it never does,

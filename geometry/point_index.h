@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/large_memory.h"
+
 // Open addressing over caller-owned points: the table holds numbers only, four bytes a slot, and
 // asks the caller whether a number's point is the one looked for. The memory is kept from use to
 // use.
@@ -57,6 +59,6 @@ class PointIndex {
     return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
   }
 
-  std::vector<std::uint32_t> slots_;
+  std::vector<std::uint32_t, LargeAllocator<std::uint32_t>> slots_;
   std::size_t mask_ = 0;
 };

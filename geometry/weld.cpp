@@ -47,7 +47,8 @@ void weld(std::size_t count, PointAt pointAt, Keep keep, const std::vector<KtPoi
   }
 }
 
-void renumber(std::vector<int>& indices, const std::vector<std::uint32_t>& newIndex) {
+void renumber(std::vector<int>& indices, const WeldScratch& scratch) {
+  const auto& newIndex = scratch.newIndex;
   for (int& index : indices) {
     if (index >= 0) {
       const auto old = static_cast<std::size_t>(index);
@@ -65,7 +66,7 @@ void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldSc
       points.size(), [&](std::size_t i) { return points[i]; },
       [&](const KtPoint3& point) { points[kept++] = point; }, points, scratch);
   points.resize(kept);
-  renumber(indices, scratch.newIndex);
+  renumber(indices, scratch);
 }
 
 void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
@@ -79,5 +80,5 @@ void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
   weld(
       coords.size() / 3, pointAt, [&](const KtPoint3& point) { points.push_back(point); }, points,
       scratch);
-  renumber(indices, scratch.newIndex);
+  renumber(indices, scratch);
 }

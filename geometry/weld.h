@@ -8,10 +8,11 @@
 #include "geometry/point_index.h"
 #include "ktscene/kt_matrix.h"
 #include "ktscene/kt_point3.h"
+#include "platform/large_memory.h"
 
 struct WeldScratch {
   PointIndex table;
-  std::vector<std::uint32_t> newIndex;
+  std::vector<std::uint32_t, LargeAllocator<std::uint32_t>> newIndex;
 
   std::size_t CapacityBytes() const {
     return table.CapacityBytes() + newIndex.capacity() * sizeof(std::uint32_t);
