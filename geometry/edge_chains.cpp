@@ -23,21 +23,26 @@ std::uint64_t segmentKey(std::uint32_t a, std::uint32_t b) {
   return static_cast<std::uint64_t>(std::min(a, b)) << 32 | std::max(a, b);
 }
 
-// Compressed rows of edge numbers by end point, each row in edge order.
 void buildRows(const std::vector<Edge>& edges, std::size_t pointCount, ChainScratch& scratch) {
-  std::vector<std::uint32_t>& start = scratch.rowStart;
-  start.assign(pointCount + 2, 0);
+  std::vector<ChainScratch::Row>& rows = scratch.rows;
+  rows.assign(pointCount, {0, 0});
+  const auto rowOf = [&](int point) -> ChainScratch::Row& {
+    return rows[static_cast<std::size_t>(point)];
+  };
   for (const Edge& edge : edges) {
-    ++start[static_cast<std::size_t>(edge.first) + 2];
-    ++start[static_cast<std::size_t>(edge.second) + 2];
+    ++rowOf(edge.first).end;
+    ++rowOf(edge.second).end;
   }
-  for (std::size_t row = 2; row < start.size(); ++row) {
-    start[row] += start[row - 1];
+  std::uint32_t begin = 0;
+  for (ChainScratch::Row& row : rows) {
+    const std::uint32_t length = row.end;
+    row = {begin, begin};
+    begin += length;
   }
-  scratch.rowEdges.resize(edges.size() * 2);
+  scratch.ends.resize(edges.size() * 2);
   for (std::uint32_t e = 0; e < edges.size(); ++e) {
-    scratch.rowEdges[start[static_cast<std::size_t>(edges[e].first) + 1]++] = e;
-    scratch.rowEdges[start[static_cast<std::size_t>(edges[e].second) + 1]++] = e;
+    scratch.ends[rowOf(edges[e].first).end++] = {e, edges[e].second};
+    scratch.ends[rowOf(edges[e].second).end++] = {e, edges[e].first};
   }
 }
 
@@ -78,17 +83,17 @@ void chainEdges(const std::vector<Edge>& edges, std::size_t pointCount, std::vec
   buildRows(edges, pointCount, scratch);
   scratch.used.assign(edges.size(), 0);
   // Rows are used up from their front, so no edge is looked at more than twice.
-  scratch.rowNext.assign(scratch.rowStart.begin(), scratch.rowStart.end());
-  const auto nextAt = [&](int point) -> const Edge* {
-    const auto row = static_cast<std::size_t>(point);
-    while (scratch.rowNext[row] < scratch.rowStart[row + 1]) {
-      const std::uint32_t e = scratch.rowEdges[scratch.rowNext[row]++];
-      if (!scratch.used[e]) {
-        scratch.used[e] = 1;
-        return &edges[e];
+  const auto follow = [&](int& point) {
+    ChainScratch::Row& row = scratch.rows[static_cast<std::size_t>(point)];
+    while (row.next < row.end) {
+      const ChainScratch::EdgeEnd& candidate = scratch.ends[row.next++];
+      if (!scratch.used[candidate.edge]) {
+        scratch.used[candidate.edge] = 1;
+        point = candidate.other;
+        return true;
       }
     }
-    return nullptr;
+    return false;
   };
   for (std::size_t e = 0; e < edges.size(); ++e) {
     if (scratch.used[e]) {
@@ -98,8 +103,7 @@ void chainEdges(const std::vector<Edge>& edges, std::size_t pointCount, std::vec
     indices.push_back(edges[e].first);
     indices.push_back(edges[e].second);
     int end = edges[e].second;
-    while (const Edge* next = nextAt(end)) {
-      end = next->first == end ? next->second : next->first;
+    while (follow(end)) {
       indices.push_back(end);
     }
     indices.push_back(kLineStripCode);

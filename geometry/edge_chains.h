@@ -10,17 +10,27 @@
 #include "ktscene/kt_point3.h"
 
 struct ChainScratch {
+  // The edges at one point that may be left to chain, in edge order: ends[next .. end).
+  struct Row {
+    std::uint32_t next;
+    std::uint32_t end;
+  };
+  // One end of an edge, kept with the point at the other, so that following a chain reads nothing
+  // else.
+  struct EdgeEnd {
+    std::uint32_t edge;
+    int other;
+  };
+
   PointIndex table;
   std::vector<std::uint32_t> planPoint;  // by point: the first point at the same place in plan
-  std::vector<std::uint32_t> rowStart;   // by point: its edges, in compressed rows
-  std::vector<std::uint32_t> rowEdges;
-  std::vector<std::uint32_t> rowNext;  // by point: where the edges that may be left begin
-  std::vector<char> used;              // by edge
+  std::vector<Row> rows;                 // by point
+  std::vector<EdgeEnd> ends;             // two of each edge
+  std::vector<char> used;                // by edge
 
   std::size_t CapacityBytes() const {
-    return table.CapacityBytes() + used.capacity() +
-           (planPoint.capacity() + rowStart.capacity() + rowEdges.capacity() + rowNext.capacity()) *
-               sizeof(std::uint32_t);
+    return table.CapacityBytes() + used.capacity() + planPoint.capacity() * sizeof(std::uint32_t) +
+           rows.capacity() * sizeof(Row) + ends.capacity() * sizeof(EdgeEnd);
   }
 };
 
