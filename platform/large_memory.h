@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
 #include <new>
 
@@ -11,10 +10,12 @@
 // Getting memory page by page takes longer than most of what is done with it: from this size on it
 // is asked for in huge pages, where the system has them.
 inline constexpr std::size_t kLargeBytes = std::size_t{4} << 20U;
+// What large memory is aligned to, and best a multiple of: the size of a huge page.
+inline constexpr std::size_t kHugePage = std::size_t{2} << 20U;
 
-// `bytes` of memory, at least kLargeBytes, in huge pages where the system grants them. Ends with
-// std::free. Null when there is none.
-KT_PLATFORM_API void* AllocateLarge(std::size_t bytes) noexcept;
+// Asks for `memory`, `bytes` of it not yet touched, in huge pages. A system without them says no,
+// and the memory serves as it is.
+KT_PLATFORM_API void AdviseHugePages(void* memory, std::size_t bytes) noexcept;
 
 // For containers that may grow large.
 template <class T>
@@ -32,18 +33,18 @@ struct LargeAllocator : std::allocator<T> {
     if (count < kLargeBytes / sizeof(T)) {
       return std::allocator<T>::allocate(count);
     }
-    if (count <= static_cast<std::size_t>(-1) / 2 / sizeof(T)) {
-      if (void* memory = AllocateLarge(count * sizeof(T)); memory != nullptr) {
-        return static_cast<T*>(memory);
-      }
+    if (count > static_cast<std::size_t>(-1) / 2 / sizeof(T)) {
+      throw std::bad_alloc();
     }
-    throw std::bad_alloc();
+    void* memory = ::operator new (count * sizeof(T), std::align_val_t{kHugePage});
+    AdviseHugePages(memory, count * sizeof(T));
+    return static_cast<T*>(memory);
   }
   void deallocate(T* memory, std::size_t count) {
     if (count < kLargeBytes / sizeof(T)) {
       std::allocator<T>::deallocate(memory, count);
     } else {
-      std::free(memory);
+      ::operator delete (memory, std::align_val_t{kHugePage});
     }
   }
 

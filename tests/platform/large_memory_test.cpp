@@ -29,8 +29,4 @@ TEST(LargeAllocator, TooMuchIsBadAlloc) {
                std::bad_alloc);
 }
 
-TEST(AllocateLarge, SizeThatOverflowsWholePagesIsNull) {
-  EXPECT_EQ(AllocateLarge(std::numeric_limits<std::size_t>::max()), nullptr);
-}
-
 }  // namespace
