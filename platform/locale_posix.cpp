@@ -3,18 +3,39 @@
 #include <langinfo.h>
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <cwchar>
 #include <string>
+#include <string_view>
 
 #include "platform/decimal_point.h"
 #include "platform/path_text.h"
 
 namespace {
 
+// Longer than any name but that of a locale mixed from many; most are ten letters long.
+constexpr std::size_t kUsualSize = 256;
+
+// Copies `name` to `copy` as it is when it is of the usual kind: ASCII, and shorter than
+// kUsualSize. Such a name needs no memory, so that a locale can be put back when there is none.
+template <typename From, typename To>
+bool copyUsual(std::basic_string_view<From> name, std::array<To, kUsualSize>& copy) {
+  const auto isAscii = [](From c) { return static_cast<char16_t>(c) < 0x80; };
+  if (name.size() >= kUsualSize || !std::ranges::all_of(name, isAscii)) {
+    return false;
+  }
+  *std::ranges::transform(name, copy.begin(), [](From c) { return static_cast<To>(c); }).out = 0;
+  return true;
+}
+
 const char* setNarrowLocale(int category, const char16_t* locale) {
   if (locale == nullptr) {
     return std::setlocale(category, nullptr);
+  }
+  std::array<char, kUsualSize> usual;
+  if (copyUsual(std::u16string_view(locale), usual)) {
+    return std::setlocale(category, usual.data());
   }
   return std::setlocale(category, PathToBytes(locale).c_str());
 }
@@ -23,14 +44,18 @@ const char* setNarrowLocale(int category, const char16_t* locale) {
 
 // NOLINTNEXTLINE(bugprone-reserved-identifier): the C runtime's own name.
 const char16_t* _wsetlocale(int category, const char16_t* locale) {
-  thread_local std::u16string name;
+  thread_local std::array<char16_t, kUsualSize> usual;
+  thread_local std::u16string other;
   const char* inForce = setNarrowLocale(category, locale);
   if (inForce == nullptr) {
     return nullptr;
   }
-  name = PathFromBytes(inForce);
+  if (copyUsual(std::string_view(inForce), usual)) {
+    return usual.data();
+  }
+  other = PathFromBytes(inForce);
   // NOLINTNEXTLINE(clang-analyzer-cplusplus.InnerPointer): the thread's text outlives the call.
-  return name.c_str();
+  return other.c_str();
 }
 
 // localeconv would fill its whole record for this one field.
