@@ -1,32 +1,22 @@
 #include "geometry/outline.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <span>
 
 #include "geometry/edge.h"
 #include "geometry/edge_chains.h"
 #include "geometry/edge_table.h"
 #include "geometry/run_expansion.h"
+#include "geometry/silhouette.h"
 #include "geometry/weld.h"
-#include "ktscene/kt_g.h"
-#include "platform/large_memory.h"
 
 namespace {
 
-// Difference of two unit normals' z components above which an edge between a polygon towards the
-// viewer and one away from it is a silhouette.
-constexpr double kSilhouetteDzTolerance = 0.001;
-// Angle, in radians, above which an edge between two polygons that both stand edge-on is drawn.
-constexpr double kCreaseAngle = 0.04;
 // Which open borders are drawn: 0 those of open surfaces, 3 those of closed ones, 2 all. Nothing
 // changes it, which is why `closedSurface` has no effect.
 constexpr int kBoundaryMode = 2;
-
-using NormalCache = std::vector<double, LargeAllocator<double>>;
 
 // What the stages work in. Small sets come by the thousand, so their memory is kept from call to
 // call; what a huge set took is given back.
@@ -34,13 +24,13 @@ struct OutlineScratch {
   WeldScratch weld;
   ExpandedRuns runs;
   EdgeTable table;
-  NormalCache normalZ;
+  std::vector<Facing> facings;
   std::vector<Edge> edges;
   ChainScratch chains;
 
   std::size_t CapacityBytes() const {
     return weld.CapacityBytes() + runs.CapacityBytes() + table.CapacityBytes() +
-           normalZ.capacity() * sizeof(double) + edges.capacity() * sizeof(Edge) +
+           facings.capacity() * sizeof(Facing) + edges.capacity() * sizeof(Edge) +
            chains.CapacityBytes();
   }
 };
@@ -69,57 +59,6 @@ class ScratchLoan {
 
 bool drawsBorder(bool closedSurface) {
   return kBoundaryMode == 2 || (kBoundaryMode == 3 ? closedSurface : !closedSurface);
-}
-
-// The normals of a set's polygons, each computed when first asked for.
-class PolygonNormals {
- public:
-  PolygonNormals(const std::vector<KtPoint3>& points, const std::vector<int>& polygons,
-                 const std::vector<std::uint32_t>& starts, bool reverseOrientation,
-                 NormalCache& zCache)
-      : points_(points),
-        polygons_(polygons),
-        starts_(starts),
-        reverse_(reverseOrientation),
-        z_(zCache) {
-    z_.assign(starts.size(), std::numeric_limits<double>::quiet_NaN());
-  }
-
-  // A polygon without a normal has the zero vector and so counts as edge-on.
-  KtPoint3 Normal(std::uint32_t polygon) const {
-    KtPoint3 normal;
-    KtG::ComputeNormal(points_, polygons_, starts_[polygon], !reverse_, normal);
-    return normal;
-  }
-
-  double Z(std::uint32_t polygon) {
-    double& z = z_[polygon];
-    if (std::isnan(z)) {
-      z = Normal(polygon).Get2();
-    }
-    return z;
-  }
-
- private:
-  const std::vector<KtPoint3>& points_;
-  const std::vector<int>& polygons_;
-  const std::vector<std::uint32_t>& starts_;
-  bool reverse_;
-  NormalCache& z_;
-};
-
-// Whether the edge between two polygons shows. Between two that face the same way it never does,
-// however sharp the crease: deliberately, a plan shows silhouettes.
-bool isSilhouette(PolygonNormals& normals, std::uint32_t f, std::uint32_t g) {
-  const double fz = normals.Z(f);
-  const double gz = normals.Z(g);
-  if (fz * gz > 0.0) {
-    return false;
-  }
-  if (std::fabs(fz - gz) > kSilhouetteDzTolerance) {
-    return true;
-  }
-  return std::fabs(KtPoint3::GetAngle(normals.Normal(f), normals.Normal(g), false)) > kCreaseAngle;
 }
 
 std::uint32_t polygonOf(std::uint64_t entry) { return static_cast<std::uint32_t>(entry); }
@@ -164,13 +103,15 @@ bool outlineFaces(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
                   bool closedSurface, OutlineScratch& scratch) {
   expandRuns(indices, points.size(), SegmentRuns::kExactlyTwo, scratch.runs);
   scratch.table.Build(scratch.runs.polygons, points.size());
-  PolygonNormals normals(points, scratch.runs.polygons, scratch.table.PolygonStarts(),
-                         reverseOrientation, scratch.normalZ);
+  const PolygonSet set{points, scratch.runs.polygons, scratch.table.PolygonStarts(),
+                       reverseOrientation};
+  findFacings(set, scratch.facings);
   scratch.edges.clear();
   scratch.table.ForEachEdge([&](const Edge& edge, std::span<const std::uint64_t> users) {
     // An edge that three or more polygons share is never drawn.
     if ((users.size() == 1 && drawsBorder(closedSurface)) ||
-        (users.size() == 2 && isSilhouette(normals, polygonOf(users[0]), polygonOf(users[1])))) {
+        (users.size() == 2 &&
+         isSilhouette(set, scratch.facings, edge, polygonOf(users[0]), polygonOf(users[1])))) {
       scratch.edges.push_back(edge);
     }
   });
