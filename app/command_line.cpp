@@ -1,6 +1,7 @@
 #include "app/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <cmath>
 #include <map>
 #include <string>
@@ -16,7 +17,7 @@ constexpr const char* kAbout =
     "units.";
 
 constexpr const char* kExportAbout =
-    "Writes the drawing of a model or scene. MODEL is a scene file (.json) or any model that "
+    "Writes the drawings of models or scenes. MODEL is a scene file (.json) or any model that "
     "assimp reads (IFC, glTF, OBJ, STL, Collada, FBX, 3DS and others). A scene file is drawn "
     "exactly as it stands, without regard to --up, --view, --scale and --labels.";
 
@@ -27,7 +28,9 @@ constexpr const char* kViewAbout =
 
 constexpr const char* kExitCodes =
     "Exit codes: 0 done, 2 wrong usage, 3 unreadable input, 4 nothing to draw, 5 output cannot be "
-    "created, 6 writing failed, 7 too large, 8 no plug-in, 1 internal fault.";
+    "created, 6 writing failed, 7 a limit was reached, 8 no plug-in, 9 output exists, 10 some of "
+    "several models failed, 1 internal fault. A request to end, such as Ctrl-C, ends it by that "
+    "signal.";
 
 std::string checkView(const std::string& text) {
   if (parseView(text)) return {};
@@ -73,13 +76,64 @@ void addLabelOptions(CLI::App& command, ExportOptions& options) {
       ->option_text("N [1252]");
 }
 
-CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view) {
-  CLI::App* command = app.add_subcommand("export", kExportAbout);
-  command->add_option("MODEL", options.model, "The model or scene file")->required();
+void addForce(CLI::App& command, Existing& existing) {
+  command.add_flag_callback(
+      "-f,--force", [&existing] { existing = Existing::kReplace; },
+      "Replaces a file that is already there");
+}
+
+// Whole numbers from 1 on, as `Count` takes them.
+template <typename Count>
+std::string checkCount(const std::string& text) {
+  Count count{};
+  const char* end = text.data() + text.size();
+  const auto [stopped, error] = std::from_chars(text.data(), end, count);
+  if (error == std::errc() && stopped == end && count > 0) return {};
+  return "'" + text + "' is no limit; give a whole number above 0";
+}
+
+struct LimitArguments {
+  std::uint32_t mebibytes = 0;
+  std::uint32_t seconds = 0;
+};
+
+void addLimits(CLI::App& command, ExportOptions& options, LimitArguments& limits) {
+  const CLI::Validator small(checkCount<std::uint32_t>, "");
+  const CLI::Validator large(checkCount<std::size_t>, "");
   command
-      ->add_option("-o,--output", options.drawing,
-                   "The drawing to write; - is standard output, a file already there is replaced")
+      .add_option("--max-memory", limits.mebibytes,
+                  "MiB of memory that a model may take; 2048 and 64 times its file if not given")
+      ->check(small)
+      ->option_text("N");
+  command.add_option("--max-time", limits.seconds, "Seconds that a model may take")
+      ->check(small)
+      ->option_text("N [" + std::to_string(options.time.count() / 1000) + "]");
+  command.add_option("--max-nodes", options.plan.limits.nodes, "Nodes that a model may unfold to")
+      ->check(large)
+      ->option_text("N [" + std::to_string(options.plan.limits.nodes) + "]");
+  command
+      .add_option("--max-vertices", options.plan.limits.vertices,
+                  "Vertices that a model may unfold to, those of instances not counted again")
+      ->check(large)
+      ->option_text("N [" + std::to_string(options.plan.limits.vertices) + "]");
+}
+
+void takeLimits(const LimitArguments& limits, ExportOptions& options) {
+  constexpr std::uint64_t kMebibyte = std::uint64_t{1} << 20;
+  if (limits.mebibytes != 0) options.memory = limits.mebibytes * kMebibyte;
+  if (limits.seconds != 0) options.time = std::chrono::seconds(limits.seconds);
+}
+
+CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view,
+                    LimitArguments& limits) {
+  CLI::App* command = app.add_subcommand("export", kExportAbout);
+  command->add_option("MODEL", options.models, "The models or scene files")->required();
+  command
+      ->add_option("-o,--output", options.output,
+                   "The drawing to write; - is standard output. For several models, or with a "
+                   "slash at its end, the directory for drawings that are named as their models")
       ->required();
+  addForce(*command, options.existing);
   const std::map<std::string, UpAxis> axes{
       {"auto", UpAxis::kAuto}, {"y", UpAxis::kY}, {"z", UpAxis::kZ}};
   command
@@ -98,6 +152,7 @@ CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view) {
   addLabelOptions(*command, options);
   command->add_option("--plugin", options.plugin, "The plug-in that draws, if not the own one")
       ->option_text("FILE");
+  addLimits(*command, options, limits);
   return command;
 }
 
@@ -109,6 +164,7 @@ CLI::App* addPreview(CLI::App& app, PreviewOptions& options) {
       ->add_option("-o,--output", options.picture,
                    "The picture to write; its end says what kind: .png, .svg or .pdf")
       ->required();
+  addForce(*command, options.existing);
   command->add_option("--size", options.size, "Longer side in pixels, or points for .pdf")
       ->option_text("N [" + std::to_string(kDefaultPictureSize) + "]");
   command->add_option("--codepage", options.codePage, "Code page of the drawing's texts")
@@ -135,7 +191,8 @@ std::optional<Command> parseCommandLine(int argc, const char* const* argv, int& 
   ExportOptions exporting;
   PreviewOptions previewing;
   std::string view = "top";
-  const CLI::App* exportCommand = addExport(app, exporting, view);
+  LimitArguments limits;
+  const CLI::App* exportCommand = addExport(app, exporting, view, limits);
   addPreview(app, previewing);
   InspectOptions inspecting;
   const CLI::App* inspectCommand = addInspect(app, inspecting);
@@ -148,5 +205,6 @@ std::optional<Command> parseCommandLine(int argc, const char* const* argv, int& 
   if (inspectCommand->parsed()) return inspecting;
   if (!exportCommand->parsed()) return previewing;
   exporting.plan.view = *parseView(view);
+  takeLimits(limits, exporting);
   return exporting;
 }

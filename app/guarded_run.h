@@ -1,20 +1,37 @@
 // Runs work that foreign code may bring down.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 
-// How a guarded run ended: with an exit code, or by a signal of the system, 0 when by none.
-struct GuardedEnd {
-  int exitCode = 0;
-  int signal = 0;
+// What the work may take; 0 is without end.
+struct GuardLimits {
+  // Bytes of address space beyond what is in use at its start.
+  std::uint64_t memory = 0;
+  std::chrono::milliseconds time{0};
 };
 
-inline constexpr std::uint64_t kUnlimitedMemory = 0;
+struct GuardedEnd {
+  enum class How {
+    kReturned,    // the work returned `number`
+    kSignal,      // the system ended it with the signal `number`
+    kOutOfTime,   // it took longer than it may, and was ended
+    kAskedToEnd,  // this process is asked to end, and the work was ended
+    kNotStarted,  // no process could be made, for the reason errno `number`
+  };
+  How how = How::kReturned;
+  int number = 0;
+
+  bool Returned(int code) const { return how == How::kReturned && number == code; }
+};
 
 // Runs `work`, which returns an exit code, in a process of its own, so that a fault in it leaves
-// this one to say so and to clean up. There it may take up to `memory` bytes more than are in use;
-// beyond that its allocations fail with std::bad_alloc. Where no process can be made, `work` runs
-// in this one. Standard output and error are shared and flushed before and after; nothing that is
-// destroyed after `work` is destroyed there. To be called while there is one thread.
-GuardedEnd runGuarded(const std::function<int()>& work, std::uint64_t memory = kUnlimitedMemory);
+// this one to say so and to clean up. Beyond its memory its allocations fail with std::bad_alloc;
+// its stack may grow far beyond the usual, as deep models ask of their readers. Standard output and
+// error are shared and flushed before and after; nothing that is destroyed after `work` is
+// destroyed there. To be called while there is one thread.
+//
+// After kAskedToEnd the request is pending: this process ends by it as soon as no DeferredEnd
+// holds it back, which without any is before this returns.
+GuardedEnd runGuarded(const std::function<int()>& work, const GuardLimits& limits = {});

@@ -4,49 +4,21 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 
+#include "app/deferred_end.h"
 #include "app/guarded_run.h"
 
 namespace {
 
-constexpr std::array kPassedOn{SIGINT, SIGQUIT, SIGTERM, SIGHUP};
+using Clock = std::chrono::steady_clock;
+using How = GuardedEnd::How;
 
-// The process that works, for the handler.
-volatile std::sig_atomic_t workingProcess = 0;
-
-void passOn(int signal) { kill(static_cast<pid_t>(workingProcess), signal); }
-
-sigset_t passedOn() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  for (const int signal : kPassedOn) sigaddset(&signals, signal);
-  return signals;
-}
-
-// Waits for the working process. Requests to end go to it, so that this one can still clean up;
-// they are blocked before and come through here, under the mask `mask`.
-int waitFor(pid_t child, const sigset_t& mask) {
-  workingProcess = child;
-  std::array<struct sigaction, kPassedOn.size()> before{};
-  struct sigaction action {};
-  action.sa_handler = passOn;
-  for (std::size_t i = 0; i < kPassedOn.size(); ++i) {
-    sigaction(kPassedOn[i], nullptr, &before[i]);
-    // What is ignored, as under nohup, stays so.
-    if (before[i].sa_handler != SIG_IGN) sigaction(kPassedOn[i], &action, nullptr);
-  }
-  sigprocmask(SIG_SETMASK, &mask, nullptr);
-  int status = 0;
-  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
-  }
-  for (std::size_t i = 0; i < kPassedOn.size(); ++i) sigaction(kPassedOn[i], &before[i], nullptr);
-  return status;
-}
+// ---- In the working process
 
 // The address space in use, in bytes; 0 when the system does not say.
 rlim_t addressSpaceInUse() {
@@ -58,37 +30,135 @@ rlim_t addressSpaceInUse() {
   return pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
 }
 
-// Beyond the limit, allocations fail, which ends in an exception.
+void limit(int resource, rlim_t amount) {
+  struct rlimit limits {};
+  if (getrlimit(resource, &limits) != 0) return;
+  limits.rlim_cur = std::min<rlim_t>(limits.rlim_max, amount);
+  setrlimit(resource, &limits);
+}
+
 void limitMemory(std::uint64_t bytes) {
   const rlim_t used = addressSpaceInUse();
-  struct rlimit limit {};
-  if (used == 0 || getrlimit(RLIMIT_AS, &limit) != 0) return;
-  limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, used + bytes);
-  setrlimit(RLIMIT_AS, &limit);
+  if (used != 0) limit(RLIMIT_AS, used + bytes);
+}
+
+// Readers recurse with the depth of their models. The system lays out at least this much room for a
+// stack, whatever its limit was when the program started.
+constexpr rlim_t kStackRoom = rlim_t{120} << 20;
+
+[[noreturn]] void workAlone(const std::function<int()>& work, std::uint64_t memory, pid_t parent) {
+  const sigset_t requests = endRequests();
+  pthread_sigmask(SIG_UNBLOCK, &requests, nullptr);
+  // Without its parent nobody hears the result.
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (getppid() != parent) std::_Exit(1);
+  // A reader's fault is reported in a sentence; a core file would be litter in the user's
+  // directory.
+  limit(RLIMIT_CORE, 0);
+  limit(RLIMIT_STACK, kStackRoom);
+  if (memory != 0) limitMemory(memory);
+  const int result = work();
+  std::fflush(nullptr);
+  // Not exit(): what is freed there goes with the process anyway.
+  std::_Exit(result);
+}
+
+// ---- In the waiting process
+
+// SIGCHLD must arrive, and wait for us, whatever the program was started with.
+class ChildSignal {
+ public:
+  ChildSignal() : actionBefore_(), maskBefore_() {
+    struct sigaction action {};
+    action.sa_handler = SIG_DFL;
+    sigaction(SIGCHLD, &action, &actionBefore_);
+    sigset_t child;
+    sigemptyset(&child);
+    sigaddset(&child, SIGCHLD);
+    pthread_sigmask(SIG_BLOCK, &child, &maskBefore_);
+  }
+  ~ChildSignal() {
+    pthread_sigmask(SIG_SETMASK, &maskBefore_, nullptr);
+    sigaction(SIGCHLD, &actionBefore_, nullptr);
+  }
+  ChildSignal(const ChildSignal&) = delete;
+  ChildSignal& operator=(const ChildSignal&) = delete;
+
+  const sigset_t& MaskBefore() const { return maskBefore_; }
+
+ private:
+  struct sigaction actionBefore_;
+  sigset_t maskBefore_;
+};
+
+timespec timeUntil(Clock::time_point end) {
+  using std::chrono::nanoseconds;
+  constexpr std::int64_t kNanosecondsPerSecond = 1'000'000'000;
+  const std::int64_t left = std::max(nanoseconds(end - Clock::now()), nanoseconds(0)).count();
+  return {left / kNanosecondsPerSecond, left % kNanosecondsPerSecond};
+}
+
+// The next of `signals`, or 0 at the time `end`; none is without end.
+int nextSignal(const sigset_t& signals, const std::optional<Clock::time_point>& end) {
+  while (true) {
+    int signal = 0;
+    if (end) {
+      const timespec left = timeUntil(*end);
+      signal = sigtimedwait(&signals, nullptr, &left);
+    } else {
+      signal = sigwaitinfo(&signals, nullptr);
+    }
+    if (signal > 0) return signal;
+    if (errno == EAGAIN) return 0;
+  }
+}
+
+int statusOf(pid_t child) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return status;
+}
+
+GuardedEnd endNow(pid_t child, How how) {
+  kill(child, SIGKILL);
+  statusOf(child);
+  return {how, 0};
+}
+
+GuardedEnd waitFor(pid_t child, std::chrono::milliseconds time) {
+  std::optional<Clock::time_point> end;
+  if (time.count() != 0) end = Clock::now() + time;
+  sigset_t signals = endRequests();
+  sigaddset(&signals, SIGCHLD);
+  while (true) {
+    const int signal = nextSignal(signals, end);
+    if (signal == 0) return endNow(child, How::kOutOfTime);
+    if (signal != SIGCHLD) {
+      // Taken from the pending ones above; it is to be found there again.
+      raise(signal);
+      return endNow(child, How::kAskedToEnd);
+    }
+    int status = 0;
+    // Another child of this process, or this one only stopped.
+    if (waitpid(child, &status, WNOHANG) != child) continue;
+    if (WIFEXITED(status)) return {How::kReturned, WEXITSTATUS(status)};
+    return {How::kSignal, WTERMSIG(status)};
+  }
 }
 
 }  // namespace
 
-GuardedEnd runGuarded(const std::function<int()>& work, std::uint64_t memory) {
+GuardedEnd runGuarded(const std::function<int()>& work, const GuardLimits& limits) {
   std::fflush(nullptr);
+  const DeferredEnd deferred;
+  const ChildSignal childSignal;
   const pid_t parent = getpid();
-  const sigset_t blocked = passedOn();
-  sigset_t mask;
-  sigprocmask(SIG_BLOCK, &blocked, &mask);
   const pid_t child = fork();
-  if (child <= 0) sigprocmask(SIG_SETMASK, &mask, nullptr);
-  if (child < 0) return {work(), 0};
+  if (child < 0) return {How::kNotStarted, errno};
   if (child == 0) {
-    // Without its parent nobody hears the result.
-    prctl(PR_SET_PDEATHSIG, SIGTERM);
-    if (getppid() != parent) std::_Exit(1);
-    if (memory != kUnlimitedMemory) limitMemory(memory);
-    const int result = work();
-    std::fflush(nullptr);
-    // Not exit(): what is freed there goes with the process anyway.
-    std::_Exit(result);
+    pthread_sigmask(SIG_SETMASK, &childSignal.MaskBefore(), nullptr);
+    workAlone(work, limits.memory, parent);
   }
-  const int status = waitFor(child, mask);
-  if (WIFEXITED(status)) return {WEXITSTATUS(status), 0};
-  return {0, WTERMSIG(status)};
+  return waitFor(child, limits.time);
 }

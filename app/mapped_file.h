@@ -5,10 +5,11 @@
 #include <string>
 #include <string_view>
 
-// Maps a file for reading; the bytes are there as long as the object. A file that cannot be mapped
-// is empty here.
+// Maps a file for reading; the bytes are there as long as the object. What is no plain file is
+// empty here.
 class MappedFile {
  public:
+  // Throws std::bad_alloc when there is no room for it.
   explicit MappedFile(const std::string& path);
   ~MappedFile();
   MappedFile(const MappedFile&) = delete;

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <new>
+
 MappedFile::MappedFile(const std::string& path) {
   const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
   if (descriptor < 0) return;
@@ -12,7 +14,11 @@ MappedFile::MappedFile(const std::string& path) {
   if (fstat(descriptor, &file) == 0 && S_ISREG(file.st_mode) && file.st_size > 0) {
     const std::size_t size = static_cast<std::size_t>(file.st_size);
     void* bytes = mmap(nullptr, size, PROT_READ, MAP_PRIVATE | MAP_POPULATE, descriptor, 0);
-    if (bytes != MAP_FAILED) bytes_ = {static_cast<const char*>(bytes), size};
+    if (bytes == MAP_FAILED) {
+      close(descriptor);
+      throw std::bad_alloc();
+    }
+    bytes_ = {static_cast<const char*>(bytes), size};
   }
   close(descriptor);
 }

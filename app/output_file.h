@@ -1,14 +1,17 @@
 // The file that a command leaves behind: whole under the user's name, or not there at all.
 #pragma once
 
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "app/deferred_end.h"
+#include "app/descriptor.h"
 #include "app/exit_code.h"
 
 // Why an output cannot be had. what() is one sentence that names the file and the way out; `code`
-// is kExitOutputNotMade or kExitWriteFailed.
+// is kExitOutputNotMade, kExitOutputExists or kExitWriteFailed.
 class OutputError : public std::runtime_error {
  public:
   OutputError(ExitCode code, const std::string& sentence)
@@ -19,20 +22,25 @@ class OutputError : public std::runtime_error {
   ExitCode code_;
 };
 
+// Whether a file already under the output's name may be replaced.
+enum class Existing { kKeep, kReplace };
+
 // An output under construction. The bytes go to a temporary file in the same directory, and Commit
 // puts it under the user's name in one step; without Commit the destructor removes it, and whatever
-// stood under the name before is untouched.
+// stood under the name before is untouched. A request to end waits for that (see DeferredEnd).
 //
-// A symbolic link is replaced, not followed. What is neither a file nor a directory (a FIFO, a
-// terminal, /dev/null, /dev/stdout) is written straight, since it cannot be replaced.
+// A symbolic link is followed: the file that it names is made or replaced. What is neither a file
+// nor a directory (a FIFO, a terminal, /dev/null, /dev/stdout) is written straight, since it cannot
+// be replaced.
 //
 // Owned and used by one thread. A writer of its own, such as the plug-in, may open Path() and
 // truncate it, and must have closed it before Commit.
 class OutputFile {
  public:
-  // Creates the temporary file beside `path`, with the permissions of a file already there. Throws
-  // OutputError when that cannot be, also when the file there may not be written.
-  explicit OutputFile(std::string path);
+  // Creates the temporary file, with the permissions of a file already there. Throws OutputError
+  // when that cannot be, also when the file there may not be written, is to be kept, or is being
+  // written by a program that locks it, as every host of the plug-in does.
+  OutputFile(const std::string& path, Existing existing);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -40,6 +48,7 @@ class OutputFile {
   // Where the bytes go until Commit: the temporary file, or the user's path where it is written
   // straight.
   const std::string& Path() const { return path_; }
+  bool IsStraight() const { return straight_; }
   // Appends. Throws OutputError.
   void Write(std::string_view bytes);
   // Brings the bytes to the disk and puts the file under its name. Throws OutputError; the
@@ -47,15 +56,22 @@ class OutputFile {
   void Commit();
 
  private:
+  void CheckFileThere();
   void CreateTemporary();
   void OpenStraight();
-  void Close();
+  void PutInPlace();
 
+  // As the user wrote it, for messages.
+  std::string name_;
+  // What the name leads to.
   std::string target_;
   std::string path_;
-  int descriptor_ = -1;
-  // True while path_ is a temporary file of ours.
-  bool temporary_ = false;
+  Existing existing_;
+  Descriptor file_;
+  // The file already there, locked while this lives.
+  Descriptor replaced_;
   // True when the target cannot be replaced and is written under its own name.
   bool straight_ = false;
+  // While there is a temporary file.
+  std::optional<DeferredEnd> temporary_;
 };

@@ -1,9 +1,11 @@
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
+#include <filesystem>
 #include <random>
 #include <system_error>
 #include <utility>
@@ -24,13 +26,21 @@ std::string directoryOf(const std::string& path) {
   throw OutputError(kExitOutputNotMade, "cannot create '" + path + "': " + reason);
 }
 
-[[noreturn]] void failCreatingBeside(const std::string& path, int error) {
-  const std::string directory = "the directory '" + directoryOf(path) + "' ";
+[[noreturn]] void failExisting(const std::string& path) {
+  throw OutputError(kExitOutputExists, "'" + path +
+                                           "' exists; give --force to replace it, or choose "
+                                           "another name");
+}
+
+// `path` as the user named it, in the directory of `target`.
+[[noreturn]] void failCreatingBeside(const std::string& path, const std::string& target,
+                                     int error) {
+  const std::string directory = "the directory '" + directoryOf(target) + "' ";
   switch (error) {
     case ENOENT:
       failCreating(path, directory + "does not exist; create it or choose another");
     case ENOTDIR:
-      failCreating(path, "'" + directoryOf(path) + "' is no directory; choose another");
+      failCreating(path, "'" + directoryOf(target) + "' is no directory; choose another");
     case EACCES:
     case EPERM:
     case EROFS:
@@ -38,6 +48,8 @@ std::string directoryOf(const std::string& path) {
                    directory + "may not be written; change its permissions or choose another");
     case ENAMETOOLONG:
       failCreating(path, "the name is too long; choose a shorter one");
+    case ELOOP:
+      failCreating(path, "its symbolic links lead in a circle; mend them or choose another name");
     default:
       failCreating(path, reasonOf(error) + "; mend that or choose another place");
   }
@@ -48,12 +60,35 @@ std::string directoryOf(const std::string& path) {
                                           "; mend that or choose another place");
 }
 
+template <typename Call>
+auto retryInterrupted(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) result = call();
+  return result;
+}
+
 bool startsWith(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
 
 // /dev/stdout and its like are links to whatever the process has open, a plain file included; to
-// replace the link would take it from every other program.
-bool isSystemLink(const std::string& path, const struct stat& link) {
-  return S_ISLNK(link.st_mode) && (startsWith(path, "/dev/") || startsWith(path, "/proc/"));
+// replace that would take it from every other program.
+bool isSystemLink(const std::string& path) {
+  return startsWith(path, "/dev/") || startsWith(path, "/proc/");
+}
+
+// Where the symbolic links at `path` lead, whether or not there is a file at their end.
+std::string followLinks(const std::string& path) {
+  namespace fs = std::filesystem;
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  fs::path followed = path;
+  std::error_code none;
+  for (int links = 0; fs::is_symlink(fs::symlink_status(followed, none)); ++links) {
+    if (links == kMostLinks) failCreatingBeside(path, path, ELOOP);
+    std::error_code error;
+    const fs::path next = fs::read_symlink(followed, error);
+    if (error) failCreatingBeside(path, followed.string(), error.value());
+    followed = next.is_absolute() ? next : followed.parent_path() / next;
+  }
+  return followed.string();
 }
 
 std::string temporaryName(const std::string& target) {
@@ -66,86 +101,128 @@ std::string temporaryName(const std::string& target) {
   return directory == "/" ? std::string(name) : directory + name;
 }
 
+// A name in a directory is on the disk once the directory is.
+int syncDirectoryOf(const std::string& path) {
+  const Descriptor directory(retryInterrupted(
+      [&] { return open(directoryOf(path).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+  // One may be allowed to make files in a directory that one may not read.
+  if (!directory.IsOpen()) return 0;
+  const int result = retryInterrupted([&] { return fsync(directory.Number()); });
+  // Some file systems cannot, and need not.
+  return result == 0 || errno == EINVAL || errno == ENOTSUP ? 0 : errno;
+}
+
+// Fails with EEXIST where a file has come in the meantime.
+int renameToNewName(const std::string& from, const std::string& to) {
+  const int result = renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE);
+  const bool cannot = result != 0 && (errno == EINVAL || errno == ENOSYS);
+  if (!cannot) return result;
+  // The next best on file systems that know no such thing.
+  if (access(to.c_str(), F_OK) == 0) {
+    errno = EEXIST;
+    return -1;
+  }
+  return rename(from.c_str(), to.c_str());
+}
+
 }  // namespace
 
-OutputFile::OutputFile(std::string path) : target_(std::move(path)) {
-  if (target_.empty()) failCreating(target_, "the name is empty; give the file a name");
+OutputFile::OutputFile(const std::string& path, Existing existing)
+    : name_(path), existing_(existing) {
+  if (name_.empty()) failCreating(name_, "the name is empty; give the file a name");
+  if (name_.find('\0') != std::string::npos) failCreating(name_, "the name holds a zero byte");
   struct stat link {};
-  struct stat file {};
-  const bool isLink = lstat(target_.c_str(), &link) == 0;
-  if (!isLink && errno != ENOENT) failCreatingBeside(target_, errno);
-  const bool exists = stat(target_.c_str(), &file) == 0;
-  if (target_.back() == '/' || (exists && S_ISDIR(file.st_mode))) {
-    failCreating(target_, "that is a directory; name a file in it");
+  if (lstat(name_.c_str(), &link) != 0 && errno != ENOENT) {
+    failCreatingBeside(name_, name_, errno);
   }
-  straight_ = exists && (!S_ISREG(file.st_mode) || isSystemLink(target_, link));
+  struct stat file {};
+  const bool exists = stat(name_.c_str(), &file) == 0;
+  if (name_.back() == '/' || (exists && S_ISDIR(file.st_mode))) {
+    failCreating(name_, "that is a directory; name a file in it");
+  }
+  straight_ = exists && (!S_ISREG(file.st_mode) || (S_ISLNK(link.st_mode) && isSystemLink(name_)));
   if (straight_) {
-    path_ = target_;
+    path_ = name_;
     return;
   }
-  const bool replacesFile = isLink && S_ISREG(link.st_mode);
-  if (replacesFile && access(target_.c_str(), W_OK) != 0) {
-    failCreating(target_,
-                 "the file there may not be written; change its permissions or choose "
-                 "another name");
-  }
+  target_ = followLinks(name_);
+  if (exists) CheckFileThere();
   CreateTemporary();
   // A failure leaves the permissions of a new file, which is no reason to have no output.
-  if (replacesFile && fchmod(descriptor_, file.st_mode & 0777) != 0) errno = 0;
+  if (exists) static_cast<void>(fchmod(file_.Number(), file.st_mode & 0777));
 }
 
 OutputFile::~OutputFile() {
-  Close();
   if (temporary_) unlink(path_.c_str());
+}
+
+void OutputFile::CheckFileThere() {
+  if (existing_ == Existing::kKeep) failExisting(name_);
+  if (access(target_.c_str(), W_OK) != 0) {
+    failCreating(name_,
+                 "the file there may not be written; change its permissions or choose another "
+                 "name");
+  }
+  replaced_ =
+      Descriptor(retryInterrupted([&] { return open(target_.c_str(), O_WRONLY | O_CLOEXEC); }));
+  if (!replaced_.IsOpen()) {
+    failCreating(name_, reasonOf(errno) + "; mend that or choose another name");
+  }
+  // File systems that know no locks have nobody who could hold one.
+  const int locked = retryInterrupted([&] { return flock(replaced_.Number(), LOCK_EX | LOCK_NB); });
+  if (locked != 0 && errno == EWOULDBLOCK) {
+    failCreating(name_, "another program is writing it; wait for that or choose another name");
+  }
 }
 
 void OutputFile::CreateTemporary() {
   constexpr int kAttempts = 100;
+  temporary_.emplace();
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     path_ = temporaryName(target_);
     // Not mkstemp: the file ends under the user's name and takes the permissions of the umask.
-    descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    if (descriptor_ >= 0) {
-      temporary_ = true;
-      return;
-    }
+    file_ = Descriptor(open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+    if (file_.IsOpen()) return;
     if (errno != EEXIST && errno != EINTR) break;
   }
-  failCreatingBeside(target_, errno);
+  failCreatingBeside(name_, target_, errno);
 }
 
 // Put off until there is something to write: opening a FIFO waits for its reader.
 void OutputFile::OpenStraight() {
-  do {
-    descriptor_ = open(path_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
-  } while (descriptor_ < 0 && errno == EINTR);
-  if (descriptor_ < 0) failCreating(target_, reasonOf(errno) + "; choose another");
+  file_ = Descriptor(
+      retryInterrupted([&] { return open(path_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); }));
+  if (!file_.IsOpen()) failCreating(name_, reasonOf(errno) + "; choose another");
 }
 
 void OutputFile::Write(std::string_view bytes) {
-  if (descriptor_ < 0) OpenStraight();
+  if (!file_.IsOpen()) OpenStraight();
   while (!bytes.empty()) {
-    const ssize_t count = write(descriptor_, bytes.data(), bytes.size());
-    if (count >= 0) {
-      bytes.remove_prefix(static_cast<std::size_t>(count));
-    } else if (errno != EINTR) {
-      failWriting(target_, errno);
-    }
+    const ssize_t count =
+        retryInterrupted([&] { return write(file_.Number(), bytes.data(), bytes.size()); });
+    // A device that takes nothing would be asked forever.
+    if (count <= 0) failWriting(name_, count == 0 ? EIO : errno);
+    bytes.remove_prefix(static_cast<std::size_t>(count));
   }
 }
 
 void OutputFile::Commit() {
-  if (straight_) {
-    const int descriptor = std::exchange(descriptor_, -1);
-    if (descriptor >= 0 && close(descriptor) != 0 && errno != EINTR) failWriting(target_, errno);
-    return;
+  if (!straight_ && retryInterrupted([&] { return fsync(file_.Number()); }) != 0) {
+    failWriting(name_, errno);
   }
-  if (fsync(descriptor_) != 0) failWriting(target_, errno);
-  if (close(std::exchange(descriptor_, -1)) != 0 && errno != EINTR) failWriting(target_, errno);
-  if (rename(path_.c_str(), target_.c_str()) != 0) failWriting(target_, errno);
-  temporary_ = false;
+  // Interrupted, it is closed all the same.
+  if (file_.Close() != 0 && errno != EINTR) failWriting(name_, errno);
+  if (!straight_) PutInPlace();
 }
 
-void OutputFile::Close() {
-  if (descriptor_ >= 0) close(std::exchange(descriptor_, -1));
+void OutputFile::PutInPlace() {
+  const bool replaces = existing_ == Existing::kReplace;
+  const int renamed = retryInterrupted([&] {
+    return replaces ? rename(path_.c_str(), target_.c_str()) : renameToNewName(path_, target_);
+  });
+  if (renamed != 0 && errno == EEXIST && !replaces) failExisting(name_);
+  if (renamed != 0) failWriting(name_, errno);
+  const int error = syncDirectoryOf(target_);
+  temporary_.reset();
+  if (error != 0) failWriting(name_, error);
 }

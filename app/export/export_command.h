@@ -1,24 +1,36 @@
-// dxf2d export: a model or a scene as a drawing.
+// dxf2d export: models and scenes as drawings.
 #pragma once
 
+#include <chrono>
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "app/model/plan_scene.h"
+#include "app/output_file.h"
 
 struct ExportOptions {
-  // A scene file when it ends in .json, else a model.
-  std::string model;
-  // "-" is standard output. A file already there is replaced.
-  std::string drawing;
-  // For models alone; a scene file is walked as it stands.
+  // Each a scene file when it ends in .json, else a model. At least one.
+  std::vector<std::string> models;
+  // The drawing of a single model, "-" for standard output; or a directory, whose name must end in
+  // a slash for a single model. See drawingNames.
+  std::string output;
+  Existing existing = Existing::kKeep;
+  // For models alone, but for the limits; a scene file is walked as it stands.
   PlanOptions plan;
   // Of the texts in a scene file, one that SetThreadCodePage takes; a model's are ASCII.
   unsigned codePage = 1252;
   // Empty: the one that belongs to this program.
   std::string plugin;
+  // Of one model, in bytes; none: what its file's size lets one expect.
+  std::optional<std::uint64_t> memory;
+  // For one model.
+  std::chrono::milliseconds time = std::chrono::minutes(10);
 };
 
-// Writes the drawing. Returns an ExitCode; unless that is kExitDone, one sentence on stderr says
-// why and no new file stands under the drawing's name. A model ends in a line on stdout, on stderr
-// when the drawing goes to stdout, that says what was drawn. Throws nothing.
+// Writes the drawings. Returns an ExitCode; unless that is kExitDone, one sentence on stderr for
+// each model that failed says why, and no new file stands under its drawing's name. A model ends in
+// a line on stdout, on stderr when the drawing goes to stdout, that says what was drawn. Throws
+// nothing.
 int runExport(const ExportOptions& options);

@@ -1,6 +1,7 @@
 #include "app/inspect/inspect_command.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -9,7 +10,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "app/exit_code.h"
+#include "app/deferred_end.h"
+#include "app/failure.h"
 #include "app/guarded_run.h"
 #include "app/inspect/callback_slots.h"
 #include "app/inspect/inspection_scenes.h"
@@ -25,10 +27,8 @@ namespace fs = std::filesystem;
 
 constexpr const char* kEntryName = "InitializeTraverser";
 
-int fail(int code, const std::string& sentence) {
-  std::fprintf(stderr, "dxf2d: %s\n", sentence.c_str());
-  return code;
-}
+// A walk over one of the scenes takes milliseconds.
+constexpr std::chrono::seconds kWalkTime{60};
 
 std::string named(const InspectOptions& options) { return "the plug-in '" + options.plugin + "'"; }
 
@@ -51,6 +51,8 @@ class ScratchDirectory {
   std::string File() const { return path_ + "/drawing.dxf"; }
 
  private:
+  // Longer than the directory.
+  DeferredEnd deferred_;
   std::string path_;
 };
 
@@ -124,17 +126,32 @@ std::string faultInWalk(const InspectOptions& options, const InspectionScene& ki
 // True when the walk passes; prints how it went.
 bool tryWalk(const InspectOptions& options, const InspectionScene& kind,
              const std::string& drawing) {
-  const GuardedEnd end = runGuarded([&] {
-    const std::string fault = faultInWalk(options, kind, drawing);
-    printResult(kind, fault.empty() ? "passes" : fault);
-    return fault.empty() ? kExitDone : kExitPlugin;
-  });
-  if (end.signal != 0) {
-    printResult(kind, std::string("brings its host down (") + strsignal(end.signal) + ")");
-  } else if (end.exitCode != kExitDone && end.exitCode != kExitPlugin) {
-    printResult(kind, "ends its host (exit code " + std::to_string(end.exitCode) + ")");
+  const GuardedEnd end = runGuarded(
+      [&] {
+        const std::string fault = faultInWalk(options, kind, drawing);
+        printResult(kind, fault.empty() ? "passes" : fault);
+        return fault.empty() ? kExitDone : kExitPlugin;
+      },
+      {0, kWalkTime});
+  switch (end.how) {
+    case GuardedEnd::How::kReturned:
+      if (end.number != kExitDone && end.number != kExitPlugin) {
+        printResult(kind, "ends its host (exit code " + std::to_string(end.number) + ")");
+      }
+      break;
+    case GuardedEnd::How::kSignal:
+      printResult(kind, std::string("brings its host down (") + strsignal(end.number) + ")");
+      break;
+    case GuardedEnd::How::kOutOfTime:
+      printResult(
+          kind, "does not come to an end within " + std::to_string(kWalkTime.count()) + " seconds");
+      break;
+    case GuardedEnd::How::kNotStarted:
+      throw std::runtime_error(std::string("cannot start a process: ") + strerror(end.number));
+    case GuardedEnd::How::kAskedToEnd:
+      break;
   }
-  return end.signal == 0 && end.exitCode == kExitDone;
+  return end.Returned(kExitDone);
 }
 
 int tryWalks(const InspectOptions& options) {
@@ -167,10 +184,13 @@ int reporting(Step step) {
 int runInspect(const InspectOptions& options) {
   return reporting([&] {
     const GuardedEnd end = runGuarded([&] { return reporting([&] { return look(options); }); });
-    if (end.signal != 0) {
+    if (end.how == GuardedEnd::How::kSignal) {
       return fail(kExitPlugin, named(options) + " brings its host down while it is loaded (" +
-                                   strsignal(end.signal) + ")");
+                                   strsignal(end.number) + ")");
     }
-    return end.exitCode == kExitDone ? tryWalks(options) : end.exitCode;
+    if (end.how == GuardedEnd::How::kNotStarted) {
+      throw std::runtime_error(std::string("cannot start a process: ") + strerror(end.number));
+    }
+    return end.Returned(kExitDone) ? tryWalks(options) : end.number;
   });
 }

@@ -38,7 +38,7 @@ ModelObject makeObject(const aiScene& model, const aiNode& node, const Affine& w
 }  // namespace
 
 std::vector<ModelObject> collectObjects(const aiScene& model, const Affine& sheet,
-                                        const std::string& path) {
+                                        const std::string& path, ModelMeter& meter) {
   struct Visit {
     const aiNode* node;
     Affine parent;
@@ -49,6 +49,7 @@ std::vector<ModelObject> collectObjects(const aiScene& model, const Affine& shee
   while (!ahead.empty()) {
     const Visit visit = ahead.back();
     ahead.pop_back();
+    meter.AddNode();
     const aiNode& node = *visit.node;
     const Affine world = compose(fromMatrix(node.mTransformation), visit.parent);
     if (node.mNumMeshes != 0) objects.push_back(makeObject(model, node, world, path));

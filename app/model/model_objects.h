@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/model/affine.h"
+#include "app/model/model_limits.h"
 
 struct aiNode;
 struct aiScene;
@@ -18,7 +19,8 @@ struct ModelObject {
 };
 
 // The objects of a model in the order of its hierarchy, a node before its children, at any depth.
-// `sheet` follows on every transform. `path` stands for the model in messages. Throws ModelError
-// for a transform that is not finite and for a mesh that does not exist.
+// `sheet` follows on every transform. Every node is counted by `meter`. `path` stands for the model
+// in messages. Throws ModelError for a transform that is not finite and for a mesh that does not
+// exist.
 std::vector<ModelObject> collectObjects(const aiScene& model, const Affine& sheet,
-                                        const std::string& path);
+                                        const std::string& path, ModelMeter& meter);

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -48,10 +49,9 @@ std::string oneLine(std::string text) {
   if (message.find("No suitable reader found") != std::string::npos) {
     fail(path, "no reader knows this format");
   }
-  if (message.find("bad_alloc") != std::string::npos ||
-      message.find("length_error") != std::string::npos) {
-    fail(path, "its sizes are beyond this computer's memory");
-  }
+  // Readers catch what they throw themselves.
+  if (message.find("bad_alloc") != std::string::npos) throw std::bad_alloc();
+  if (message.find("length_error") != std::string::npos) fail(path, "its sizes make no sense");
   fail(path, message.empty() ? "its reader gives no reason" : oneLine(message));
 }
 

@@ -26,5 +26,6 @@ struct Model {
 };
 
 // Reads the model at `path`. `up` only says whether the file's own statement about its axes is
-// wanted (see uprightTurn). Throws ModelError.
+// wanted (see uprightTurn). Throws ModelError, and
+// std::bad_alloc.
 Model readModel(const std::string& path, UpAxis up);

@@ -68,8 +68,9 @@ std::u16string labelTextOf(const aiScene& model, const ModelObject& object) {
 
 class PlanSceneBuilder {
  public:
-  PlanSceneBuilder(const aiScene& model, const std::string& path, const PlanOptions& options)
-      : model_(model), path_(path), options_(options), contents_(model.mNumMeshes) {}
+  PlanSceneBuilder(const aiScene& model, const std::string& path, const PlanOptions& options,
+                   ModelMeter& meter)
+      : model_(model), path_(path), options_(options), meter_(meter), contents_(model.mNumMeshes) {}
 
   PlanScene Build(const std::vector<ModelObject>& objects) {
     CountWhatIsSkipped(objects);
@@ -116,6 +117,7 @@ class PlanSceneBuilder {
   }
 
   void AddParts(unsigned mesh, std::size_t number, Block& block, ReachPoints& reach) {
+    meter_.AddVertices(model_.mMeshes[mesh]->mNumVertices);
     MeshGeometry geometry;
     if (!makeMeshGeometry(*model_.mMeshes[mesh], ContentOf(mesh), index_.Rest(number), geometry)) {
       Fail(mesh, "a vertex leaves the range of numbers where its node places it");
@@ -215,6 +217,7 @@ class PlanSceneBuilder {
   const aiScene& model_;
   const std::string& path_;
   const PlanOptions& options_;
+  ModelMeter& meter_;
   // By mesh; empty until looked through.
   std::vector<std::optional<MeshContent>> contents_;
   BlockIndex index_;
@@ -232,5 +235,7 @@ PlanScene makePlanScene(const aiScene& model, const std::string& importer, const
                         const PlanOptions& options) {
   Affine sheet = compose(uprightTurn(model, importer, options.up), options.view);
   for (double& element : sheet.linear) element *= options.scale;
-  return PlanSceneBuilder(model, path, options).Build(collectObjects(model, sheet, path));
+  ModelMeter meter(options.limits, path);
+  const std::vector<ModelObject> objects = collectObjects(model, sheet, path, meter);
+  return PlanSceneBuilder(model, path, options, meter).Build(objects);
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "app/model/model_limits.h"
 #include "app/model/plan_extent.h"
 #include "app/model/up_axis.h"
 #include "ktscene/kt_scene.h"
@@ -23,6 +24,7 @@ struct PlanOptions {
   PlanLabels labels = PlanLabels::kNone;
   // Of the labels' letters, kMinLabelHeight to kMaxLabelHeight; none: labelHeightFor the plan.
   std::optional<double> labelHeight;
+  ModelLimits limits;
 };
 
 // What a plan scene holds, and what of the model it leaves out.
@@ -62,6 +64,6 @@ struct PlanScene {
 //
 // `importer` is the reader's name (Model::importerName), `path` stands for the model in messages.
 // Throws ModelError when a mesh has a vertex that is not finite or a face that names no vertex,
-// when a transform is not finite, or when there is nothing to draw.
+// when a transform is not finite, when there is nothing to draw, or more than the limits allow.
 PlanScene makePlanScene(const aiScene& model, const std::string& importer, const std::string& path,
                         const PlanOptions& options);

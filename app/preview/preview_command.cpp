@@ -1,23 +1,26 @@
 #include "app/preview/preview_command.h"
 
+#include <chrono>
+#include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <new>
 #include <optional>
 
-#include "app/exit_code.h"
-#include "app/output_file.h"
+#include "app/destination.h"
+#include "app/failure.h"
+#include "app/file_memory.h"
+#include "app/guarded_run.h"
 #include "app/preview/dxf_reader.h"
 #include "app/preview/text_decoding.h"
 
 namespace {
 
-void say(const std::string& sentence) { std::fprintf(stderr, "dxf2d: %s\n", sentence.c_str()); }
+// More than any drawing takes that is not refused for its size.
+constexpr std::chrono::minutes kTime{10};
 
-int fail(ExitCode code, const std::string& sentence) {
-  say(sentence);
-  return code;
-}
+void say(const std::string& sentence) { std::fprintf(stderr, "dxf2d: %s\n", sentence.c_str()); }
 
 // The sentence for what no picture can be made with; empty when all is well.
 std::string complaint(const PreviewOptions& options) {
@@ -51,31 +54,11 @@ void noteLeftOut(const PreviewOptions& options, const Picture& picture) {
       " entities lie beyond the range of numbers and were left out");
 }
 
-int preview(const PreviewOptions& options) {
-  const std::string wrong = complaint(options);
-  if (!wrong.empty()) return fail(kExitUsage, wrong);
-  // Before the reading, which may take long: a picture that cannot be written is refused at once.
-  OutputFile output(options.picture);
-  const Drawing drawing = readDrawing(options.drawing);
-  noteSkipped(options, drawing);
-  const Picture picture =
-      drawPicture(drawing, {*pictureFormat(options.picture), options.size, options.codePage});
-  noteLeftOut(options, picture);
-  if (picture.bytes.empty()) {
-    return fail(kExitNothingToDraw, "'" + options.drawing +
-                                        "' holds nothing to draw; check that "
-                                        "its scene has geometry in objects that are placed");
-  }
-  output.Write(picture.bytes);
-  output.Commit();
-  return kExitDone;
-}
-
-}  // namespace
-
-int runPreview(const PreviewOptions& options) {
+// Runs `step`, which returns an exit code, and makes of what it throws a sentence and a code.
+template <typename Step>
+int reporting(const PreviewOptions& options, Step step) {
   try {
-    return preview(options);
+    return step();
   } catch (const OutputError& error) {
     return fail(error.Code(), error.what());
   } catch (const DxfError& error) {
@@ -89,4 +72,67 @@ int runPreview(const PreviewOptions& options) {
   } catch (const std::exception& error) {
     return fail(kExitInternal, std::string(error.what()) + "; please report this");
   }
+}
+
+// Makes the picture in the working process. Returns an exit code.
+int drawInto(OutputFile& file, const PreviewOptions& options) {
+  const Drawing drawing = readDrawing(options.drawing);
+  noteSkipped(options, drawing);
+  const Picture picture =
+      drawPicture(drawing, {*pictureFormat(options.picture), options.size, options.codePage});
+  noteLeftOut(options, picture);
+  if (picture.bytes.empty()) {
+    return fail(kExitNothingToDraw, "'" + options.drawing +
+                                        "' holds nothing to draw; check that "
+                                        "its scene has geometry in objects that are placed");
+  }
+  file.Write(picture.bytes);
+  return kExitDone;
+}
+
+// What to end with when the working process did not make the picture.
+int failAsEnded(const PreviewOptions& options, const GuardedEnd& end) {
+  const std::string start = "cannot preview '" + options.drawing + "': ";
+  switch (end.how) {
+    case GuardedEnd::How::kReturned:
+      // The worker has said why.
+      return end.number;
+    case GuardedEnd::How::kSignal:
+      return end.number == SIGKILL
+                 ? fail(kExitLimit, start +
+                                        "the system stopped it, likely for want of memory; "
+                                        "free some or make a smaller picture")
+                 : fail(kExitInternal,
+                        start + "it ends by " + strsignal(end.number) + "; please report this");
+    case GuardedEnd::How::kOutOfTime:
+      return fail(kExitLimit, start + "it takes longer than " + std::to_string(kTime.count()) +
+                                  " minutes; preview a part of it");
+    case GuardedEnd::How::kNotStarted:
+      return fail(kExitLimit, start + "no process can be started for it (" + strerror(end.number) +
+                                  "); end other programs");
+    case GuardedEnd::How::kAskedToEnd:
+      // The request is pending, and ends this process once the work file is removed.
+      return kExitInternal;
+  }
+  return kExitInternal;
+}
+
+int preview(const PreviewOptions& options) {
+  const std::string wrong = complaint(options);
+  if (!wrong.empty()) return fail(kExitUsage, wrong);
+  // Before the reading, which may take long: a picture that cannot be written is refused at once.
+  Destination destination(options.picture, options.existing);
+  const auto work = [&] {
+    return reporting(options, [&] { return drawInto(destination.Work(), options); });
+  };
+  const GuardedEnd end = runGuarded(work, {memoryForFile(options.drawing), kTime});
+  if (!end.Returned(kExitDone)) return failAsEnded(options, end);
+  destination.Deliver();
+  return kExitDone;
+}
+
+}  // namespace
+
+int runPreview(const PreviewOptions& options) {
+  return reporting(options, [&] { return preview(options); });
 }

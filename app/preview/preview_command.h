@@ -3,17 +3,19 @@
 
 #include <string>
 
+#include "app/output_file.h"
 #include "app/preview/picture.h"
 
 struct PreviewOptions {
   std::string drawing;
-  // Its end, .png, .svg or .pdf, says what it becomes. A file already there is replaced.
+  // Its end, .png, .svg or .pdf, says what it becomes.
   std::string picture;
   // Longer side of the picture: pixels for .png and .svg, points for .pdf. kMinPictureSize to
   // kMaxPictureSize.
   int size = kDefaultPictureSize;
   // Code page of the drawing's texts, as isTextCodePage takes it.
   unsigned codePage = 1252;
+  Existing existing = Existing::kKeep;
 };
 
 // Reads the drawing and writes the picture. Returns an ExitCode; unless that is kExitDone, one

@@ -5,8 +5,11 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstdio>
 #include <new>
 #include <vector>
+
+#include "app/deferred_end.h"
 
 namespace {
 
@@ -14,22 +17,77 @@ constexpr std::uint64_t kMemory = std::uint64_t{64} << 20;
 
 TEST(RunGuarded, PassesTheExitCodeOn) {
   const GuardedEnd end = runGuarded([] { return 7; });
-  EXPECT_EQ(end.exitCode, 7);
-  EXPECT_EQ(end.signal, 0);
+  EXPECT_TRUE(end.Returned(7));
+  EXPECT_FALSE(end.Returned(0));
 }
 
 TEST(RunGuarded, OutlivesWorkThatEndsByASignal) {
   const GuardedEnd end = runGuarded([] { return raise(SIGKILL); });
-  EXPECT_EQ(end.signal, SIGKILL);
+  EXPECT_EQ(end.how, GuardedEnd::How::kSignal);
+  EXPECT_EQ(end.number, SIGKILL);
 }
 
-TEST(RunGuarded, PassesARequestToEndOnAndOutlivesIt) {
+TEST(RunGuarded, ARequestToEndEndsTheWorkAndWaitsForTheCleaningUp) {
+  EXPECT_EXIT(
+      {
+        const DeferredEnd deferred;
+        const GuardedEnd end = runGuarded([] {
+          kill(getppid(), SIGTERM);
+          while (true) pause();
+          return 0;
+        });
+        std::fputs(end.how == GuardedEnd::How::kAskedToEnd ? "cleaned up" : "not asked", stderr);
+      },
+      testing::KilledBySignal(SIGTERM), "cleaned up");
+}
+
+TEST(RunGuarded, ARequestThatIsIgnoredIsNotHeard) {
+  struct sigaction ignore {};
+  ignore.sa_handler = SIG_IGN;
+  struct sigaction before {};
+  ASSERT_EQ(sigaction(SIGHUP, &ignore, &before), 0);
   const GuardedEnd end = runGuarded([] {
-    kill(getppid(), SIGTERM);
-    while (true) pause();
-    return 0;
+    kill(getppid(), SIGHUP);
+    return 7;
   });
-  EXPECT_EQ(end.signal, SIGTERM);
+  sigaction(SIGHUP, &before, nullptr);
+  EXPECT_TRUE(end.Returned(7));
+}
+
+TEST(RunGuarded, ChildrenThatAreNotWaitedForDoNotHideItsEnd) {
+  struct sigaction ignore {};
+  ignore.sa_handler = SIG_IGN;
+  struct sigaction before {};
+  ASSERT_EQ(sigaction(SIGCHLD, &ignore, &before), 0);
+  const GuardedEnd end = runGuarded([] { return 7; });
+  sigaction(SIGCHLD, &before, nullptr);
+  EXPECT_TRUE(end.Returned(7));
+}
+
+TEST(RunGuarded, WorkBeyondItsTimeIsEnded) {
+  const GuardedEnd end = runGuarded(
+      [] {
+        while (true) pause();
+        return 0;
+      },
+      {0, std::chrono::milliseconds(1)});
+  EXPECT_EQ(end.how, GuardedEnd::How::kOutOfTime);
+}
+
+// Uses at least `bytes` of the stack. Returns what was written at its end.
+int useStack(std::size_t bytes) {
+  volatile char block[4096];
+  block[0] = 1;
+  if (bytes <= sizeof block) return block[0];
+  return useStack(bytes - sizeof block) + block[0] - 1;
+}
+
+TEST(RunGuarded, StackGrowsFarBeyondTheUsual) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "the address sanitizer takes the stack's size from the start of the program";
+#endif
+  const GuardedEnd end = runGuarded([] { return useStack(std::size_t{64} << 20); });
+  EXPECT_TRUE(end.Returned(1));
 }
 
 // The sanitizers have allocators of their own, which end the process.
@@ -44,8 +102,8 @@ TEST(RunGuarded, MemoryBeyondItsShareIsNotThere) {
           return 5;
         }
       },
-      kMemory);
-  EXPECT_EQ(end.exitCode, 5);
+      {kMemory, std::chrono::milliseconds(0)});
+  EXPECT_TRUE(end.Returned(5));
 }
 #endif
 

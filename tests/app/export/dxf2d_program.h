@@ -48,7 +48,7 @@ class Dxf2d : public testing::Test {
     error_ = Read(Path("stderr"));
     std::filesystem::remove(Path("stdout"));
     std::filesystem::remove(Path("stderr"));
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
   }
 
   // Names in the directory, in order.

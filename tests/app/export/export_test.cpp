@@ -97,8 +97,9 @@ TEST_F(Dxf2d, AModelThatAnnouncesMoreThanItHoldsIsRefused) {
   GTEST_SKIP() << "the address sanitizer ends a process that asks for too much memory";
 #endif
   const std::string model = Write("huge.off", "OFF\n1300000000 1 0\n0 0 0\n3 0 1 2\n");
-  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitInput);
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitLimit);
   ExpectOneSentence();
+  EXPECT_NE(error_.find("--max-memory"), std::string::npos) << error_;
   EXPECT_EQ(Listing(), "huge.off");
 }
 
@@ -112,12 +113,25 @@ TEST_F(Dxf2d, ABrokenModelLeavesTheFileThatWasThere) {
   const std::string model = Write("bad.stl", "solid\nfacet");
   const std::string drawing = Write("plan.dxf", "mine");
   const std::string empty = Write("points.obj", "v 0 0 0\nv 1 1 1\np 1 2\n");
-  EXPECT_NE(Run("export " + model + " -o " + drawing), kExitDone);
+  EXPECT_NE(Run("export --force " + model + " -o " + drawing), kExitDone);
   ExpectOneSentence();
-  EXPECT_EQ(Run("export " + empty + " -o " + drawing), kExitNothingToDraw);
+  EXPECT_EQ(Run("export --force " + empty + " -o " + drawing), kExitNothingToDraw);
   ExpectOneSentence();
   EXPECT_EQ(Read(drawing), "mine");
   EXPECT_EQ(Listing(), "bad.stl plan.dxf points.obj");
+}
+
+TEST_F(Dxf2d, AFileThatIsThereIsReplacedOnlyByForce) {
+  const std::string model = Write("house.obj", kTriangle);
+  const std::string drawing = Write("plan.dxf", "mine");
+  EXPECT_EQ(Run("export " + model + " -o " + drawing), kExitOutputExists);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("plan.dxf' exists; give --force to replace it"), std::string::npos);
+  EXPECT_EQ(Read(drawing), "mine");
+  EXPECT_EQ(Run("export --force " + model + " -o " + drawing), kExitDone) << error_;
+  EXPECT_NE(Read(drawing).find("  0\nEOF\n"), std::string::npos);
+  EXPECT_EQ(Run("export -f " + model + " -o " + drawing), kExitDone) << error_;
+  EXPECT_EQ(Listing(), "house.obj plan.dxf");
 }
 
 TEST_F(Dxf2d, NothingThatShowsIsNothingToDraw) {

@@ -25,7 +25,8 @@ Outcome run(const PreviewOptions& options) {
 // A directory that holds plan.dxf, and the options that make plan.png of it.
 struct Fixture {
   ScratchDirectory directory;
-  PreviewOptions options{directory / "plan.dxf", directory / "plan.png", 200, 1252};
+  PreviewOptions options{directory / "plan.dxf", directory / "plan.png", 200, 1252,
+                         Existing::kKeep};
 
   explicit Fixture(const std::string& entities) {
     ScratchDirectory::Fill(options.drawing, drawingText("", entities));
@@ -106,10 +107,23 @@ TEST(PreviewCommand, MissingDirectoryOfThePictureIsNamed) {
 }
 
 TEST(PreviewCommand, OldPictureStaysWhenTheDrawingIsMalformed) {
-  const Fixture fixture("  0\nVERTEX\n");
+  Fixture fixture("  0\nVERTEX\n");
   ScratchDirectory::Fill(fixture.options.picture, "old");
+  fixture.options.existing = Existing::kReplace;
   EXPECT_EQ(run(fixture.options).code, kExitInput);
   EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.picture), "old");
+}
+
+TEST(PreviewCommand, OldPictureIsReplacedOnlyWhenItMayBe) {
+  Fixture fixture(lineText(1, 0, 0, 1, 1));
+  ScratchDirectory::Fill(fixture.options.picture, "old");
+  const Outcome outcome = run(fixture.options);
+  EXPECT_EQ(outcome.code, kExitOutputExists);
+  expectContains(outcome.said, "--force");
+  EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.picture), "old");
+  fixture.options.existing = Existing::kReplace;
+  EXPECT_EQ(run(fixture.options).code, kExitDone);
+  EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.picture).substr(1, 3), "PNG");
 }
 
 TEST(PreviewCommand, OtherEntitiesAreNoted) {
@@ -124,7 +138,9 @@ TEST(PreviewCommand, DrawingIsNeverOverwrittenByItsPicture) {
   const ScratchDirectory directory;
   const std::string text = drawingText("", lineText(1, 0, 0, 1, 1));
   ScratchDirectory::Fill(directory / "plan.png", text);
-  EXPECT_EQ(run({directory / "plan.png", directory / "plan.png", 200, 1252}).code, kExitUsage);
+  EXPECT_EQ(
+      run({directory / "plan.png", directory / "plan.png", 200, 1252, Existing::kReplace}).code,
+      kExitUsage);
   EXPECT_EQ(ScratchDirectory::ContentOf(directory / "plan.png"), text);
 }
 
@@ -137,7 +153,8 @@ TEST(PreviewCommand, TowerOfInsertsIsALimit) {
   }
   ScratchDirectory::Fill(directory / "plan.dxf",
                          drawingText(blocks, insertText(blockName(39), 0, 0)));
-  const Outcome outcome = run({directory / "plan.dxf", directory / "plan.png", 200, 1252});
+  const Outcome outcome =
+      run({directory / "plan.dxf", directory / "plan.png", 200, 1252, Existing::kKeep});
   EXPECT_EQ(outcome.code, kExitLimit);
   expectContains(outcome.said, "points and letters");
 }

@@ -9,6 +9,8 @@
 #include <string>
 #include <thread>
 
+#include "platform/cfile.h"
+#include "platform/path_text.h"
 #include "tests/app/preview/scratch_directory.h"
 
 namespace {
@@ -18,9 +20,9 @@ struct Refusal {
   std::string sentence;
 };
 
-Refusal refusalOf(const std::string& path) {
+Refusal refusalOf(const std::string& path, Existing existing = Existing::kReplace) {
   try {
-    const OutputFile file(path);
+    const OutputFile file(path, existing);
     return {};
   } catch (const OutputError& error) {
     return {error.Code(), error.what()};
@@ -29,7 +31,7 @@ Refusal refusalOf(const std::string& path) {
 
 TEST(OutputFile, CommittedBytesStandUnderTheName) {
   const ScratchDirectory directory;
-  OutputFile file(directory / "plan.dxf");
+  OutputFile file(directory / "plan.dxf", Existing::kReplace);
   file.Write("first ");
   file.Write("second");
   file.Commit();
@@ -40,7 +42,7 @@ TEST(OutputFile, CommittedBytesStandUnderTheName) {
 TEST(OutputFile, NothingIsLeftWithoutCommit) {
   const ScratchDirectory directory;
   {
-    OutputFile file(directory / "plan.dxf");
+    OutputFile file(directory / "plan.dxf", Existing::kReplace);
     file.Write("half");
     EXPECT_EQ(directory.FileCount(), 1U);
     EXPECT_FALSE(std::filesystem::exists(directory / "plan.dxf"));
@@ -52,7 +54,7 @@ TEST(OutputFile, FileAlreadyThereIsUntouchedWithoutCommit) {
   const ScratchDirectory directory;
   ScratchDirectory::Fill(directory / "plan.dxf", "old");
   {
-    OutputFile file(directory / "plan.dxf");
+    OutputFile file(directory / "plan.dxf", Existing::kReplace);
     file.Write("half");
   }
   EXPECT_EQ(ScratchDirectory::ContentOf(directory / "plan.dxf"), "old");
@@ -63,7 +65,7 @@ TEST(OutputFile, ReplacedFileKeepsItsPermissions) {
   const ScratchDirectory directory;
   ScratchDirectory::Fill(directory / "plan.dxf", "old");
   ASSERT_EQ(chmod((directory / "plan.dxf").c_str(), 0640), 0);
-  OutputFile file(directory / "plan.dxf");
+  OutputFile file(directory / "plan.dxf", Existing::kReplace);
   file.Commit();
   struct stat status {};
   ASSERT_EQ(stat((directory / "plan.dxf").c_str(), &status), 0);
@@ -72,30 +74,95 @@ TEST(OutputFile, ReplacedFileKeepsItsPermissions) {
 
 TEST(OutputFile, AnotherWriterMayFillTheTemporary) {
   const ScratchDirectory directory;
-  OutputFile file(directory / "plan.dxf");
+  OutputFile file(directory / "plan.dxf", Existing::kReplace);
   ScratchDirectory::Fill(file.Path(), "by the plug-in");
   file.Commit();
   EXPECT_EQ(ScratchDirectory::ContentOf(directory / "plan.dxf"), "by the plug-in");
 }
 
-TEST(OutputFile, SymbolicLinkIsReplacedAndItsTargetUntouched) {
+TEST(OutputFile, SymbolicLinkStaysAndItsTargetIsReplaced) {
   const ScratchDirectory directory;
   ScratchDirectory::Fill(directory / "target", "old");
   std::filesystem::create_symlink("target", directory / "link.dxf");
-  OutputFile file(directory / "link.dxf");
+  std::filesystem::create_symlink(directory / "link.dxf", directory / "link of link.dxf");
+  OutputFile file(directory / "link of link.dxf", Existing::kReplace);
   file.Write("new");
   file.Commit();
-  EXPECT_FALSE(std::filesystem::is_symlink(directory / "link.dxf"));
-  EXPECT_EQ(ScratchDirectory::ContentOf(directory / "link.dxf"), "new");
-  EXPECT_EQ(ScratchDirectory::ContentOf(directory / "target"), "old");
+  EXPECT_TRUE(std::filesystem::is_symlink(directory / "link.dxf"));
+  EXPECT_TRUE(std::filesystem::is_symlink(directory / "link of link.dxf"));
+  EXPECT_FALSE(std::filesystem::is_symlink(directory / "target"));
+  EXPECT_EQ(ScratchDirectory::ContentOf(directory / "target"), "new");
 }
 
-TEST(OutputFile, LinkToNothingIsReplaced) {
+TEST(OutputFile, TemporaryStandsBesideTheTargetOfALink) {
+  const ScratchDirectory directory;
+  std::filesystem::create_directory(directory / "far");
+  std::filesystem::create_symlink("far/plan.dxf", directory / "link.dxf");
+  const OutputFile file(directory / "link.dxf", Existing::kReplace);
+  EXPECT_EQ(std::filesystem::path(file.Path()).parent_path(), directory / "far");
+}
+
+TEST(OutputFile, LinkToNothingGetsItsTarget) {
   const ScratchDirectory directory;
   std::filesystem::create_symlink("nowhere", directory / "link.dxf");
-  OutputFile file(directory / "link.dxf");
+  OutputFile file(directory / "link.dxf", Existing::kKeep);
   file.Commit();
-  EXPECT_TRUE(std::filesystem::is_regular_file(directory / "link.dxf"));
+  EXPECT_TRUE(std::filesystem::is_symlink(directory / "link.dxf"));
+  EXPECT_TRUE(std::filesystem::is_regular_file(directory / "nowhere"));
+}
+
+TEST(OutputFile, LinksInACircleAreRefused) {
+  const ScratchDirectory directory;
+  std::filesystem::create_symlink("b.dxf", directory / "a.dxf");
+  std::filesystem::create_symlink("a.dxf", directory / "b.dxf");
+  EXPECT_EQ(refusalOf(directory / "a.dxf").code, kExitOutputNotMade);
+  EXPECT_NE(refusalOf(directory / "a.dxf").sentence.find("in a circle"), std::string::npos);
+}
+
+TEST(OutputFile, FileThatIsToBeKeptIsKept) {
+  const ScratchDirectory directory;
+  ScratchDirectory::Fill(directory / "plan.dxf", "old");
+  const Refusal refusal = refusalOf(directory / "plan.dxf", Existing::kKeep);
+  EXPECT_EQ(refusal.code, kExitOutputExists);
+  EXPECT_NE(refusal.sentence.find("--force"), std::string::npos) << refusal.sentence;
+  EXPECT_EQ(directory.FileCount(), 1U);
+}
+
+TEST(OutputFile, FileThatComesInTheMeantimeIsKept) {
+  const ScratchDirectory directory;
+  {
+    OutputFile file(directory / "plan.dxf", Existing::kKeep);
+    ScratchDirectory::Fill(directory / "plan.dxf", "another's");
+    try {
+      file.Commit();
+      FAIL();
+    } catch (const OutputError& error) {
+      EXPECT_EQ(error.Code(), kExitOutputExists);
+    }
+  }
+  EXPECT_EQ(ScratchDirectory::ContentOf(directory / "plan.dxf"), "another's");
+  EXPECT_EQ(directory.FileCount(), 1U);
+}
+
+TEST(OutputFile, FileThatComesInTheMeantimeIsReplacedIfItMayBe) {
+  const ScratchDirectory directory;
+  OutputFile file(directory / "plan.dxf", Existing::kReplace);
+  file.Write("new");
+  ScratchDirectory::Fill(directory / "plan.dxf", "another's");
+  file.Commit();
+  EXPECT_EQ(ScratchDirectory::ContentOf(directory / "plan.dxf"), "new");
+}
+
+TEST(OutputFile, FileThatAnotherProgramWritesIsRefused) {
+  const ScratchDirectory directory;
+  CFile writer;
+  ASSERT_TRUE(writer.Open(PathFromBytes(directory / "plan.dxf").c_str(),
+                          CFile::modeCreate | CFile::modeWrite));
+  const Refusal refusal = refusalOf(directory / "plan.dxf");
+  EXPECT_EQ(refusal.code, kExitOutputNotMade);
+  EXPECT_NE(refusal.sentence.find("another program is writing it"), std::string::npos);
+  writer.Close();
+  EXPECT_EQ(refusalOf(directory / "plan.dxf").code, kExitDone);
 }
 
 TEST(OutputFile, MissingDirectoryIsNamed) {
@@ -130,13 +197,13 @@ TEST(OutputFile, EmptyAndOverlongNamesAreRefused) {
 
 TEST(OutputFile, LongestNameHasItsTemporary) {
   const ScratchDirectory directory;
-  OutputFile file(directory / std::string(255, 'a'));
+  OutputFile file(directory / std::string(255, 'a'), Existing::kReplace);
   file.Commit();
   EXPECT_TRUE(std::filesystem::exists(directory / std::string(255, 'a')));
 }
 
 TEST(OutputFile, DeviceIsWrittenStraight) {
-  OutputFile file("/dev/null");
+  OutputFile file("/dev/null", Existing::kReplace);
   EXPECT_EQ(file.Path(), "/dev/null");
   file.Write("gone");
   file.Commit();
@@ -144,7 +211,7 @@ TEST(OutputFile, DeviceIsWrittenStraight) {
 }
 
 TEST(OutputFile, FullDeviceIsAFailureOfWriting) {
-  OutputFile file("/dev/full");
+  OutputFile file("/dev/full", Existing::kReplace);
   try {
     file.Write("bytes");
     FAIL();
@@ -160,7 +227,7 @@ TEST(OutputFile, FifoIsWrittenStraight) {
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   std::string received;
   std::thread reader([&] { received = ScratchDirectory::ContentOf(path); });
-  OutputFile file(path);
+  OutputFile file(path, Existing::kReplace);
   file.Write("through the pipe");
   file.Commit();
   reader.join();
@@ -169,7 +236,7 @@ TEST(OutputFile, FifoIsWrittenStraight) {
 }
 
 TEST(OutputFile, LinksOfTheSystemAreNotReplaced) {
-  const OutputFile file("/dev/stdout");
+  const OutputFile file("/dev/stdout", Existing::kReplace);
   EXPECT_EQ(file.Path(), "/dev/stdout");
 }
 
@@ -177,7 +244,7 @@ TEST(OutputFile, NameWithoutDirectoryStandsInTheCurrentOne) {
   const ScratchDirectory directory;
   const std::filesystem::path before = std::filesystem::current_path();
   std::filesystem::current_path(directory / "");
-  OutputFile file("plan.dxf");
+  OutputFile file("plan.dxf", Existing::kReplace);
   file.Commit();
   std::filesystem::current_path(before);
   EXPECT_TRUE(std::filesystem::exists(directory / "plan.dxf"));

@@ -1,0 +1,212 @@
+#include "app/export/export_job.h"
+
+#include <assimp/Importer.hpp>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <new>
+
+#include "app/destination.h"
+#include "app/export/drawing_counts.h"
+#include "app/export/export_summary.h"
+#include "app/export/scene_meter.h"
+#include "app/failure.h"
+#include "app/file_memory.h"
+#include "app/guarded_run.h"
+#include "app/mapped_file.h"
+#include "app/model/model_error.h"
+#include "app/model/model_reader.h"
+#include "app/plugin_module.h"
+#include "app/shared_value.h"
+#include "ktscene/kt_scene_reader.h"
+#include "ktscene/kt_traverser.h"
+#include "ktscene/zu_message.h"
+#include "platform/cfile_exception.h"
+#include "platform/path_text.h"
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// What the plug-in last had to say in an error box; the callbacks carry no context.
+std::u16string& boxText() {
+  static std::u16string text;
+  return text;
+}
+
+void keepBoxText(void*, const char16_t*, const char16_t* text, int) {
+  boxText() = text == nullptr ? u"" : text;
+}
+
+// What the working process tells of a drawing that it made.
+struct DrawingReport {
+  // False for scene files, which are drawn without a word.
+  bool isTold = false;
+  PlanContent content;
+  DrawingCounts counts;
+};
+
+std::uint64_t memoryFor(const ExportJob& job, const ExportOptions& options) {
+  return options.memory.value_or(memoryForFile(job.model));
+}
+
+int failForMemory(const ExportJob& job, const ExportOptions& options) {
+  return fail(kExitLimit, "cannot draw '" + job.model + "': it needs more than the " +
+                              std::to_string(memoryFor(job, options) >> 20) +
+                              " MiB of memory that --max-memory allows; raise that or draw a part "
+                              "of it");
+}
+
+// Runs `step`, which returns an exit code, and makes of what it throws a sentence and a code.
+template <typename Step>
+int reporting(const ExportJob& job, const ExportOptions& options, Step step) {
+  try {
+    return step();
+  } catch (const ModelError& error) {
+    return fail(error.Code(), error.what());
+  } catch (const KtSceneError& error) {
+    return fail(kExitInput, error.what());
+  } catch (const OutputError& error) {
+    return fail(error.Code(), error.what());
+  } catch (const PluginError& error) {
+    return fail(kExitPlugin, error.what());
+  } catch (const std::bad_alloc&) {
+    return failForMemory(job, options);
+  } catch (const std::exception& error) {
+    return fail(kExitInternal, std::string(error.what()) + "; please report this");
+  }
+}
+
+// ---- In the working process
+
+// Draws one model or scene into a work file.
+class Draughtsman {
+ public:
+  Draughtsman(const ExportJob& job, const ExportOptions& options, const Destination& destination,
+              DrawingReport& report)
+      : job_(job), options_(options), destination_(destination), report_(report) {}
+
+  // Returns an exit code.
+  int Draw() {
+    enterPlugin(options_.plugin, traverser_);
+    ZuSetErrorBoxHandler(&keepBoxText);
+    const bool isScene = std::filesystem::path(job_.model).extension() == ".json";
+    return isScene ? DrawScene() : DrawModel();
+  }
+
+ private:
+  int DrawScene() {
+    KtScene scene = ReadSceneFile(job_.model);
+    ModelMeter meter(options_.plan.limits, job_.model);
+    meterScene(scene, meter);
+    // An empty drawing is the right one of an empty scene.
+    return Walk(scene);
+  }
+
+  int DrawModel() {
+    Model model = readModel(job_.model, options_.plan.up);
+    PlanScene plan = makePlanScene(*model.scene, model.importerName, job_.model, options_.plan);
+    // Freeing a million faces one by one takes longer than drawing them, and the process ends soon.
+    static_cast<void>(model.importer.release());
+    const int code = Walk(plan.scene);
+    if (code != kExitDone) return code;
+    report_ = {true, plan.content, countDrawing(MappedFile(destination_.WorkPath()).Bytes())};
+    if (report_.counts.polylines != 0) return kExitDone;
+    return fail(kExitNothingToDraw,
+                "nothing to draw in '" + job_.model + "': no edge of it shows in this view");
+  }
+
+  int Walk(KtScene& scene) {
+    boxText().clear();
+    try {
+      if (traverser_.Walk(scene, PathFromBytes(destination_.WorkPath()))) return kExitDone;
+    } catch (const CFileException& error) {
+      return fail(kExitWriteFailed, "cannot write '" + job_.drawing +
+                                        "': " + destination_.AsUserNamesIt(error.what()));
+    }
+    const std::string reason = destination_.AsUserNamesIt(PathToBytes(boxText()));
+    return fail(kExitOutputNotMade, "cannot create '" + job_.drawing + "': " +
+                                        (reason.empty() ? "the plug-in gives no reason" : reason));
+  }
+
+  const ExportJob& job_;
+  const ExportOptions& options_;
+  const Destination& destination_;
+  DrawingReport& report_;
+  KtTraverser traverser_;
+};
+
+// ---- In the waiting process
+
+int failBySignal(const ExportJob& job, int signal) {
+  if (signal == SIGKILL) {
+    return fail(kExitLimit, "cannot draw '" + job.model +
+                                "': the system stopped it, likely for want of memory; free some "
+                                "or draw a part of it");
+  }
+  return fail(kExitInput, "cannot read '" + job.model + "': it brings its reader down (" +
+                              strsignal(signal) + "); mend it or save it in another format");
+}
+
+// What to end with when the working process did not make the drawing.
+int failAsEnded(const ExportJob& job, const ExportOptions& options, const GuardedEnd& end) {
+  switch (end.how) {
+    case GuardedEnd::How::kReturned:
+      // The worker has said why.
+      return end.number;
+    case GuardedEnd::How::kSignal:
+      return failBySignal(job, end.number);
+    case GuardedEnd::How::kOutOfTime:
+      return fail(kExitLimit, "cannot draw '" + job.model + "': it takes longer than the " +
+                                  std::to_string(options.time.count() / 1000) +
+                                  " s that --max-time allows; raise that or draw a part of it");
+    case GuardedEnd::How::kNotStarted:
+      return fail(kExitLimit, "cannot draw '" + job.model +
+                                  "': no process can be started for it (" + strerror(end.number) +
+                                  "); end other programs");
+    case GuardedEnd::How::kAskedToEnd:
+      // The request is pending, and ends this process once the work file is removed.
+      return kExitInternal;
+  }
+  return kExitInternal;
+}
+
+double secondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+void say(const ExportJob& job, const std::string& line) {
+  std::FILE* stream = job.drawing == "-" ? stderr : stdout;
+  std::fprintf(stream, "%s\n", line.c_str());
+  std::fflush(stream);
+}
+
+int draw(const ExportJob& job, const ExportOptions& options) {
+  const Clock::time_point start = Clock::now();
+  std::error_code ignored;
+  if (std::filesystem::equivalent(job.model, job.drawing, ignored)) {
+    return fail(kExitUsage,
+                "'" + job.drawing + "' is the model itself; give the drawing another name");
+  }
+  // Before the reading, which may take long: a drawing that cannot be written is refused at once.
+  Destination destination(job.drawing, options.existing);
+  SharedValue<DrawingReport> report;
+  // The readers are many, and some do not stand what broken files hold.
+  const auto work = [&] {
+    return reporting(job, options,
+                     [&] { return Draughtsman(job, options, destination, *report).Draw(); });
+  };
+  const GuardedEnd end = runGuarded(work, {memoryFor(job, options), options.time});
+  if (!end.Returned(kExitDone)) return failAsEnded(job, options, end);
+  destination.Deliver();
+  if (report->isTold) {
+    say(job, summaryOf(job.drawing, report->content, report->counts, secondsSince(start)));
+  }
+  return kExitDone;
+}
+
+}  // namespace
+
+int runExportJob(const ExportJob& job, const ExportOptions& options) {
+  return reporting(job, options, [&] { return draw(job, options); });
+}

@@ -1,0 +1,57 @@
+// dxf2d export when it is asked to end.
+#include <gtest/gtest.h>
+#include <sched.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <filesystem>
+#include <iterator>
+
+#include "tests/app/export/dxf2d_program.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// An export that stands in the middle of its work: its scene is to come out of a FIFO, into which
+// nobody writes.
+class WaitingExport : public Dxf2d {
+ protected:
+  void SetUp() override {
+    Dxf2d::SetUp();
+    fs::create_directory(Path("out"));
+    Write("out/plan.dxf", "mine");
+    ASSERT_EQ(mkfifo(Path("scene.json").c_str(), 0600), 0);
+    program_ = fork();
+    ASSERT_GE(program_, 0);
+    if (program_ == 0) {
+      execl(DXF2D_PROGRAM, "dxf2d", "export", "--force", Path("scene.json").c_str(), "-o",
+            Path("out/plan.dxf").c_str(), nullptr);
+      std::_Exit(127);
+    }
+    while (FilesInOutput() < 2 && !HasEnded()) sched_yield();
+  }
+
+  long FilesInOutput() const { return std::distance(fs::directory_iterator(Path("out")), {}); }
+
+  bool HasEnded() { return waitpid(program_, &status_, WNOHANG) == program_; }
+
+  void ExpectEndBy(int signal) {
+    ASSERT_EQ(kill(program_, signal), 0);
+    ASSERT_EQ(waitpid(program_, &status_, 0), program_);
+    EXPECT_TRUE(WIFSIGNALED(status_));
+    EXPECT_EQ(WTERMSIG(status_), signal);
+    EXPECT_EQ(FilesInOutput(), 1);
+    EXPECT_EQ(Read(Path("out/plan.dxf")), "mine");
+  }
+
+  pid_t program_ = -1;
+  int status_ = 0;
+};
+
+TEST_F(WaitingExport, EndsByAnInterruptAndLeavesWhatWasThere) { ExpectEndBy(SIGINT); }
+TEST_F(WaitingExport, EndsByATerminationAndLeavesWhatWasThere) { ExpectEndBy(SIGTERM); }
+TEST_F(WaitingExport, EndsByAHangupAndLeavesWhatWasThere) { ExpectEndBy(SIGHUP); }
+TEST_F(WaitingExport, EndsByAQuitAndLeavesWhatWasThere) { ExpectEndBy(SIGQUIT); }
+
+}  // namespace
