@@ -5,6 +5,7 @@
 
 #include "dxf/color_palette.h"
 #include "dxf/dxf_writer.h"
+#include "dxf/vertex_text.h"
 #include "ktscene/kt_matrix.h"
 #include "ktscene/kt_point3.h"
 #include "platform/number_format.h"
@@ -266,6 +267,23 @@ void DxfWriter::WriteVertexBegin(const BlockNode* /*node*/) {
 }
 
 void DxfWriter::WriteVertexFlags() { Write(" 70\n0\n"); }
+
+void DxfWriter::WriteVertexBatch(Fixed6Lines& reals, std::size_t count) {
+  if (!reals.IsAscii()) {
+    for (std::size_t k = 0; k < count; ++k) {
+      WriteVertexBegin(nullptr);
+      WritePoint10(nullptr, reals.Value(2 * k), reals.Value(2 * k + 1), 0.0);
+    }
+    return;
+  }
+  reals.Make(2 * count);
+  for (std::size_t k = 0; k < count; ++k) {
+    static_assert(kVertexTextSize <= CFile::kMaxReserve);
+    char* const room = file_.Reserve(kVertexTextSize);
+    const char* const end = writeVertexText(reals, 2 * k, 2 * k + 1, room);
+    file_.Commit(static_cast<std::size_t>(end - room));
+  }
+}
 
 void DxfWriter::WriteSeqEnd() { Write("  0\nSEQEND\n"); }
 

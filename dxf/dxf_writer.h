@@ -1,14 +1,16 @@
 // The drawing file: its stream of groups and the pieces that entities are made of.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string_view>
 
+#include "ktscene/kt_point3.h"
 #include "platform/cfile.h"
 #include "platform/cstring.h"
+#include "platform/fixed6_lines.h"
 
 struct BlockNode;
-class KtPoint3;
 
 // The one object through which every byte of a drawing reaches the disk.
 //
@@ -102,6 +104,23 @@ class DxfWriter {
   // The node does not count: a vertex has its polyline's colour.
   void WriteVertexBegin(const BlockNode* node);
   void WriteVertexFlags();
+  // The vertices pointAt(0) to pointAt(count - 1) of one polyline, each as WriteVertexBegin and
+  // WritePoint10 without a node write it.
+  template <class PointAt>
+  void WriteVertices(std::size_t count, PointAt pointAt) {
+    constexpr std::size_t kBatch = Fixed6Lines::kMost / 2;
+    Fixed6Lines reals;
+    for (std::size_t begin = 0; begin < count; begin += kBatch) {
+      const std::size_t size = std::min(kBatch, count - begin);
+      for (std::size_t k = 0; k < size; ++k) {
+        const KtPoint3 point = pointAt(begin + k);
+        // The sums turn -0 into 0, as an identity matrix does.
+        reals.Value(2 * k) = point.Get0() + 0.0;
+        reals.Value(2 * k + 1) = point.Get1() + 0.0;
+      }
+      WriteVertexBatch(reals, size);
+    }
+  }
   void WriteSeqEnd();
 
   // Group 62 of a record's colour: -1, no material received, is written as 254; no other check.
@@ -118,6 +137,8 @@ class DxfWriter {
   void WriteWide(std::u16string_view text);
   void WriteConverted(std::u16string_view text);
   void WriteReal(double value);
+  // Writes `count` vertices whose x and y are in turn the values of `reals`.
+  void WriteVertexBatch(Fixed6Lines& reals, std::size_t count);
   // The code and value lines of a transformed point: x and y, and 0 for the third.
   void WriteFlat(const char (&codeX)[5], const char (&codeY)[5], const char (&codeZ)[5],
                  const KtPoint3& point);
