@@ -1,6 +1,7 @@
 // Reduces geometry to the edges that a plan of it shows.
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include "ktscene/kt_matrix.h"
@@ -41,6 +42,13 @@ bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices);
 struct PlacedCoords {
   const std::vector<double>& coords;
   const KtMatrix& transform;
+
+  std::size_t Count() const { return coords.size() / 3; }
+  KtPoint3 At(std::size_t i) const {
+    KtPoint3 point(coords[3 * i], coords[3 * i + 1], coords[3 * i + 2]);
+    point.Mult(transform);
+    return point;
+  }
 };
 
 // The same outlines of points that are not made one by one first; `points` receives them.

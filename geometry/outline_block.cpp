@@ -5,6 +5,7 @@
 
 #include "dxf/dxf_writer.h"
 #include "dxf/flushed.h"
+#include "geometry/given_chains.h"
 #include "geometry/index_codes.h"
 #include "geometry/outline.h"
 #include "ktscene/kt_matrix.h"
@@ -38,18 +39,11 @@ KtMatrix blockTransform(const BlockNode& node) {
   return relative;
 }
 
-void writeVertex(DxfWriter& writer, const BlockNode& node, const KtPoint3& point) {
-  writer.WriteVertexBegin(&node);
-  writer.WritePoint10(nullptr, point.Get0(), point.Get1(), point.Get2());
-}
-
-// Writes each run as a polyline. A run has at least one index, whatever its first entry is; one
-// that the list's end cuts off is not written.
-void writeRuns(DxfWriter& writer, const BlockNode& node, const std::vector<KtPoint3>& points,
-               const std::vector<int>& indices) {
-  const auto pointAt = [&](std::size_t k) -> const KtPoint3& {
-    return points[static_cast<std::size_t>(indices[k])];
-  };
+// Writes each run as a polyline of the points pointAt(index). A run has at least one index,
+// whatever its first entry is; one that the list's end cuts off is not written.
+template <class PointAt>
+void writeRuns(DxfWriter& writer, const BlockNode& node, const std::vector<int>& indices,
+               PointAt pointAt) {
   for (std::size_t begin = 0; begin < indices.size();) {
     std::size_t end = begin + 1;
     while (end < indices.size() && indices[end] >= 0) {
@@ -58,23 +52,33 @@ void writeRuns(DxfWriter& writer, const BlockNode& node, const std::vector<KtPoi
     if (end >= indices.size()) {
       return;
     }
+    const bool isClosed = indices[end] == kPolygonCode;
     writer.WritePolylineBegin(&node.colorIndex, false);
-    for (std::size_t k = begin; k < end; ++k) {
-      writeVertex(writer, node, pointAt(k));
-    }
-    if (indices[end] == kPolygonCode) {
-      writeVertex(writer, node, pointAt(begin));
-    }
+    writer.WriteVertices(end - begin + (isClosed ? 1 : 0), [&](std::size_t k) {
+      return pointAt(static_cast<std::size_t>(indices[begin + k < end ? begin + k : begin]));
+    });
     writer.WriteSeqEnd();
     begin = end + 1;
   }
 }
 
-// What faces and lines have in common; `buildOutline(placed, points, indices)` is where they
-// differ.
-template <class BuildOutlineOf>
-bool drawOutline(const std::vector<double>& coords, const std::vector<int>& indices,
-                 BuildOutlineOf buildOutline) {
+// Draws the runs as the block of the current node; `pointAt` as for writeRuns.
+template <class PointAt>
+bool writeBlock(DxfWriter& writer, BlockNode& node, const std::vector<int>& indices,
+                PointAt pointAt) {
+  return flushed(writer, [&](DxfWriter&) {
+    node.MarkGeometry();
+    writer.WriteBlockHeader(node);
+    writeRuns(writer, node, indices, pointAt);
+    writer.WriteBlockEnd();
+    return true;
+  });
+}
+
+// What faces and lines have in common: draw(writer, node, placed) draws a set that there is a file
+// and a node for.
+template <class Draw>
+bool drawSet(const std::vector<double>& coords, const std::vector<int>& indices, Draw draw) {
   const ExportSession& session = exportSession();
   if (session.writer == nullptr || session.currentNode == nullptr || indices.empty() ||
       coords.empty()) {
@@ -82,31 +86,40 @@ bool drawOutline(const std::vector<double>& coords, const std::vector<int>& indi
   }
   BlockNode& node = *session.currentNode;
   const KtMatrix transform = blockTransform(node);
+  return draw(*session.writer, node, PlacedCoords{coords, transform});
+}
+
+// Draws what `buildOutline(points, outline)` makes of the runs in `outline`.
+template <class BuildOutlineOf>
+bool drawOutline(DxfWriter& writer, BlockNode& node, std::vector<int> outline,
+                 BuildOutlineOf buildOutline) {
   std::vector<KtPoint3> points;
-  std::vector<int> outline = indices;
-  if (!buildOutline(PlacedCoords{coords, transform}, points, outline)) {
+  if (!buildOutline(points, outline)) {
     return true;
   }
-  return flushed(*session.writer, [&](DxfWriter& writer) {
-    node.MarkGeometry();
-    writer.WriteBlockHeader(node);
-    writeRuns(writer, node, points, outline);
-    writer.WriteBlockEnd();
-    return true;
-  });
+  return writeBlock(writer, node, outline, [&](std::size_t i) { return points[i]; });
 }
 
 }  // namespace
 
 bool faceSetCallback(const std::vector<double>& coords, const std::vector<int>& indices,
                      bool reverseOrientation, bool closedSurface) {
-  return drawOutline(coords, indices, [&](const auto& placed, auto& points, auto& outline) {
-    return BuildOutline(placed, points, outline, reverseOrientation, closedSurface);
-  });
+  const auto draw = [&](DxfWriter& writer, BlockNode& node, const PlacedCoords& placed) {
+    return drawOutline(writer, node, indices, [&](auto& points, auto& outline) {
+      return BuildOutline(placed, points, outline, reverseOrientation, closedSurface);
+    });
+  };
+  return drawSet(coords, indices, draw);
 }
 
 bool DXF2dLineGeometry(const std::vector<double>& coords, const std::vector<int>& indices) {
-  return drawOutline(coords, indices, [](const auto& placed, auto& points, auto& outline) {
-    return BuildLineOutline(placed, points, outline);
-  });
+  const auto draw = [&](DxfWriter& writer, BlockNode& node, const PlacedCoords& placed) {
+    if (areGivenChains(placed, indices)) {
+      return writeBlock(writer, node, indices, [&](std::size_t i) { return placed.At(i); });
+    }
+    return drawOutline(writer, node, indices, [&](auto& points, auto& outline) {
+      return BuildLineOutline(placed, points, outline);
+    });
+  };
+  return drawSet(coords, indices, draw);
 }
