@@ -66,7 +66,8 @@ class Programs:
                             help="the program that counts with dxflib")
 
     def export(self, model, drawing, *options):
-        return run(self._dxf2d, "export", str(MODELS / model), "-o", str(drawing), *options)
+        return run(self._dxf2d, "export", "--force", str(MODELS / model), "-o",
+                   str(drawing), *options)
 
     def measured(self, model, up="auto", view="top", scale=1):
         """The bounds of a model in plan, those of its unshared edges, and a tolerance for both."""

@@ -23,7 +23,7 @@ class SeveralModels : public Dxf2d {
   std::string Models(const std::string& names) const {
     std::string paths;
     std::istringstream words(names);
-    for (std::string name; words >> name;) paths += " " + Path(name);
+    for (std::string name; words >> name;) paths.append(" ").append(Path(name));
     return paths;
   }
   bool Drawn(const std::string& name) const {
