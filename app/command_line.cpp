@@ -92,40 +92,37 @@ std::string checkCount(const std::string& text) {
   return "'" + text + "' is no limit; give a whole number above 0";
 }
 
-struct LimitArguments {
-  std::uint32_t mebibytes = 0;
-  std::uint32_t seconds = 0;
-};
-
-void addLimits(CLI::App& command, ExportOptions& options, LimitArguments& limits) {
-  const CLI::Validator small(checkCount<std::uint32_t>, "");
-  const CLI::Validator large(checkCount<std::size_t>, "");
+void addWorkLimits(CLI::App& command, WorkLimits& limits) {
+  const CLI::Validator check(checkCount<std::uint32_t>, "");
   command
-      .add_option("--max-memory", limits.mebibytes,
-                  "MiB of memory that a model may take; 2048 and 64 times its file if not given")
-      ->check(small)
+      .add_option_function<std::uint32_t>(
+          "--max-memory",
+          [&limits](std::uint32_t mebibytes) { limits.memory = std::uint64_t{mebibytes} << 20; },
+          "MiB of memory that one may take; 2048 and 64 times its file if not given")
+      ->check(check)
       ->option_text("N");
-  command.add_option("--max-time", limits.seconds, "Seconds that a model may take")
-      ->check(small)
-      ->option_text("N [" + std::to_string(options.time.count() / 1000) + "]");
-  command.add_option("--max-nodes", options.plan.limits.nodes, "Nodes that a model may unfold to")
-      ->check(large)
-      ->option_text("N [" + std::to_string(options.plan.limits.nodes) + "]");
   command
-      .add_option("--max-vertices", options.plan.limits.vertices,
+      .add_option_function<std::uint32_t>(
+          "--max-time",
+          [&limits](std::uint32_t seconds) { limits.time = std::chrono::seconds(seconds); },
+          "Seconds that one may take")
+      ->check(check)
+      ->option_text("N [" + std::to_string(limits.time.count()) + "]");
+}
+
+void addModelLimits(CLI::App& command, ModelLimits& limits) {
+  const CLI::Validator check(checkCount<std::size_t>, "");
+  command.add_option("--max-nodes", limits.nodes, "Nodes that a model may unfold to")
+      ->check(check)
+      ->option_text("N [" + std::to_string(limits.nodes) + "]");
+  command
+      .add_option("--max-vertices", limits.vertices,
                   "Vertices that a model may unfold to, those of instances not counted again")
-      ->check(large)
-      ->option_text("N [" + std::to_string(options.plan.limits.vertices) + "]");
+      ->check(check)
+      ->option_text("N [" + std::to_string(limits.vertices) + "]");
 }
 
-void takeLimits(const LimitArguments& limits, ExportOptions& options) {
-  constexpr std::uint64_t kMebibyte = std::uint64_t{1} << 20;
-  if (limits.mebibytes != 0) options.memory = limits.mebibytes * kMebibyte;
-  if (limits.seconds != 0) options.time = std::chrono::seconds(limits.seconds);
-}
-
-CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view,
-                    LimitArguments& limits) {
+CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view) {
   CLI::App* command = app.add_subcommand("export", kExportAbout);
   command->add_option("MODEL", options.models, "The models or scene files")->required();
   command
@@ -152,7 +149,8 @@ CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view,
   addLabelOptions(*command, options);
   command->add_option("--plugin", options.plugin, "The plug-in that draws, if not the own one")
       ->option_text("FILE");
-  addLimits(*command, options, limits);
+  addWorkLimits(*command, options.limits);
+  addModelLimits(*command, options.plan.limits);
   return command;
 }
 
@@ -169,6 +167,7 @@ CLI::App* addPreview(CLI::App& app, PreviewOptions& options) {
       ->option_text("N [" + std::to_string(kDefaultPictureSize) + "]");
   command->add_option("--codepage", options.codePage, "Code page of the drawing's texts")
       ->option_text("N [1252]");
+  addWorkLimits(*command, options.limits);
   return command;
 }
 
@@ -191,8 +190,7 @@ std::optional<Command> parseCommandLine(int argc, const char* const* argv, int& 
   ExportOptions exporting;
   PreviewOptions previewing;
   std::string view = "top";
-  LimitArguments limits;
-  const CLI::App* exportCommand = addExport(app, exporting, view, limits);
+  const CLI::App* exportCommand = addExport(app, exporting, view);
   addPreview(app, previewing);
   InspectOptions inspecting;
   const CLI::App* inspectCommand = addInspect(app, inspecting);
@@ -205,6 +203,5 @@ std::optional<Command> parseCommandLine(int argc, const char* const* argv, int& 
   if (inspectCommand->parsed()) return inspecting;
   if (!exportCommand->parsed()) return previewing;
   exporting.plan.view = *parseView(view);
-  takeLimits(limits, exporting);
   return exporting;
 }

@@ -25,8 +25,10 @@ int run(int argc, char** argv) {
 int main(int argc, char** argv) {
   // Messages in the user's language, and nothing else: numbers in drawings have a point everywhere.
   std::setlocale(LC_MESSAGES, "");
-  // A reader of our output that goes away is a failed write, which is reported.
+  // A reader of our output that goes away, and a file beyond the limit on sizes, are failed writes,
+  // which are reported.
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   const int exitCode = run(argc, argv);
   // Not exit(): all files are closed and checked, and freeing a large scene takes time.
   std::fflush(stdout);

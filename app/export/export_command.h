@@ -1,12 +1,10 @@
 // dxf2d export: models and scenes as drawings.
 #pragma once
 
-#include <chrono>
-#include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
+#include "app/limited_work.h"
 #include "app/model/plan_scene.h"
 #include "app/output_file.h"
 
@@ -17,16 +15,14 @@ struct ExportOptions {
   // a slash for a single model. See drawingNames.
   std::string output;
   Existing existing = Existing::kKeep;
-  // For models alone, but for the limits; a scene file is walked as it stands.
+  // For models alone, but for its limits; a scene file is walked as it stands.
   PlanOptions plan;
   // Of the texts in a scene file, one that SetThreadCodePage takes; a model's are ASCII.
   unsigned codePage = 1252;
   // Empty: the one that belongs to this program.
   std::string plugin;
-  // Of one model, in bytes; none: what its file's size lets one expect.
-  std::optional<std::uint64_t> memory;
   // For one model.
-  std::chrono::milliseconds time = std::chrono::minutes(10);
+  WorkLimits limits;
 };
 
 // Writes the drawings. Returns an ExitCode; unless that is kExitDone, one sentence on stderr for

@@ -1,8 +1,7 @@
 #include "app/export/export_job.h"
 
 #include <assimp/Importer.hpp>
-#include <csignal>
-#include <cstring>
+#include <chrono>
 #include <filesystem>
 #include <new>
 
@@ -11,12 +10,11 @@
 #include "app/export/export_summary.h"
 #include "app/export/scene_meter.h"
 #include "app/failure.h"
-#include "app/file_memory.h"
-#include "app/guarded_run.h"
 #include "app/mapped_file.h"
 #include "app/model/model_error.h"
 #include "app/model/model_reader.h"
 #include "app/plugin_module.h"
+#include "app/printable.h"
 #include "app/shared_value.h"
 #include "ktscene/kt_scene_reader.h"
 #include "ktscene/kt_traverser.h"
@@ -46,20 +44,9 @@ struct DrawingReport {
   DrawingCounts counts;
 };
 
-std::uint64_t memoryFor(const ExportJob& job, const ExportOptions& options) {
-  return options.memory.value_or(memoryForFile(job.model));
-}
-
-int failForMemory(const ExportJob& job, const ExportOptions& options) {
-  return fail(kExitLimit, "cannot draw '" + job.model + "': it needs more than the " +
-                              std::to_string(memoryFor(job, options) >> 20) +
-                              " MiB of memory that --max-memory allows; raise that or draw a part "
-                              "of it");
-}
-
 // Runs `step`, which returns an exit code, and makes of what it throws a sentence and a code.
 template <typename Step>
-int reporting(const ExportJob& job, const ExportOptions& options, Step step) {
+int reporting(const LimitedWork& work, Step step) {
   try {
     return step();
   } catch (const ModelError& error) {
@@ -71,7 +58,7 @@ int reporting(const ExportJob& job, const ExportOptions& options, Step step) {
   } catch (const PluginError& error) {
     return fail(kExitPlugin, error.what());
   } catch (const std::bad_alloc&) {
-    return failForMemory(job, options);
+    return work.FailForMemory();
   } catch (const std::exception& error) {
     return fail(kExitInternal, std::string(error.what()) + "; please report this");
   }
@@ -138,50 +125,17 @@ class Draughtsman {
 
 // ---- In the waiting process
 
-int failBySignal(const ExportJob& job, int signal) {
-  if (signal == SIGKILL) {
-    return fail(kExitLimit, "cannot draw '" + job.model +
-                                "': the system stopped it, likely for want of memory; free some "
-                                "or draw a part of it");
-  }
-  return fail(kExitInput, "cannot read '" + job.model + "': it brings its reader down (" +
-                              strsignal(signal) + "); mend it or save it in another format");
-}
-
-// What to end with when the working process did not make the drawing.
-int failAsEnded(const ExportJob& job, const ExportOptions& options, const GuardedEnd& end) {
-  switch (end.how) {
-    case GuardedEnd::How::kReturned:
-      // The worker has said why.
-      return end.number;
-    case GuardedEnd::How::kSignal:
-      return failBySignal(job, end.number);
-    case GuardedEnd::How::kOutOfTime:
-      return fail(kExitLimit, "cannot draw '" + job.model + "': it takes longer than the " +
-                                  std::to_string(options.time.count() / 1000) +
-                                  " s that --max-time allows; raise that or draw a part of it");
-    case GuardedEnd::How::kNotStarted:
-      return fail(kExitLimit, "cannot draw '" + job.model +
-                                  "': no process can be started for it (" + strerror(end.number) +
-                                  "); end other programs");
-    case GuardedEnd::How::kAskedToEnd:
-      // The request is pending, and ends this process once the work file is removed.
-      return kExitInternal;
-  }
-  return kExitInternal;
-}
-
 double secondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
 void say(const ExportJob& job, const std::string& line) {
   std::FILE* stream = job.drawing == "-" ? stderr : stdout;
-  std::fprintf(stream, "%s\n", line.c_str());
+  std::fprintf(stream, "%s\n", printable(line).c_str());
   std::fflush(stream);
 }
 
-int draw(const ExportJob& job, const ExportOptions& options) {
+int draw(const LimitedWork& work, const ExportJob& job, const ExportOptions& options) {
   const Clock::time_point start = Clock::now();
   std::error_code ignored;
   if (std::filesystem::equivalent(job.model, job.drawing, ignored)) {
@@ -192,12 +146,10 @@ int draw(const ExportJob& job, const ExportOptions& options) {
   Destination destination(job.drawing, options.existing);
   SharedValue<DrawingReport> report;
   // The readers are many, and some do not stand what broken files hold.
-  const auto work = [&] {
-    return reporting(job, options,
-                     [&] { return Draughtsman(job, options, destination, *report).Draw(); });
-  };
-  const GuardedEnd end = runGuarded(work, {memoryFor(job, options), options.time});
-  if (!end.Returned(kExitDone)) return failAsEnded(job, options, end);
+  const int code = work.Run([&] {
+    return reporting(work, [&] { return Draughtsman(job, options, destination, *report).Draw(); });
+  });
+  if (code != kExitDone) return code;
   destination.Deliver();
   if (report->isTold) {
     say(job, summaryOf(job.drawing, report->content, report->counts, secondsSince(start)));
@@ -208,5 +160,6 @@ int draw(const ExportJob& job, const ExportOptions& options) {
 }  // namespace
 
 int runExportJob(const ExportJob& job, const ExportOptions& options) {
-  return reporting(job, options, [&] { return draw(job, options); });
+  const LimitedWork work("draw", job.model, options.limits);
+  return reporting(work, [&] { return draw(work, job, options); });
 }

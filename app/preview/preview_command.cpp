@@ -1,26 +1,21 @@
 #include "app/preview/preview_command.h"
 
-#include <chrono>
-#include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <new>
 #include <optional>
 
 #include "app/destination.h"
 #include "app/failure.h"
-#include "app/file_memory.h"
-#include "app/guarded_run.h"
 #include "app/preview/dxf_reader.h"
 #include "app/preview/text_decoding.h"
+#include "app/printable.h"
 
 namespace {
 
-// More than any drawing takes that is not refused for its size.
-constexpr std::chrono::minutes kTime{10};
-
-void say(const std::string& sentence) { std::fprintf(stderr, "dxf2d: %s\n", sentence.c_str()); }
+void say(const std::string& sentence) {
+  std::fprintf(stderr, "dxf2d: %s\n", printable(sentence).c_str());
+}
 
 // The sentence for what no picture can be made with; empty when all is well.
 std::string complaint(const PreviewOptions& options) {
@@ -56,7 +51,7 @@ void noteLeftOut(const PreviewOptions& options, const Picture& picture) {
 
 // Runs `step`, which returns an exit code, and makes of what it throws a sentence and a code.
 template <typename Step>
-int reporting(const PreviewOptions& options, Step step) {
+int reporting(const LimitedWork& work, Step step) {
   try {
     return step();
   } catch (const OutputError& error) {
@@ -66,9 +61,7 @@ int reporting(const PreviewOptions& options, Step step) {
   } catch (const LimitError& error) {
     return fail(kExitLimit, error.what());
   } catch (const std::bad_alloc&) {
-    return fail(kExitLimit, "'" + options.drawing +
-                                "' needs more memory than there is; preview a part of it or make "
-                                "a smaller picture");
+    return work.FailForMemory();
   } catch (const std::exception& error) {
     return fail(kExitInternal, std::string(error.what()) + "; please report this");
   }
@@ -90,43 +83,14 @@ int drawInto(OutputFile& file, const PreviewOptions& options) {
   return kExitDone;
 }
 
-// What to end with when the working process did not make the picture.
-int failAsEnded(const PreviewOptions& options, const GuardedEnd& end) {
-  const std::string start = "cannot preview '" + options.drawing + "': ";
-  switch (end.how) {
-    case GuardedEnd::How::kReturned:
-      // The worker has said why.
-      return end.number;
-    case GuardedEnd::How::kSignal:
-      return end.number == SIGKILL
-                 ? fail(kExitLimit, start +
-                                        "the system stopped it, likely for want of memory; "
-                                        "free some or make a smaller picture")
-                 : fail(kExitInternal,
-                        start + "it ends by " + strsignal(end.number) + "; please report this");
-    case GuardedEnd::How::kOutOfTime:
-      return fail(kExitLimit, start + "it takes longer than " + std::to_string(kTime.count()) +
-                                  " minutes; preview a part of it");
-    case GuardedEnd::How::kNotStarted:
-      return fail(kExitLimit, start + "no process can be started for it (" + strerror(end.number) +
-                                  "); end other programs");
-    case GuardedEnd::How::kAskedToEnd:
-      // The request is pending, and ends this process once the work file is removed.
-      return kExitInternal;
-  }
-  return kExitInternal;
-}
-
-int preview(const PreviewOptions& options) {
+int preview(const LimitedWork& work, const PreviewOptions& options) {
   const std::string wrong = complaint(options);
   if (!wrong.empty()) return fail(kExitUsage, wrong);
   // Before the reading, which may take long: a picture that cannot be written is refused at once.
   Destination destination(options.picture, options.existing);
-  const auto work = [&] {
-    return reporting(options, [&] { return drawInto(destination.Work(), options); });
-  };
-  const GuardedEnd end = runGuarded(work, {memoryForFile(options.drawing), kTime});
-  if (!end.Returned(kExitDone)) return failAsEnded(options, end);
+  const int code = work.Run(
+      [&] { return reporting(work, [&] { return drawInto(destination.Work(), options); }); });
+  if (code != kExitDone) return code;
   destination.Deliver();
   return kExitDone;
 }
@@ -134,5 +98,6 @@ int preview(const PreviewOptions& options) {
 }  // namespace
 
 int runPreview(const PreviewOptions& options) {
-  return reporting(options, [&] { return preview(options); });
+  const LimitedWork work("preview", options.drawing, options.limits);
+  return reporting(work, [&] { return preview(work, options); });
 }

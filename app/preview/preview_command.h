@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "app/limited_work.h"
 #include "app/output_file.h"
 #include "app/preview/picture.h"
 
@@ -16,6 +17,7 @@ struct PreviewOptions {
   // Code page of the drawing's texts, as isTextCodePage takes it.
   unsigned codePage = 1252;
   Existing existing = Existing::kKeep;
+  WorkLimits limits{};
 };
 
 // Reads the drawing and writes the picture. Returns an ExitCode; unless that is kExitDone, one

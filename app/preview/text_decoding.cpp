@@ -67,16 +67,20 @@ std::u32string decodeBytes(std::string_view bytes, unsigned codePage) {
   std::u32string text(input.size(), U'\0');
   char* out = reinterpret_cast<char*>(text.data());
   std::size_t outLeft = text.size() * sizeof(char32_t);
+  // The Hebrew and the Vietnamese page hold a letter back until they see whether a mark follows.
+  const auto releaseLetter = [&] { iconv(conversion.get(), nullptr, nullptr, &out, &outLeft); };
   while (inLeft > 0) {
     if (iconv(conversion.get(), &in, &inLeft, &out, &outLeft) != static_cast<std::size_t>(-1))
       break;
     if (inLeft == 0 || outLeft < sizeof(char32_t) || errno == E2BIG) break;
+    releaseLetter();
     *reinterpret_cast<char32_t*>(out) = kReplacement;
     out += sizeof(char32_t);
     outLeft -= sizeof(char32_t);
     ++in;
     --inLeft;
   }
+  releaseLetter();
   text.resize(text.size() - outLeft / sizeof(char32_t));
   return text;
 }
