@@ -16,28 +16,22 @@ namespace {
 // Whether the runs are as the header says; `pointCount` points exist.
 bool areAscendingStrips(const std::vector<int>& indices, std::size_t pointCount) {
   int last = -1;
-  int first = -1;
-  std::size_t length = 0;
-  bool isClosed = false;
-  for (const int index : indices) {
-    if (index > last && !isClosed) {
-      first = length == 0 ? index : first;
-      last = index;
-      ++length;
-    } else if (index >= 0) {
-      isClosed = !isClosed && length >= 3 && index == first;
-      if (!isClosed) {
-        return false;
-      }
-    } else {
-      if (length < 2 || (index != kLineStripCode && index != kSegmentCode)) {
-        return false;
-      }
-      length = 0;
-      isClosed = false;
+  for (std::size_t begin = 0; begin < indices.size();) {
+    std::size_t end = begin;
+    while (end < indices.size() && indices[end] > last) {
+      last = indices[end++];
     }
+    const std::size_t length = end - begin;
+    if (length >= 3 && end < indices.size() && indices[end] == indices[begin]) {
+      ++end;
+    }
+    if (length < 2 || end == indices.size() ||
+        (indices[end] != kLineStripCode && indices[end] != kSegmentCode)) {
+      return false;
+    }
+    begin = end + 1;
   }
-  return length == 0 && last >= 0 && static_cast<std::size_t>(last) < pointCount;
+  return last >= 0 && static_cast<std::size_t>(last) < pointCount;
 }
 
 // Tells whether hashes are all different, in open addressing over what the slot leaves of a hash.
@@ -82,13 +76,13 @@ bool arePlacesDistinct(const PlacedCoords& placed, DistinctHashes& hashes) {
   std::array<std::uint64_t, kBatch> batch;
   const std::size_t count = placed.Count();
   hashes.Reset(count);
-  // Stays zero as long as every coordinate is finite.
+  // Stays zero as long as every coordinate is finite, and no sum of three is too large.
   double zero = 0.0;
   for (std::size_t begin = 0; begin < count; begin += kBatch) {
     const std::size_t size = std::min(kBatch, count - begin);
     for (std::size_t i = 0; i < size; ++i) {
       const KtPoint3 point = placed.At(begin + i);
-      zero += (point.Get0() * 0.0 + point.Get1() * 0.0) + point.Get2() * 0.0;
+      zero += (point.Get0() + point.Get1() + point.Get2()) * 0.0;
       batch[i] = PointIndex::Hash(point.Get0(), point.Get1());
       hashes.Prefetch(batch[i]);
     }

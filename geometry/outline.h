@@ -1,6 +1,7 @@
 // Reduces geometry to the edges that a plan of it shows.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -42,11 +43,16 @@ bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices);
 struct PlacedCoords {
   const std::vector<double>& coords;
   const KtMatrix& transform;
+  // As most sets are: they belong to the object that they stand in.
+  bool isInPlace = std::equal(transform.Data(), transform.Data() + 16, KtMatrix().Data());
 
   std::size_t Count() const { return coords.size() / 3; }
+  // In place, -0 stays what it is, which the product with an identity would not leave it.
   KtPoint3 At(std::size_t i) const {
     KtPoint3 point(coords[3 * i], coords[3 * i + 1], coords[3 * i + 2]);
-    point.Mult(transform);
+    if (!isInPlace) {
+      point.Mult(transform);
+    }
     return point;
   }
 };
