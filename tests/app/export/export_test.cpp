@@ -215,6 +215,18 @@ TEST_F(Dxf2d, TheLocaleDoesNotReachTheBytes) {
   EXPECT_EQ(Read(Path("c.dxf")), Read(Path("de.dxf")));
 }
 
+TEST_F(Dxf2d, TheSurroundingsDoNotReachTheBytes) {
+  const std::string model = Write("house.obj", kTriangle);
+  ASSERT_EQ(Run("export --labels name " + model + " -o " + Path("here.dxf")), kExitDone);
+  ASSERT_EQ(Run("export --labels name " + model + " -o " + Path("there.dxf"),
+                "cd /; umask 077; TZ=Asia/Tokyo USER=other HOME=/nowhere LANG=tr_TR.UTF-8 "
+                "LC_ALL= LANGUAGE=de"),
+            kExitDone);
+  ASSERT_EQ(Run("export --labels name house.obj -o inside.dxf", "cd " + Path("") + ";"), kExitDone);
+  EXPECT_EQ(Read(Path("here.dxf")), Read(Path("there.dxf")));
+  EXPECT_EQ(Read(Path("here.dxf")), Read(Path("inside.dxf")));
+}
+
 TEST_F(Dxf2d, AModelThatIsTurnedRightWayUpTwoWaysIsTheSame) {
   const std::string model = Write("house.obj", kTriangle);
   ASSERT_EQ(Run("export " + model + " -o " + Path("auto.dxf")), kExitDone);
