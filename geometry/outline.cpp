@@ -98,13 +98,26 @@ bool finishOutline(std::vector<KtPoint3>& points, std::vector<int>& indices,
   return true;
 }
 
+// Stage 2, with no copy of a list that is made of polygons already. The explicit edges are in
+// `runs`.
+const std::vector<int>& expandedPolygons(const std::vector<int>& indices, std::size_t pointCount,
+                                         SegmentRuns segmentRuns, ExpandedRuns& runs) {
+  if (isPolygonList(indices)) {
+    runs.polygons.clear();
+    runs.edges.clear();
+    return indices;
+  }
+  expandRuns(indices, pointCount, segmentRuns, runs);
+  return runs.polygons;
+}
+
 // Stages 2 to 7 of a face set whose points are welded.
 bool outlineFaces(std::vector<KtPoint3>& points, std::vector<int>& indices, bool reverseOrientation,
                   bool closedSurface, OutlineScratch& scratch) {
-  expandRuns(indices, points.size(), SegmentRuns::kExactlyTwo, scratch.runs);
-  scratch.table.Build(scratch.runs.polygons, points.size());
-  const PolygonSet set{points, scratch.runs.polygons, scratch.table.PolygonStarts(),
-                       reverseOrientation};
+  const std::vector<int>& polygons =
+      expandedPolygons(indices, points.size(), SegmentRuns::kExactlyTwo, scratch.runs);
+  scratch.table.Build(polygons, points.size());
+  const PolygonSet set{points, polygons, scratch.table.PolygonStarts(), reverseOrientation};
   findFacings(set, scratch.facings);
   scratch.edges.clear();
   scratch.table.ForEachEdge([&](const Edge& edge, std::span<const std::uint64_t> users) {
@@ -121,8 +134,8 @@ bool outlineFaces(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
 // The same of a line set.
 bool outlineLines(std::vector<KtPoint3>& points, std::vector<int>& indices,
                   OutlineScratch& scratch) {
-  expandRuns(indices, points.size(), SegmentRuns::kStrips, scratch.runs);
-  scratch.table.Build(scratch.runs.polygons, points.size());
+  scratch.table.Build(expandedPolygons(indices, points.size(), SegmentRuns::kStrips, scratch.runs),
+                      points.size());
   scratch.edges.clear();
   scratch.table.ForEachEdge([&](const Edge& edge, std::span<const std::uint64_t> users) {
     if (users.size() == 1) {
@@ -141,11 +154,12 @@ bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
   return outlineFaces(points, indices, reverseOrientation, closedSurface, *loan);
 }
 
-bool BuildOutline(const PlacedCoords& placed, std::vector<KtPoint3>& points,
-                  std::vector<int>& indices, bool reverseOrientation, bool closedSurface) {
+bool BuildOutline(const PlacedCoords& placed, const std::vector<int>& indices,
+                  std::vector<KtPoint3>& points, std::vector<int>& outline, bool reverseOrientation,
+                  bool closedSurface) {
   const ScratchLoan loan;
-  weldCoords(placed.coords, placed.transform, points, indices, (*loan).weld);
-  return outlineFaces(points, indices, reverseOrientation, closedSurface, *loan);
+  weldCoords(placed.coords, placed.transform, indices, points, outline, (*loan).weld);
+  return outlineFaces(points, outline, reverseOrientation, closedSurface, *loan);
 }
 
 bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices) {
@@ -154,9 +168,9 @@ bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices) 
   return outlineLines(points, indices, *loan);
 }
 
-bool BuildLineOutline(const PlacedCoords& placed, std::vector<KtPoint3>& points,
-                      std::vector<int>& indices) {
+bool BuildLineOutline(const PlacedCoords& placed, const std::vector<int>& indices,
+                      std::vector<KtPoint3>& points, std::vector<int>& outline) {
   const ScratchLoan loan;
-  weldCoords(placed.coords, placed.transform, points, indices, (*loan).weld);
-  return outlineLines(points, indices, *loan);
+  weldCoords(placed.coords, placed.transform, indices, points, outline, (*loan).weld);
+  return outlineLines(points, outline, *loan);
 }

@@ -57,8 +57,11 @@ struct PlacedCoords {
   }
 };
 
-// The same outlines of points that are not made one by one first; `points` receives them.
-bool BuildOutline(const PlacedCoords& placed, std::vector<KtPoint3>& points,
-                  std::vector<int>& indices, bool reverseOrientation, bool closedSurface);
-bool BuildLineOutline(const PlacedCoords& placed, std::vector<KtPoint3>& points,
-                      std::vector<int>& indices);
+// The same outlines of points that are not made one by one first, and of `indices` that stay as
+// they are: `points` and `outline` receive what the functions above leave in their arguments
+// (`outline` may be `indices` itself).
+bool BuildOutline(const PlacedCoords& placed, const std::vector<int>& indices,
+                  std::vector<KtPoint3>& points, std::vector<int>& outline, bool reverseOrientation,
+                  bool closedSurface);
+bool BuildLineOutline(const PlacedCoords& placed, const std::vector<int>& indices,
+                      std::vector<KtPoint3>& points, std::vector<int>& outline);

@@ -89,11 +89,11 @@ bool drawSet(const std::vector<double>& coords, const std::vector<int>& indices,
   return draw(*session.writer, node, PlacedCoords{coords, transform});
 }
 
-// Draws what `buildOutline(points, outline)` makes of the runs in `outline`.
+// Draws what `buildOutline(points, outline)` makes.
 template <class BuildOutlineOf>
-bool drawOutline(DxfWriter& writer, BlockNode& node, std::vector<int> outline,
-                 BuildOutlineOf buildOutline) {
+bool drawOutline(DxfWriter& writer, BlockNode& node, BuildOutlineOf buildOutline) {
   std::vector<KtPoint3> points;
+  std::vector<int> outline;
   if (!buildOutline(points, outline)) {
     return true;
   }
@@ -105,8 +105,8 @@ bool drawOutline(DxfWriter& writer, BlockNode& node, std::vector<int> outline,
 bool faceSetCallback(const std::vector<double>& coords, const std::vector<int>& indices,
                      bool reverseOrientation, bool closedSurface) {
   const auto draw = [&](DxfWriter& writer, BlockNode& node, const PlacedCoords& placed) {
-    return drawOutline(writer, node, indices, [&](auto& points, auto& outline) {
-      return BuildOutline(placed, points, outline, reverseOrientation, closedSurface);
+    return drawOutline(writer, node, [&](auto& points, auto& outline) {
+      return BuildOutline(placed, indices, points, outline, reverseOrientation, closedSurface);
     });
   };
   return drawSet(coords, indices, draw);
@@ -117,8 +117,8 @@ bool DXF2dLineGeometry(const std::vector<double>& coords, const std::vector<int>
     if (areGivenChains(placed, indices)) {
       return writeBlock(writer, node, indices, [&](std::size_t i) { return placed.At(i); });
     }
-    return drawOutline(writer, node, indices, [&](auto& points, auto& outline) {
-      return BuildLineOutline(placed, points, outline);
+    return drawOutline(writer, node, [&](auto& points, auto& outline) {
+      return BuildLineOutline(placed, indices, points, outline);
     });
   };
   return drawSet(coords, indices, draw);

@@ -4,8 +4,12 @@
 #include <cstddef>
 
 #include "geometry/index_codes.h"
+#include "platform/large_memory.h"
 
 namespace {
+
+// Entries that a polygon has at least.
+constexpr std::size_t kLeastPolygon = 3;
 
 // Expands one list; positions are positions in it.
 class RunExpander {
@@ -18,7 +22,7 @@ class RunExpander {
     const std::size_t length = end - begin;
     switch (indices_[end]) {
       case kPolygonCode:
-        if (length >= 3) {
+        if (length >= kLeastPolygon) {
           addPolygon(begin, end);
         }
         break;
@@ -86,15 +90,10 @@ class RunExpander {
   ExpandedRuns& runs_;
 };
 
-}  // namespace
-
-void expandRuns(const std::vector<int>& indices, std::size_t pointCount, SegmentRuns segmentRuns,
-                ExpandedRuns& runs) {
-  runs.polygons.clear();
-  runs.edges.clear();
-  // Enough for polygons and triangles, which are nearly all there is.
-  runs.polygons.reserve(indices.size());
-  RunExpander expander(indices, pointCount, runs);
+// Calls visit(begin, end) for each run [begin, end), whose code is at `end`, until it answers
+// false.
+template <class Visit>
+void forEachRun(const std::vector<int>& indices, Visit visit) {
   std::size_t begin = 0;
   std::size_t cursor = 0;
   while (cursor < indices.size()) {
@@ -102,10 +101,37 @@ void expandRuns(const std::vector<int>& indices, std::size_t pointCount, Segment
       ++cursor;
       continue;
     }
-    expander.Expand(begin, cursor, segmentRuns);
+    if (!visit(begin, cursor)) {
+      return;
+    }
     begin = cursor + 1;
     // Deliberately three and not one: every run is taken to have two entries at least, so the two
     // after a code are never looked at as codes.
     cursor += 3;
   }
+}
+
+}  // namespace
+
+void expandRuns(const std::vector<int>& indices, std::size_t pointCount, SegmentRuns segmentRuns,
+                ExpandedRuns& runs) {
+  runs.polygons.clear();
+  runs.edges.clear();
+  // Enough for polygons and triangles, which are nearly all there is.
+  ReserveLarge(runs.polygons, indices.size());
+  RunExpander expander(indices, pointCount, runs);
+  forEachRun(indices, [&](std::size_t begin, std::size_t end) {
+    expander.Expand(begin, end, segmentRuns);
+    return true;
+  });
+}
+
+bool isPolygonList(const std::vector<int>& indices) {
+  std::size_t next = 0;
+  forEachRun(indices, [&](std::size_t begin, std::size_t end) {
+    const bool counts = indices[end] == kPolygonCode && end - begin >= kLeastPolygon;
+    next = counts ? end + 1 : next;
+    return counts;
+  });
+  return next == indices.size();
 }

@@ -26,3 +26,6 @@ enum class SegmentRuns { kExactlyTwo, kStrips };
 // exist; explicit edges to anything else are left out.
 void expandRuns(const std::vector<int>& indices, std::size_t pointCount, SegmentRuns segmentRuns,
                 ExpandedRuns& runs);
+
+// Whether the list is made of polygons that count, to its end: expanding it would copy it.
+bool isPolygonList(const std::vector<int>& indices);

@@ -47,14 +47,12 @@ void weld(std::size_t count, PointAt pointAt, Keep keep, const std::vector<KtPoi
   }
 }
 
-void renumber(std::vector<int>& indices, const WeldScratch& scratch) {
-  const auto& newIndex = scratch.newIndex;
-  for (int& index : indices) {
-    if (index >= 0) {
-      const auto old = static_cast<std::size_t>(index);
-      index = old < newIndex.size() ? static_cast<int>(newIndex[old]) : kNoPoint;
-    }
+int renumbered(int index, const WeldScratch& scratch) {
+  if (index < 0) {
+    return index;
   }
+  const auto old = static_cast<std::size_t>(index);
+  return old < scratch.newIndex.size() ? static_cast<int>(scratch.newIndex[old]) : kNoPoint;
 }
 
 }  // namespace
@@ -66,19 +64,30 @@ void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldSc
       points.size(), [&](std::size_t i) { return points[i]; },
       [&](const KtPoint3& point) { points[kept++] = point; }, points, scratch);
   points.resize(kept);
-  renumber(indices, scratch);
+  std::transform(indices.begin(), indices.end(), indices.begin(),
+                 [&](int index) { return renumbered(index, scratch); });
 }
 
 void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
-                std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch) {
-  points.clear();
+                const std::vector<int>& indices, std::vector<KtPoint3>& points,
+                std::vector<int>& welded, WeldScratch& scratch) {
+  const std::size_t count = coords.size() / 3;
   const auto pointAt = [&](std::size_t i) {
     KtPoint3 point(coords[3 * i], coords[3 * i + 1], coords[3 * i + 2]);
     point.Mult(transform);
     return point;
   };
-  weld(
-      coords.size() / 3, pointAt, [&](const KtPoint3& point) { points.push_back(point); }, points,
-      scratch);
-  renumber(indices, scratch);
+  const auto keep = [&](const KtPoint3& point) {
+    if (points.size() == points.capacity()) {
+      // Most sets of triangles that share nothing come to less than a quarter.
+      ReserveLarge(points, std::max(count / 4 + 1, points.size() * 2));
+    }
+    points.push_back(point);
+  };
+  points.clear();
+  weld(count, pointAt, keep, points, scratch);
+  ReserveLarge(welded, indices.size());
+  welded.resize(indices.size());
+  std::transform(indices.begin(), indices.end(), welded.begin(),
+                 [&](int index) { return renumbered(index, scratch); });
 }

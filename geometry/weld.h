@@ -28,8 +28,9 @@ inline constexpr int kNoPoint = 0x7fffffff;
 void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch);
 
 // The same for points that are still `coords`, x, y, z triples (a remainder is ignored), to be
-// multiplied by `transform`: what is kept goes to `points`, replacing what they held. A set of
-// triangles that share nothing has six times the points that are kept, so making them all first
-// would be most of the memory that an outline takes.
+// multiplied by `transform`: what is kept goes to `points`, and `indices` as they name it go to
+// `welded`, replacing what the two held. A set of triangles that share nothing has six times the
+// points that are kept, so making them all first would be most of the memory that an outline takes.
 void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
-                std::vector<KtPoint3>& points, std::vector<int>& indices, WeldScratch& scratch);
+                const std::vector<int>& indices, std::vector<KtPoint3>& points,
+                std::vector<int>& welded, WeldScratch& scratch);

@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <iterator>
 #include <memory>
 #include <new>
+#include <utility>
+#include <vector>
 
 #include "platform/export.h"
 
@@ -13,8 +16,8 @@ inline constexpr std::size_t kLargeBytes = std::size_t{4} << 20U;
 // What large memory is aligned to, and best a multiple of: the size of a huge page.
 inline constexpr std::size_t kHugePage = std::size_t{2} << 20U;
 
-// Asks for `memory`, `bytes` of it not yet touched, in huge pages. A system without them says no,
-// and the memory serves as it is.
+// Asks for `memory`, `bytes` of it not yet touched, in huge pages, as far as it holds whole pages.
+// A system without them says no, and the memory serves as it is.
 KT_PLATFORM_API void AdviseHugePages(void* memory, std::size_t bytes) noexcept;
 
 // For containers that may grow large.
@@ -50,3 +53,19 @@ struct LargeAllocator : std::allocator<T> {
 
   friend bool operator==(const LargeAllocator&, const LargeAllocator&) { return true; }
 };
+
+// Makes room for `count` elements in a list of the ordinary kind, as interfaces want it.
+template <class T>
+void ReserveLarge(std::vector<T>& list, std::size_t count) {
+  if (count <= list.capacity()) {
+    return;
+  }
+  std::vector<T> larger;
+  larger.reserve(count);
+  if (larger.capacity() >= kLargeBytes / sizeof(T)) {
+    AdviseHugePages(larger.data(), larger.capacity() * sizeof(T));
+  }
+  larger.insert(larger.end(), std::make_move_iterator(list.begin()),
+                std::make_move_iterator(list.end()));
+  list.swap(larger);
+}

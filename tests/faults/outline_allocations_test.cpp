@@ -23,8 +23,8 @@ struct SweptOutline {
     points.shrink_to_fit();
     chains = given;
     const PlacedCoords placed{coords, transform};
-    return lines ? BuildLineOutline(placed, points, chains)
-                 : BuildOutline(placed, points, chains, false, true);
+    return lines ? BuildLineOutline(placed, given, points, chains)
+                 : BuildOutline(placed, given, points, chains, false, true);
   }
 
   void ExpectRight() const {

@@ -73,8 +73,8 @@ LineSet nearlyGiven(Random& random) {
 testing::AssertionResult isItsOutline(const LineSet& set, const KtMatrix& matrix) {
   const PlacedCoords placed{set.coords, matrix};
   std::vector<KtPoint3> points;
-  std::vector<int> chains = set.indices;
-  if (!BuildLineOutline(placed, points, chains)) {
+  std::vector<int> chains;
+  if (!BuildLineOutline(placed, set.indices, points, chains)) {
     return testing::AssertionFailure() << "nothing is drawn";
   }
   std::vector<int> runs = set.indices;

@@ -4,6 +4,8 @@
 
 #include <vector>
 
+#include "tests/geometry/random_sets.h"
+
 namespace {
 
 using Indices = std::vector<int>;
@@ -118,4 +120,47 @@ TEST(ExpandRuns, WhatTheRunsHeldBeforeIsReplaced) {
   expandRuns({}, kPoints, SegmentRuns::kExactlyTwo, runs);
   EXPECT_TRUE(runs.polygons.empty());
   EXPECT_TRUE(runs.edges.empty());
+}
+
+TEST(IsPolygonList, ListOfPolygonsIsOne) {
+  EXPECT_TRUE(isPolygonList({0, 1, 2, -7, 3, 4, 5, 6, -7}));
+  EXPECT_TRUE(isPolygonList({}));
+}
+
+TEST(IsPolygonList, OtherRunsAndShortPolygonsMakeItNone) {
+  EXPECT_FALSE(isPolygonList({0, 1, 2, -7, 3, 4, 5, -5}));
+  EXPECT_FALSE(isPolygonList({0, 1, -7}));
+  EXPECT_FALSE(isPolygonList({0, 1, 2, -7, 3, 4, -2}));
+  EXPECT_FALSE(isPolygonList({0, 1, 2, -5, 3, 4, 5, -7}));
+}
+
+TEST(IsPolygonList, WhatFollowsTheLastRunMakesItNone) {
+  EXPECT_FALSE(isPolygonList({0, 1, 2, -7, 3, 4}));
+  EXPECT_FALSE(isPolygonList({0, 1, 2, -7, -7}));
+  EXPECT_FALSE(isPolygonList({0, 1, 2}));
+}
+
+TEST(IsPolygonList, CodeRightAfterACodeIsNotLookedAt) {
+  EXPECT_TRUE(isPolygonList({0, 1, 2, -7, -6, 4, 5, -7}));
+}
+
+TEST(IsPolygonList, ExpandingAPolygonListCopiesIt) {
+  Random random(1);
+  int lists = 0;
+  for (int i = 0; i < 100000; ++i) {
+    Indices indices;
+    for (std::uint64_t length = below(random, 14); length > 0; --length) {
+      indices.push_back(static_cast<int>(below(random, 5)) == 0 ? -6
+                        : below(random, 3) == 0                 ? -7
+                                                : static_cast<int>(below(random, kPoints)));
+    }
+    if (!isPolygonList(indices)) {
+      continue;
+    }
+    ++lists;
+    const ExpandedRuns runs = expand(indices);
+    EXPECT_TRUE(runs.edges.empty());
+    ASSERT_EQ(runs.polygons, indices);
+  }
+  EXPECT_GT(lists, 1000);
 }

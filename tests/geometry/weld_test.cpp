@@ -6,6 +6,8 @@
 #include <limits>
 #include <vector>
 
+#include "tests/geometry/random_sets.h"
+
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -97,4 +99,61 @@ TEST(WeldPoints, ScratchOfALargerSetDoesNotShow) {
   weldPoints(points, indices, scratch);
   EXPECT_EQ(points.size(), 2U);
   EXPECT_EQ(indices, (std::vector<int>{0, 1, 0, kNoPoint, -6}));
+}
+
+namespace {
+
+// Points of a grid of `side` a side, more and more of them repeated the smaller it is.
+std::vector<double> gridCoords(Random& random, std::uint64_t side, std::size_t count) {
+  std::vector<double> coords;
+  for (std::size_t i = 0; i < 3 * count; ++i) {
+    coords.push_back(below(random, 1000) == 0 ? kNan : static_cast<double>(below(random, side)));
+  }
+  return coords;
+}
+
+// The points of `coords` one by one.
+std::vector<KtPoint3> transformed(const std::vector<double>& coords, const KtMatrix& transform) {
+  std::vector<KtPoint3> points;
+  for (std::size_t i = 0; i + 2 < coords.size(); i += 3) {
+    points.emplace_back(coords[i], coords[i + 1], coords[i + 2]);
+    points.back().Mult(transform);
+  }
+  return points;
+}
+
+}  // namespace
+
+TEST(WeldCoords, WeldsTheTransformedPoints) {
+  Random random(1);
+  KtMatrix transform;
+  transform.Rotate(0, 0, 1, 0.5);
+  transform.SetTranslation(3, -4, 5);
+  for (const std::uint64_t side : {1U, 3U, 8U, 30U, 100000U}) {
+    const std::vector<double> coords = gridCoords(random, side, 5000);
+    std::vector<int> indices;
+    for (int i = 0; i < 5100; ++i) {
+      indices.push_back(static_cast<int>(below(random, 5010)) - 5);
+    }
+    std::vector<KtPoint3> expectedPoints = transformed(coords, transform);
+    std::vector<int> expected = indices;
+    weld(expectedPoints, expected);
+    WeldScratch scratch;
+    std::vector<KtPoint3> points = {{1, 2, 3}};
+    std::vector<int> welded = {7};
+    weldCoords(coords, transform, indices, points, welded, scratch);
+    EXPECT_EQ(points, expectedPoints) << "grid of " << side;
+    EXPECT_EQ(welded, expected) << "grid of " << side;
+    weldCoords(coords, transform, indices, points, indices, scratch);
+    EXPECT_EQ(indices, expected) << "in place, grid of " << side;
+  }
+}
+
+TEST(WeldCoords, RemainderOfCoordinatesIsIgnored) {
+  WeldScratch scratch;
+  std::vector<KtPoint3> points;
+  std::vector<int> welded;
+  weldCoords({1, 2, 3, 4, 5, 6, 7}, KtMatrix(), {0, 1, 2, -6}, points, welded, scratch);
+  EXPECT_EQ(points, (std::vector<KtPoint3>{{1, 2, 3}, {4, 5, 6}}));
+  EXPECT_EQ(welded, (std::vector<int>{0, 1, kNoPoint, -6}));
 }

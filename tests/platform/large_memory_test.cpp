@@ -29,4 +29,29 @@ TEST(LargeAllocator, TooMuchIsBadAlloc) {
                std::bad_alloc);
 }
 
+TEST(ReserveLarge, KeepsWhatTheListHolds) {
+  std::vector<int> numbers(1000);
+  std::iota(numbers.begin(), numbers.end(), 0);
+  const std::vector<int> before = numbers;
+  constexpr std::size_t kRoom = 2 * kLargeBytes / sizeof(int);
+  ReserveLarge(numbers, kRoom);
+  EXPECT_EQ(numbers, before);
+  EXPECT_GE(numbers.capacity(), kRoom);
+}
+
+TEST(ReserveLarge, LeavesAListThatHasTheRoomWhereItIs) {
+  std::vector<int> numbers(1000);
+  const int* const place = numbers.data();
+  ReserveLarge(numbers, 1000);
+  ReserveLarge(numbers, 1);
+  EXPECT_EQ(numbers.data(), place);
+}
+
+TEST(AdviseHugePages, TakesMemoryThatIsNoWholePage) {
+  std::vector<char> bytes(100);
+  AdviseHugePages(bytes.data() + 1, 98);
+  AdviseHugePages(bytes.data(), 0);
+  EXPECT_EQ(bytes, std::vector<char>(100));
+}
+
 }  // namespace
