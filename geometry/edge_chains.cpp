@@ -1,30 +1,52 @@
 #include "geometry/edge_chains.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "geometry/index_codes.h"
 
 namespace {
 
-// The number of the first point met at the place in plan of point `index`.
-std::uint32_t planPointOf(const std::vector<KtPoint3>& points, int index, ChainScratch& scratch) {
-  std::uint32_t& place = scratch.planPoint[static_cast<std::size_t>(index)];
-  if (place == PointIndex::kNone) {
-    const KtPoint3& point = points[static_cast<std::size_t>(index)];
-    place = scratch.table.FindOrKeep(PointIndex::Hash(point.Get0(), point.Get1()),
-                                     static_cast<std::uint32_t>(index),
-                                     [&](std::uint32_t other) { return points[other] == point; });
+// Gathers the points that edges have in `corners` and gives each, by point, the place in that list
+// of the first corner at the same place in plan.
+void findPlanCorners(const std::vector<KtPoint3>& points, const std::vector<Edge>& edges,
+                     ChainScratch& scratch) {
+  auto& corners = scratch.corners;
+  auto& planCorner = scratch.planCorner;
+  planCorner.assign(points.size(), PointIndex::kNone);
+  corners.clear();
+  for (const Edge& edge : edges) {
+    for (const int end : {edge.first, edge.second}) {
+      const auto point = static_cast<std::uint32_t>(end);
+      if (planCorner[point] == PointIndex::kNone) {
+        planCorner[point] = static_cast<std::uint32_t>(corners.size());
+        corners.push_back(point);
+      }
+    }
   }
-  return place;
-}
-
-// The segment of an edge as one key, the same from either end.
-std::uint64_t segmentKey(std::uint32_t a, std::uint32_t b) {
-  return static_cast<std::uint64_t>(std::min(a, b)) << 32 | std::max(a, b);
+  scratch.table.Reset(corners.size());
+  // Hashes are made a batch ahead, so that the table's cache lines arrive while others are probed.
+  constexpr std::size_t kBatch = 32;
+  std::array<std::uint64_t, kBatch> hashes;
+  for (std::size_t begin = 0; begin < corners.size(); begin += kBatch) {
+    const std::size_t end = std::min(begin + kBatch, corners.size());
+    for (std::size_t i = begin; i < end; ++i) {
+      const KtPoint3& point = points[corners[i]];
+      hashes[i - begin] = PointIndex::Hash(point.Get0(), point.Get1());
+      scratch.table.Prefetch(hashes[i - begin]);
+    }
+    for (std::size_t i = begin; i < end; ++i) {
+      const KtPoint3& point = points[corners[i]];
+      planCorner[corners[i]] = scratch.table.FindOrKeep(
+          hashes[i - begin], static_cast<std::uint32_t>(i),
+          [&](std::uint32_t other) { return points[corners[other]] == point; });
+    }
+  }
 }
 
 void buildRows(const std::vector<Edge>& edges, std::size_t pointCount, ChainScratch& scratch) {
-  std::vector<ChainScratch::Row>& rows = scratch.rows;
+  auto& rows = scratch.rows;
   rows.assign(pointCount, {0, 0});
   const auto rowOf = [&](int point) -> ChainScratch::Row& {
     return rows[static_cast<std::size_t>(point)];
@@ -50,28 +72,29 @@ void buildRows(const std::vector<Edge>& edges, std::size_t pointCount, ChainScra
 
 void removeCoincident(const std::vector<KtPoint3>& points, std::vector<Edge>& edges,
                       ChainScratch& scratch) {
-  scratch.planPoint.assign(points.size(), PointIndex::kNone);
-  scratch.table.Reset(std::min(points.size(), edges.size() * 2));
-  for (const Edge& edge : edges) {
-    planPointOf(points, edge.first, scratch);
-    planPointOf(points, edge.second, scratch);
-  }
-  const auto keyOf = [&](const Edge& edge) {
-    return segmentKey(scratch.planPoint[static_cast<std::size_t>(edge.first)],
-                      scratch.planPoint[static_cast<std::size_t>(edge.second)]);
+  findPlanCorners(points, edges, scratch);
+  const auto planCornerOf = [&](int point) {
+    return scratch.planCorner[static_cast<std::size_t>(point)];
   };
-  scratch.table.Reset(edges.size());
-  std::uint32_t kept = 0;
-  for (const Edge edge : edges) {
-    const std::uint64_t key = keyOf(edge);
-    if (key >> 32 == (key & 0xffffffffU)) {
-      continue;
+  // The same segment from either end.
+  scratch.segments.Build(scratch.corners.size(), [&](auto visit) {
+    for (std::uint32_t e = 0; e < edges.size(); ++e) {
+      const std::uint32_t a = planCornerOf(edges[e].first);
+      const std::uint32_t b = planCornerOf(edges[e].second);
+      if (a != b) {
+        visit(std::min(a, b), std::max(a, b), e);
+      }
     }
-    const std::uint32_t same =
-        scratch.table.FindOrKeep(PointIndex::Hash(key), kept,
-                                 [&](std::uint32_t other) { return keyOf(edges[other]) == key; });
-    if (same == kept) {
-      edges[kept++] = edge;
+  });
+  scratch.used.assign(edges.size(), 0);
+  scratch.segments.ForEachPair(
+      [&](std::uint32_t /*a*/, std::uint32_t /*b*/, std::span<const std::uint64_t> entries) {
+        scratch.used[tagOf(entries.front())] = 1;
+      });
+  std::size_t kept = 0;
+  for (std::size_t e = 0; e < edges.size(); ++e) {
+    if (scratch.used[e]) {
+      edges[kept++] = edges[e];
     }
   }
   edges.resize(kept);

@@ -6,8 +6,10 @@
 #include <vector>
 
 #include "geometry/edge.h"
+#include "geometry/pair_rows.h"
 #include "geometry/point_index.h"
 #include "ktscene/kt_point3.h"
+#include "platform/large_memory.h"
 
 struct ChainScratch {
   // The edges at one point that may be left to chain, in edge order: ends[next .. end).
@@ -22,14 +24,20 @@ struct ChainScratch {
     int other;
   };
 
+  template <class T>
+  using List = std::vector<T, LargeAllocator<T>>;
+
   PointIndex table;
-  std::vector<std::uint32_t> planPoint;  // by point: the first point at the same place in plan
-  std::vector<Row> rows;                 // by point
-  std::vector<EdgeEnd> ends;             // two of each edge
-  std::vector<char> used;                // by edge
+  List<std::uint32_t> corners;     // the points that edges have
+  List<std::uint32_t> planCorner;  // by point: one corner for each place in plan
+  PairRows segments;
+  List<char> used;     // by edge
+  List<Row> rows;      // by point
+  List<EdgeEnd> ends;  // two of each edge
 
   std::size_t CapacityBytes() const {
-    return table.CapacityBytes() + used.capacity() + planPoint.capacity() * sizeof(std::uint32_t) +
+    return table.CapacityBytes() + segments.CapacityBytes() + used.capacity() +
+           (corners.capacity() + planCorner.capacity()) * sizeof(std::uint32_t) +
            rows.capacity() * sizeof(Row) + ends.capacity() * sizeof(EdgeEnd);
   }
 };

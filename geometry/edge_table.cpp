@@ -1,90 +1,53 @@
 #include "geometry/edge_table.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "geometry/index_codes.h"
+#include "platform/large_memory.h"
 
 namespace {
 
-// Calls visit(smaller, larger, polygon) for every valid edge of every polygon, in list order.
+// Calls visit(smaller, larger, polygon) for every valid edge of every polygon.
 template <class Visit>
-void forEachPolygonEdge(const std::vector<int>& polygons, std::size_t pointCount, Visit visit) {
+void forEachPolygonEdge(std::span<const int> polygons, std::size_t pointCount, Visit visit) {
+  const auto visitEdge = [&](int a, int b, std::uint32_t polygon) {
+    if (a != b && namesPoint(a, pointCount) && namesPoint(b, pointCount)) {
+      visit(static_cast<std::uint32_t>(std::min(a, b)), static_cast<std::uint32_t>(std::max(a, b)),
+            polygon);
+    }
+  };
   std::uint32_t polygon = 0;
-  std::size_t begin = 0;
-  for (std::size_t k = 0; k < polygons.size(); ++k) {
-    if (polygons[k] != kPolygonCode) {
-      continue;
+  // Of the polygon that is gone through; with its code for the last, nothing has come yet.
+  int first = kPolygonCode;
+  int last = kPolygonCode;
+  for (const int entry : polygons) {
+    if (entry == kPolygonCode) {
+      visitEdge(last, first, polygon++);
+      first = kPolygonCode;
+    } else if (first == kPolygonCode) {
+      first = entry;
+    } else {
+      visitEdge(last, entry, polygon);
     }
-    for (std::size_t p = begin; p < k; ++p) {
-      const int a = polygons[p];
-      const int b = polygons[p + 1 < k ? p + 1 : begin];
-      if (a != b && namesPoint(a, pointCount) && namesPoint(b, pointCount)) {
-        visit(std::min(a, b), std::max(a, b), polygon);
-      }
-    }
-    begin = k + 1;
-    ++polygon;
-  }
-}
-
-// Short rows, which nearly all are, sort fastest by insertion.
-void sortEntries(std::span<std::uint64_t> entries) {
-  constexpr std::size_t kShortRow = 24;
-  if (entries.size() > kShortRow) {
-    std::sort(entries.begin(), entries.end());
-    return;
-  }
-  for (std::size_t i = 1; i < entries.size(); ++i) {
-    const std::uint64_t entry = entries[i];
-    std::size_t place = i;
-    for (; place > 0 && entries[place - 1] > entry; --place) {
-      entries[place] = entries[place - 1];
-    }
-    entries[place] = entry;
+    last = entry;
   }
 }
 
 }  // namespace
 
 void EdgeTable::Build(const std::vector<int>& polygons, std::size_t pointCount) {
-  polygonStarts_.clear();
-  polygonStarts_.reserve(
-      static_cast<std::size_t>(std::count(polygons.begin(), polygons.end(), kPolygonCode)));
+  const auto lastCode = std::find(polygons.rbegin(), polygons.rend(), kPolygonCode);
+  const std::span<const int> whole(polygons.data(),
+                                   static_cast<std::size_t>(polygons.rend() - lastCode));
+  starts_.clear();
+  ReserveLarge(starts_,
+               static_cast<std::size_t>(std::count(whole.begin(), whole.end(), kPolygonCode)));
   std::uint32_t begin = 0;
-  for (std::uint32_t k = 0; k < polygons.size(); ++k) {
-    if (polygons[k] == kPolygonCode) {
-      polygonStarts_.push_back(begin);
+  for (std::uint32_t k = 0; k < whole.size(); ++k) {
+    if (whole[k] == kPolygonCode) {
+      starts_.push_back(begin);
       begin = k + 1;
     }
   }
-  // Counted into the row after the next, so that filling, which advances the row after, leaves
-  // every row's start in its own place.
-  rowStart_.assign(pointCount + 2, 0);
-  forEachPolygonEdge(polygons, pointCount, [&](int first, int /*second*/, std::uint32_t /*f*/) {
-    ++rowStart_[static_cast<std::size_t>(first) + 2];
-  });
-  for (std::size_t row = 2; row < rowStart_.size(); ++row) {
-    rowStart_[row] += rowStart_[row - 1];
-  }
-  entries_.resize(rowStart_.back());
-  forEachPolygonEdge(polygons, pointCount, [&](int first, int second, std::uint32_t polygon) {
-    entries_[rowStart_[static_cast<std::size_t>(first) + 1]++] =
-        static_cast<std::uint64_t>(second) << 32 | polygon;
-  });
-  rowStart_.pop_back();
-}
-
-std::span<std::uint64_t> EdgeTable::SortedRow(std::size_t row) {
-  const std::span<std::uint64_t> entries(entries_.data() + rowStart_[row],
-                                         rowStart_[row + 1] - rowStart_[row]);
-  sortEntries(entries);
-  // A polygon that runs along an edge twice uses it once.
-  const auto end = std::unique(entries.begin(), entries.end());
-  return entries.first(static_cast<std::size_t>(end - entries.begin()));
-}
-
-std::size_t EdgeTable::CapacityBytes() const {
-  return (polygonStarts_.capacity() + rowStart_.capacity()) * sizeof(std::uint32_t) +
-         entries_.capacity() * sizeof(std::uint64_t);
+  rows_.Build(pointCount, [&](auto visit) { forEachPolygonEdge(whole, pointCount, visit); });
 }

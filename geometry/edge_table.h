@@ -7,11 +7,8 @@
 #include <vector>
 
 #include "geometry/edge.h"
-#include "platform/large_memory.h"
+#include "geometry/pair_rows.h"
 
-// Buckets of polygon edges by their smaller point, in compressed rows: row i is
-// entries[rowStart[i] .. rowStart[i + 1]), each entry the larger point in the high half and the
-// polygon's number in the low half.
 class EdgeTable {
  public:
   // `polygons` is flat, each polygon closed by -7 (what follows the last -7 is none). An edge of a
@@ -20,33 +17,23 @@ class EdgeTable {
   void Build(const std::vector<int>& polygons, std::size_t pointCount);
 
   // Positions in the polygon list at which polygon f begins.
-  const std::vector<std::uint32_t>& PolygonStarts() const { return polygonStarts_; }
+  const std::vector<std::uint32_t>& PolygonStarts() const { return starts_; }
 
-  // Calls visit(edge, users) for every edge in edge order; `users` are entries whose low half is
-  // the number of a polygon, ascending, each polygon once.
+  // Calls visit(edge, users) for every edge in edge order; the low halves of `users` (tagOf) are
+  // the numbers of its polygons, ascending. A polygon that runs along an edge twice uses it once.
   template <class Visit>
   void ForEachEdge(Visit visit) {
-    for (std::size_t row = 0; row + 1 < rowStart_.size(); ++row) {
-      const std::span<std::uint64_t> entries = SortedRow(row);
-      for (std::size_t begin = 0; begin < entries.size();) {
-        const std::uint64_t second = entries[begin] >> 32;
-        std::size_t end = begin + 1;
-        while (end < entries.size() && entries[end] >> 32 == second) {
-          ++end;
-        }
-        visit(Edge{static_cast<int>(row), static_cast<int>(second)},
-              entries.subspan(begin, end - begin));
-        begin = end;
-      }
-    }
+    rows_.ForEachPair(
+        [&](std::uint32_t first, std::uint32_t second, std::span<const std::uint64_t> users) {
+          visit(Edge{static_cast<int>(first), static_cast<int>(second)}, users);
+        });
   }
 
-  std::size_t CapacityBytes() const;
+  std::size_t CapacityBytes() const {
+    return starts_.capacity() * sizeof(std::uint32_t) + rows_.CapacityBytes();
+  }
 
  private:
-  std::span<std::uint64_t> SortedRow(std::size_t row);
-
-  std::vector<std::uint32_t> polygonStarts_;
-  std::vector<std::uint32_t, LargeAllocator<std::uint32_t>> rowStart_;
-  std::vector<std::uint64_t, LargeAllocator<std::uint64_t>> entries_;
+  std::vector<std::uint32_t> starts_;
+  PairRows rows_;
 };

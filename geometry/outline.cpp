@@ -11,6 +11,7 @@
 #include "geometry/run_expansion.h"
 #include "geometry/silhouette.h"
 #include "geometry/weld.h"
+#include "platform/large_memory.h"
 
 namespace {
 
@@ -60,8 +61,6 @@ class ScratchLoan {
 bool drawsBorder(bool closedSurface) {
   return kBoundaryMode == 2 || (kBoundaryMode == 3 ? closedSurface : !closedSurface);
 }
-
-std::uint32_t polygonOf(std::uint64_t entry) { return static_cast<std::uint32_t>(entry); }
 
 // Adds `explicitEdges` to `edges`, which are in edge order; an edge that stands in both stays once.
 void addExplicitEdges(std::vector<Edge>& edges, const std::vector<Edge>& explicitEdges) {
@@ -124,8 +123,8 @@ bool outlineFaces(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
     // An edge that three or more polygons share is never drawn.
     if ((users.size() == 1 && drawsBorder(closedSurface)) ||
         (users.size() == 2 &&
-         isSilhouette(set, scratch.facings, edge, polygonOf(users[0]), polygonOf(users[1])))) {
-      scratch.edges.push_back(edge);
+         isSilhouette(set, scratch.facings, edge, tagOf(users[0]), tagOf(users[1])))) {
+      AppendLarge(scratch.edges, edge);
     }
   });
   return finishOutline(points, indices, scratch);
@@ -139,7 +138,7 @@ bool outlineLines(std::vector<KtPoint3>& points, std::vector<int>& indices,
   scratch.edges.clear();
   scratch.table.ForEachEdge([&](const Edge& edge, std::span<const std::uint64_t> users) {
     if (users.size() == 1) {
-      scratch.edges.push_back(edge);
+      AppendLarge(scratch.edges, edge);
     }
   });
   return finishOutline(points, indices, scratch);

@@ -14,7 +14,7 @@
 //   1. weld             equal points become the first of them        geometry/weld.h
 //   2. expand           runs become polygons and explicit edges      geometry/run_expansion.h
 //   3. find neighbours  edges with the polygons that use them        geometry/edge_table.h
-//   4. classify         which edges are drawn                        outline.cpp
+//   4. classify         which edges are drawn                        geometry/silhouette.h
 //   5. flatten          z = 0
 //   6. thin out         one edge a segment, none of no length        geometry/edge_chains.h
 //   7. chain            edges joined end to end                      geometry/edge_chains.h
@@ -27,8 +27,7 @@
 //
 // True when there is an edge to draw: `points` are then welded and flat, and `indices` holds
 // chains, each closed by -6; a closed loop is a chain that ends where it began. False otherwise:
-// `points` are then welded (and flat, when no edge has a length in plan), `indices` refer to them,
-// and there is nothing to write.
+// `points` are then welded, perhaps flat, `indices` are of no use, and there is nothing to write.
 //
 // `reverseOrientation` turns the front of every polygon (false: counter-clockwise). `closedSurface`
 // has no effect: open borders are drawn whether or not the host calls the surface closed.

@@ -69,3 +69,12 @@ void ReserveLarge(std::vector<T>& list, std::size_t count) {
                 std::make_move_iterator(list.end()));
   list.swap(larger);
 }
+
+// push_back for a list that may grow large.
+template <class T>
+void AppendLarge(std::vector<T>& list, const T& element) {
+  if (list.size() == list.capacity()) {
+    ReserveLarge(list, list.size() * 2 + 1);
+  }
+  list.push_back(element);
+}
