@@ -38,6 +38,9 @@ class Output:
     `arguments` come before "-o OUTPUT". The bytes that a run without faults writes are made first.
     """
 
+    # Whether there is an old file, which the command is told to replace.
+    replaces = True
+
     def __init__(self, dxf2d, folder, arguments, name):
         self.dxf2d = dxf2d
         self.arguments = [str(argument) for argument in arguments]
@@ -53,11 +56,15 @@ class Output:
         return self.path.read_bytes()
 
     def command(self):
-        return [self.dxf2d, *self.arguments, *overwriting(self.dxf2d, self.arguments[0]),
-                "-o", str(self.path)]
+        force = ["--force"] if self.replaces else []
+        return [self.dxf2d, *self.arguments, *force, "-o", str(self.path)]
 
     def put_old(self):
-        self.path.write_bytes(OLD)
+        """Makes things as they are before a run."""
+        if self.replaces:
+            self.path.write_bytes(OLD)
+        else:
+            self.path.unlink(missing_ok=True)
 
     def run(self, before=(), environment=None, **how):
         """Runs the command behind the words `before`; `how` goes to subprocess.run."""
@@ -67,12 +74,12 @@ class Output:
         return Run(result.returncode, result.stdout, result.stderr)
 
     def state(self):
-        """"old", "new", or what else stands under the name."""
+        """"old", also where there was nothing and is nothing; "new"; or what else there is."""
         try:
             found = self.path.read_bytes()
         except FileNotFoundError:
-            return "nothing"
-        if found == OLD:
+            return "nothing" if self.replaces else "old"
+        if self.replaces and found == OLD:
             return "old"
         return "new" if found == self.new else f"{len(found)} bytes, neither old nor new"
 
@@ -109,12 +116,6 @@ def complaints_about_sentence(error, name):
     return [] if name in error else [f"the sentence does not name the output: {error}"]
 
 
-def overwriting(dxf2d, command):
-    """The flag that lets a command replace a file, once there is one."""
-    usage = subprocess.run([dxf2d, command, "--help"], capture_output=True, check=True).stdout
-    return ["--force"] if b"--force" in usage else []
-
-
 class FaultTests(unittest.TestCase):
     """Tests of the program in a folder of their own. `options` are those of run_tests."""
     options = None
@@ -145,12 +146,14 @@ class FaultTests(unittest.TestCase):
 
 
 def grid_model(side):
-    """A surface of side x side squares in the OBJ format."""
+    """A surface of side x side squares in the OBJ format, every third one turned over."""
     lines = [f"v {x} {y} {(x * 7 + y * 3) % 5}" for y in range(side + 1) for x in range(side + 1)]
     for y in range(side):
         for x in range(side):
             low = y * (side + 1) + x + 1
-            lines.append(f"f {low} {low + 1} {low + side + 2} {low + side + 1}")
+            corners = [low, low + 1, low + side + 2, low + side + 1]
+            turned = corners[::-1] if (x + y) % 3 == 2 else corners
+            lines.append("f " + " ".join(map(str, turned)))
     return "\n".join(lines) + "\n"
 
 

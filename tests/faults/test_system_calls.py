@@ -44,16 +44,24 @@ class SystemCalls(FaultTests):
     def test_an_export_of_a_scene_keeps_the_promise(self):
         self.sweep(self.scene_export())
 
+    def test_a_new_drawing_keeps_the_promise(self):
+        output = self.scene_export()
+        output.replaces = False
+        self.sweep(output, {"openat", "fsync", "rename", "renameat2"})
+
     def test_an_export_of_a_model_keeps_the_promise(self):
         self.sweep(self.model_export())
 
     def test_a_picture_keeps_the_promise(self):
         self.sweep(self.picture())
 
-    def sweep(self, output):
+    def sweep(self, output, chosen=None):
+        """Lets the calls on the output's way fail, or those of them that are `chosen`."""
         places = self.calls_on_the_way(output)
-        self.assertIn("rename", {call for call, _ in places})
+        self.assertTrue({"rename", "renameat2"} & {call for call, _ in places})
         for call, nth in places:
+            if chosen is not None and call not in chosen:
+                continue
             for fault, codes in faults(call, nth):
                 with self.subTest(call=call, fault=fault):
                     self.inject(output, call, fault, codes)
@@ -98,6 +106,10 @@ def faults(call, nth):
         yield f"error={error}:when={nth}", failing
     for error in FROM_THERE_ON:
         yield f"error={error}:when={nth}+", failing
+    if call == "renameat2":
+        # Older systems, and some file systems, do without.
+        yield f"error=ENOSYS:when={nth}", {DONE}
+        yield f"error=EINVAL:when={nth}", {DONE}
     if call not in NOT_INTERRUPTED:
         for error in TWICE:
             yield f"error={error}:when={nth}..{nth + 1}", {DONE}

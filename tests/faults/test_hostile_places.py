@@ -1,0 +1,283 @@
+#!/usr/bin/env python3
+"""Exports and pictures where the system gives too little: room, rights, descriptors, memory; and
+under names that are hard to write down."""
+
+import ctypes
+import fcntl
+import itertools
+import os
+import resource
+import shutil
+import subprocess
+import unittest
+
+from promise import DONE, INPUT, LIMIT, NOT_MADE, WRITE_FAILED, FaultTests, run_tests
+
+# Anyone but root.
+STRANGER = 65534
+
+# From <sched.h>: mounts of this process are its own.
+CLONE_NEWNS = 0x00020000
+
+LOADER_FAILED = 127
+
+NAMES = [
+    b"plan\nin two lines.dxf",
+    b"\t\r\x07\x1b[31mred.dxf",
+    b"it's \"quoted\" `here`.dxf",
+    b" begins and ends with spaces ",
+    b"-o",
+    b"--force",
+    b"$HOME *?[a-z] %s%n {0}.dxf",
+    b"back\\slash.dxf",
+    b"~",
+    b".hidden",
+    b"...",
+    b"\xff\xfe not UTF-8 \xc3.dxf",
+    "Grundriß — план — 平面図 \N{HOUSE BUILDING}.dxf".encode(),
+    "e\N{COMBINING ACUTE ACCENT} \N{RIGHT-TO-LEFT OVERRIDE}fxd.nalp".encode(),
+    b"n" * 255,
+]
+
+
+class Commands(FaultTests):
+    def outputs(self):
+        """An output of each kind, with an old file in its place."""
+        top = self.folder
+        outputs = []
+        for make in (self.scene_export, self.model_export, self.picture):
+            self.folder = top / make.__name__
+            self.folder.mkdir()
+            outputs.append(make())
+            outputs[-1].put_old()
+        self.folder = top
+        return outputs
+
+    def assert_refused(self, output, codes, **how):
+        self.assert_kept(output, output.run(**how), codes, output.path)
+        self.assertEqual("old", output.state())
+
+
+class Room(Commands):
+    def test_a_file_may_grow_to_its_size_and_no_less(self):
+        for output in self.outputs():
+            size = len(output.new)
+            for limit in (0, 1, 100, size // 3, size // 2, size - 1):
+                self.assert_refused(output, {WRITE_FAILED},
+                                    preexec_fn=limiting(resource.RLIMIT_FSIZE, limit))
+            run = output.run(preexec_fn=limiting(resource.RLIMIT_FSIZE, size))
+            self.assert_kept(output, run, {DONE}, output.path)
+
+    def test_short_and_interrupted_writes_are_gone_on_with(self):
+        for output in self.outputs():
+            run = output.run(environment={"LD_PRELOAD": self.options.short_writes,
+                                          "ASAN_OPTIONS": "verify_asan_link_order=0"})
+            self.assert_kept(output, run, {DONE}, output.path)
+
+    def test_a_drawing_on_a_full_standard_output_is_a_failed_write(self):
+        output = self.scene_export()
+        command = [self.options.dxf2d, *output.arguments, "-o", "-"]
+        with open("/dev/full", "wb") as full:
+            run = subprocess.run(command, stdout=full, stderr=subprocess.PIPE, check=False)
+        self.assertEqual(WRITE_FAILED, run.returncode)
+        self.assertRegex(run.stderr, rb"\Adxf2d: .*standard output.*\n\Z")
+
+    def test_a_drawing_for_a_reader_that_has_gone_is_a_failed_write(self):
+        output = self.scene_export()
+        reader, writer = os.pipe()
+        os.close(reader)
+        command = [self.options.dxf2d, *output.arguments, "-o", "-"]
+        run = subprocess.run(command, stdout=writer, stderr=subprocess.PIPE, check=False)
+        os.close(writer)
+        self.assertEqual(WRITE_FAILED, run.returncode)
+        self.assertRegex(run.stderr, rb"\Adxf2d: .*standard output.*\n\Z")
+
+
+class Mounts(Commands):
+    """Every test process has mounts of its own, which end with it."""
+
+    @classmethod
+    def setUpClass(cls):
+        if os.geteuid() != 0:
+            raise unittest.SkipTest("only root may mount")
+        libc = ctypes.CDLL(None, use_errno=True)
+        if libc.unshare(CLONE_NEWNS) != 0:
+            raise unittest.SkipTest(f"no mounts here: {os.strerror(ctypes.get_errno())}")
+        result = subprocess.run(["mount", "--make-rprivate", "/"], capture_output=True, check=False)
+        if result.returncode != 0:
+            raise unittest.SkipTest(f"no mounts here: {result.stderr}")
+
+    def mount(self, output, options):
+        subprocess.run(["mount", "-t", "tmpfs", "-o", options, "tmpfs", output.folder], check=True)
+        self.addCleanup(subprocess.run, ["umount", output.folder], check=True)
+        output.put_old()
+
+    def test_a_drawing_larger_than_the_disk_leaves_the_old_one(self):
+        output = self.model_export(side=60)
+        self.assertGreater(len(output.new), 64 << 10)
+        self.mount(output, "size=64k")
+        self.assert_refused(output, {WRITE_FAILED})
+
+    def test_a_picture_larger_than_the_disk_leaves_the_old_one(self):
+        output = self.picture()
+        self.mount(output, "size=8k")
+        self.assertGreater(len(output.new), 8 << 10)
+        self.assert_refused(output, {WRITE_FAILED})
+
+    def test_a_disk_that_has_room_for_the_old_drawing_or_the_new_one_keeps_the_old(self):
+        output = self.model_export(side=20)
+        size = -(-len(output.new) // 4096) * 4096
+        self.mount(output, f"size={size}")
+        self.assert_refused(output, {WRITE_FAILED})
+
+    def test_a_disk_that_takes_no_more_files_is_no_place(self):
+        for output in self.outputs():
+            # The folder and the old file.
+            self.mount(output, "nr_inodes=2")
+            self.assert_refused(output, {NOT_MADE})
+
+    def test_a_disk_that_may_only_be_read_is_no_place(self):
+        for output in self.outputs():
+            self.mount(output, "size=1m")
+            subprocess.run(["mount", "-o", "remount,ro", output.folder], check=True)
+            self.assert_refused(output, {NOT_MADE})
+
+
+class Rights(Commands):
+    def setUp(self):
+        super().setUp()
+        self.folder.chmod(0o755)
+        self.stranger = {}
+        if os.geteuid() == 0:
+            self.stranger = {"user": STRANGER, "group": STRANGER, "extra_groups": []}
+            trial = [self.options.dxf2d, "--version"]
+            try:
+                subprocess.run(trial, capture_output=True, check=True, **self.stranger)
+            except (PermissionError, subprocess.CalledProcessError):
+                self.skipTest("no other user may run the program where it is")
+
+    def test_a_directory_that_may_not_be_written_is_no_place(self):
+        for output in self.outputs():
+            output.folder.parent.chmod(0o755)
+            output.folder.chmod(0o555)
+            self.addCleanup(output.folder.chmod, 0o755)
+            self.assert_refused(output, {NOT_MADE}, **self.stranger)
+
+    def test_a_file_that_may_not_be_written_is_not_replaced(self):
+        for output in self.outputs():
+            output.folder.parent.chmod(0o755)
+            output.folder.chmod(0o777)
+            output.path.chmod(0o444)
+            self.assert_refused(output, {NOT_MADE}, **self.stranger)
+
+    def test_another_s_file_in_a_common_directory_is_not_replaced(self):
+        if not self.stranger:
+            self.skipTest("only root can make files of two users")
+        for output in self.outputs():
+            output.folder.parent.chmod(0o755)
+            # As /tmp is: everybody may make files, and only their owner may replace them.
+            output.folder.chmod(0o1777)
+            output.path.chmod(0o666)
+            self.assert_refused(output, {NOT_MADE, WRITE_FAILED}, **self.stranger)
+
+    def test_a_user_who_may_start_no_process_gets_an_answer(self):
+        if not self.stranger:
+            self.skipTest("only root can be another user")
+        for output in self.outputs():
+            output.folder.parent.chmod(0o755)
+            output.folder.chmod(0o777)
+            output.path.chmod(0o666)
+            run = output.run(preexec_fn=limiting(resource.RLIMIT_NPROC, 0), **self.stranger)
+            self.assertIn(run.code, {DONE, LIMIT}, run.error)
+            self.assertEqual([], output.complaints_about_files())
+
+
+class Names(Commands):
+    def test_every_name_that_the_system_takes_can_be_an_output(self):
+        for name in NAMES:
+            with self.subTest(name=name):
+                self.clear()
+                output = self.model_export(os.fsdecode(name))
+                output.put_old()
+                run = output.run()
+                self.assert_kept(output, run, {DONE}, output.path)
+                self.assertEqual(1, run.out.count(b"\n"), run.out)
+
+    def test_every_name_that_is_refused_is_one_in_one_sentence(self):
+        for name in NAMES:
+            with self.subTest(name=name):
+                path = self.folder / "missing" / os.fsdecode(name)
+                for command, given in (("export", b"rich_scene.json"), ("preview", b"none.dxf")):
+                    run = subprocess.run([self.options.dxf2d, command, given, "-o", path],
+                                         cwd=os.path.dirname(__file__), capture_output=True,
+                                         check=False)
+                    self.assertIn(run.returncode, {INPUT, NOT_MADE, 2})
+                    if run.returncode != 2:
+                        self.assertRegex(run.stderr, rb"\Adxf2d: [^\x00-\x1f\x7f]*\n\Z")
+
+    def test_a_name_that_begins_with_a_dash_needs_no_directory(self):
+        output = self.scene_export("-plan.dxf")
+        output.put_old()
+        command = [part for part in output.command() if part not in ("-o", str(output.path))]
+        run = subprocess.run([*command, "--output=-plan.dxf"], cwd=output.folder,
+                             capture_output=True, check=False)
+        self.assertEqual((DONE, b""), (run.returncode, run.stderr))
+        self.assertEqual("new", output.state())
+
+    def test_an_output_that_another_program_is_writing_stays_its(self):
+        for output in self.outputs():
+            with open(output.path, "rb") as held:
+                fcntl.flock(held, fcntl.LOCK_EX | fcntl.LOCK_NB)
+                self.assert_refused(output, {NOT_MADE})
+            self.assert_kept(output, output.run(), {DONE}, output.path)
+
+    def clear(self):
+        shutil.rmtree(self.folder)
+        self.folder.mkdir()
+
+
+class Limits(Commands):
+    def test_an_output_is_never_mixed_with_what_a_closed_stream_is_told(self):
+        for output in self.outputs():
+            for count in (1, 2, 3):
+                for closed in itertools.combinations((0, 1, 2), count):
+                    output.put_old()
+                    run = output.run(preexec_fn=lambda streams=closed: [os.close(stream)
+                                                                       for stream in streams])
+                    self.assertEqual([], output.complaints_about_files(), closed)
+                    # What cannot be said may make the run a failed one; the file is whole.
+                    self.assertIn(run.code, {DONE, WRITE_FAILED}, closed)
+
+    def test_too_few_descriptors_are_no_reason_for_half_an_output(self):
+        for output in self.outputs():
+            for limit in range(3, 24):
+                output.put_old()
+                run = output.run(preexec_fn=limiting(resource.RLIMIT_NOFILE, limit))
+                self.assertEqual([], output.complaints_about_files(), limit)
+                self.assertGreaterEqual(run.code, 0, limit)
+                if run.code not in (DONE, LOADER_FAILED) and not self.options.sanitized:
+                    self.assertRegex(run.error, rb"\Adxf2d: .*\n\Z", limit)
+
+    def test_too_little_memory_is_a_limit_and_leaves_the_old_output(self):
+        if self.options.sanitized:
+            self.skipTest("sanitizers reserve more memory than there is")
+        for output in self.outputs():
+            codes = set()
+            for mebibytes in range(20, 200, 3):
+                output.put_old()
+                run = output.run(preexec_fn=limiting(resource.RLIMIT_AS, mebibytes << 20))
+                codes.add(run.code)
+                self.assertEqual([], output.complaints_about_files(), mebibytes)
+                # A reader that is not its own says only that the model cannot be had.
+                self.assertIn(run.code, {DONE, INPUT, LIMIT, LOADER_FAILED}, run.error)
+            self.assertIn(DONE, codes)
+
+
+def limiting(kind, value):
+    """What a new process does first: it takes no more than `value` of that kind."""
+    return lambda: resource.setrlimit(kind, (value, value))
+
+
+if __name__ == "__main__":
+    run_tests(__doc__.splitlines()[0],
+              short_writes="the module short_writes, to be preloaded")
