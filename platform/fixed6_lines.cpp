@@ -68,6 +68,7 @@ void Fixed6Lines::MakeBlock(std::size_t begin) {
   }
   std::array<std::int32_t, kBlock> millionths;
   for (std::size_t i = 0; i < kBlock; ++i) {
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): where it is, the doubt is large.
     millionths[i] = static_cast<std::int32_t>(exact[i] + 0.5);
   }
   // The difference of magnitude and whole is exact, and its product with a million is off by less
