@@ -2,7 +2,20 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <random>
+#include <string>
+
 namespace {
+
+// How often `needle` stands in `text`, where one may begin with the last byte of another.
+std::size_t countPlainly(std::string_view text, std::string_view needle) {
+  std::size_t count = 0;
+  for (std::size_t at = text.find(needle); at != text.npos; at = text.find(needle, at + 1)) {
+    ++count;
+  }
+  return count;
+}
 
 TEST(CountDrawing, CountsEntitiesAndPlacedInserts) {
   const DrawingCounts counts = countDrawing(
@@ -24,6 +37,30 @@ TEST(CountDrawing, CountsTexts) {
   const DrawingCounts counts =
       countDrawing("  0\nBLOCK\n  0\nTEXT\n  1\n  0\n  7\nTEXT\n  0\nTEXT\n  1\nTEXT\n  0\n");
   EXPECT_EQ(counts.texts, 2u);
+}
+
+TEST(CountDrawing, CountsLongDrawingsAsAPlainSearchDoes) {
+  // Long enough for entities across every border that the search may draw.
+  const std::array<std::string, 9> lines = {"  0\n",  "VERTEX\n", "POLYLINE\n",
+                                            "TEXT\n", "INSERT\n", "12.345678\n",
+                                            "  2\n",  "XVPI\n",   "VERTEXX\n"};
+  std::mt19937 random(1);
+  for (int i = 0; i < 20; ++i) {
+    const auto addLines = [&](std::string& text, std::size_t size) {
+      while (text.size() < size) text += lines[random() % lines.size()];
+    };
+    std::string blocks = "  0\n";
+    addLines(blocks, 200000);
+    std::string entities = "  2\nENTITIES\n";
+    addLines(entities, 100000);
+    const std::string text = blocks + entities;
+    const DrawingCounts counts = countDrawing(text);
+    EXPECT_EQ(counts.polylines, countPlainly(text, "\n  0\nPOLYLINE\n"));
+    EXPECT_EQ(counts.vertices, countPlainly(text, "\n  0\nVERTEX\n"));
+    EXPECT_EQ(counts.texts, countPlainly(text, "\n  0\nTEXT\n"));
+    EXPECT_EQ(counts.placed, countPlainly(entities, "\n  0\nINSERT\n"));
+    EXPECT_GT(counts.placed, 100u);
+  }
 }
 
 TEST(CountDrawing, AnEmptyFileHoldsNothing) { EXPECT_EQ(countDrawing("").vertices, 0u); }
