@@ -263,7 +263,7 @@ class Limits(Commands):
             self.skipTest("sanitizers reserve more memory than there is")
         for output in self.outputs():
             codes = set()
-            for mebibytes in range(20, 200, 3):
+            for mebibytes in range(20, 200, 6):
                 output.put_old()
                 run = output.run(preexec_fn=limiting(resource.RLIMIT_AS, mebibytes << 20))
                 codes.add(run.code)
