@@ -8,12 +8,12 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
-#include <iostream>
 #include <new>
 #include <system_error>
 #include <utility>
 
 #include "app/model/model_error.h"
+#include "app/quiet_output.h"
 
 namespace {
 
@@ -55,22 +55,6 @@ std::string oneLine(std::string text) {
   fail(path, message.empty() ? "its reader gives no reason" : oneLine(message));
 }
 
-// Some readers talk on the standard streams, where the drawing or our one sentence goes.
-class QuietStreams {
- public:
-  QuietStreams() : out_(std::cout.rdbuf(nullptr)), error_(std::cerr.rdbuf(nullptr)) {}
-  ~QuietStreams() {
-    std::cout.rdbuf(out_);
-    std::cerr.rdbuf(error_);
-  }
-  QuietStreams(const QuietStreams&) = delete;
-  QuietStreams& operator=(const QuietStreams&) = delete;
-
- private:
-  std::streambuf* out_;
-  std::streambuf* error_;
-};
-
 std::string importerNameOf(const Assimp::Importer& importer) {
   const int index = importer.GetPropertyInteger("importerIndex", -1);
   const aiImporterDesc* description =
@@ -94,7 +78,8 @@ Model readModel(const std::string& path, UpAxis up) {
   // No post-processing: triangles and joined vertices would only be in the way of the outline,
   // which welds by itself.
   {
-    const QuietStreams quiet;
+    // Some readers talk, where the drawing or our one sentence goes.
+    const QuietOutput quiet;
     model.scene = model.importer->ReadFile(path, 0);
   }
   if (model.scene == nullptr) failAsReaderSays(path, model.importer->GetErrorString());

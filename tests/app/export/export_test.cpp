@@ -109,6 +109,16 @@ TEST_F(Dxf2d, ReadersThatTalkAreNotHeard) {
   ExpectOneSentence();
 }
 
+TEST_F(Dxf2d, AReaderThatEndsTheProgramHasNoLastWords) {
+  // A bitmap's chunk that ends in its head makes a destructor of the reader throw.
+  const std::string head = "Caligari V00.01BLH             \nBitM";
+  const std::string chunk("\0\0\1\0\0\0\0\0\0\0\0\0\xbf\x0e\0\0(\0\0\0", 20);
+  const std::string model = Write("cut.cob", head + chunk);
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitInput);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("brings its reader down"), std::string::npos) << error_;
+}
+
 TEST_F(Dxf2d, ABrokenModelLeavesTheFileThatWasThere) {
   const std::string model = Write("bad.stl", "solid\nfacet");
   const std::string drawing = Write("plan.dxf", "mine");
