@@ -36,6 +36,18 @@ void checkReadable(const std::string& path) {
   }
 }
 
+// Readers quote from the model; some, all that is left of it.
+std::string cut(std::string text) {
+  // In bytes.
+  constexpr std::size_t kLongest = 300;
+  if (text.size() <= kLongest) return text;
+  std::size_t end = kLongest;
+  // At the first byte of a character of UTF-8.
+  while (end > kLongest - 3 && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80) --end;
+  text.resize(end);
+  return text + " ...";
+}
+
 // One line without the trailing stop, so that it ends a sentence of ours.
 std::string oneLine(std::string text) {
   for (char& c : text) {
@@ -52,7 +64,7 @@ std::string oneLine(std::string text) {
   // Readers catch what they throw themselves.
   if (message.find("bad_alloc") != std::string::npos) throw std::bad_alloc();
   if (message.find("length_error") != std::string::npos) fail(path, "its sizes make no sense");
-  fail(path, message.empty() ? "its reader gives no reason" : oneLine(message));
+  fail(path, message.empty() ? "its reader gives no reason" : cut(oneLine(message)));
 }
 
 std::string importerNameOf(const Assimp::Importer& importer) {

@@ -109,6 +109,15 @@ TEST_F(Dxf2d, ReadersThatTalkAreNotHeard) {
   ExpectOneSentence();
 }
 
+TEST_F(Dxf2d, AReaderThatQuotesTheWholeModelIsCutShort) {
+  std::string text = "solid mesh\nfacet normal 0 0 x\n";
+  for (int i = 0; i < 1000; ++i) text += "vertex 0 0 0\n";
+  const std::string model = Write("long.stl", text);
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitInput);
+  ExpectOneSentence();
+  EXPECT_LT(error_.size(), model.size() + 400);
+}
+
 TEST_F(Dxf2d, AReaderThatEndsTheProgramHasNoLastWords) {
   // A bitmap's chunk that ends in its head makes a destructor of the reader throw.
   const std::string head = "Caligari V00.01BLH             \nBitM";
