@@ -34,9 +34,19 @@ class PointIndex {
   // returns it when there is none.
   template <class IsSame>
   std::uint32_t FindOrKeep(std::uint64_t hash, std::uint32_t number, IsSame isSame) {
+    return FindOrKeepIf(hash, number, isSame, [] { return true; });
+  }
+
+  // The same, but keeps `number` only if `isWorthIt()`, and returns kNone if not.
+  template <class IsSame, class IsWorthIt>
+  std::uint32_t FindOrKeepIf(std::uint64_t hash, std::uint32_t number, IsSame isSame,
+                             IsWorthIt isWorthIt) {
     for (std::size_t slot = hash & mask_;; slot = (slot + 1) & mask_) {
       const std::uint32_t kept = slots_[slot];
       if (kept == kNone) {
+        if (!isWorthIt()) {
+          return kNone;
+        }
         slots_[slot] = number;
         return number;
       }

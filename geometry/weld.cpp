@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -31,28 +31,35 @@ void weld(std::size_t count, PointAt pointAt, Keep keep, const std::vector<KtPoi
       hashes[i] = PointIndex::Hash(point.Get0(), point.Get1(), point.Get2());
       scratch.table.Prefetch(hashes[i]);
     }
+    std::uint32_t* const newIndex = scratch.newIndex.data() + begin;
     for (std::size_t i = 0; i < size; ++i) {
-      if (!isFinite(batch[i])) {
-        scratch.newIndex[begin + i] = kNoPoint;
-        continue;
-      }
-      const std::uint32_t index = scratch.table.FindOrKeep(
-          hashes[i], keptCount, [&](std::uint32_t other) { return kept[other] == batch[i]; });
+      // What is not finite equals nothing that is kept, so only new points need be tested.
+      const std::uint32_t index = scratch.table.FindOrKeepIf(
+          hashes[i], keptCount, [&](std::uint32_t other) { return kept[other] == batch[i]; },
+          [&] { return isFinite(batch[i]); });
       if (index == keptCount) {
         keep(batch[i]);
         ++keptCount;
       }
-      scratch.newIndex[begin + i] = index;
+      newIndex[i] = index;
     }
   }
 }
 
-int renumbered(int index, const WeldScratch& scratch) {
+int renumbered(int index,
+               const std::vector<std::uint32_t, LargeAllocator<std::uint32_t>>& newIndex) {
   if (index < 0) {
     return index;
   }
   const auto old = static_cast<std::size_t>(index);
-  return old < scratch.newIndex.size() ? static_cast<int>(scratch.newIndex[old]) : kNoPoint;
+  const bool isKept = old < newIndex.size() && newIndex[old] != PointIndex::kNone;
+  return isKept ? static_cast<int>(newIndex[old]) : kNoPoint;
+}
+
+// Bit by bit: what a zero of the other sign adds to a product shows in the sign of its zeros.
+bool isExactIdentity(const KtMatrix& matrix) {
+  constexpr std::size_t kBytes = 16 * sizeof(double);
+  return std::memcmp(matrix.Data(), KtMatrix().Data(), kBytes) == 0;
 }
 
 }  // namespace
@@ -65,18 +72,13 @@ void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldSc
       [&](const KtPoint3& point) { points[kept++] = point; }, points, scratch);
   points.resize(kept);
   std::transform(indices.begin(), indices.end(), indices.begin(),
-                 [&](int index) { return renumbered(index, scratch); });
+                 [&](int index) { return renumbered(index, scratch.newIndex); });
 }
 
 void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
                 const std::vector<int>& indices, std::vector<KtPoint3>& points,
                 std::vector<int>& welded, WeldScratch& scratch) {
   const std::size_t count = coords.size() / 3;
-  const auto pointAt = [&](std::size_t i) {
-    KtPoint3 point(coords[3 * i], coords[3 * i + 1], coords[3 * i + 2]);
-    point.Mult(transform);
-    return point;
-  };
   const auto keep = [&](const KtPoint3& point) {
     if (points.size() == points.capacity()) {
       // Most sets of triangles that share nothing come to less than a quarter.
@@ -85,9 +87,24 @@ void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
     points.push_back(point);
   };
   points.clear();
-  weld(count, pointAt, keep, points, scratch);
+  const double* const from = coords.data();
+  if (isExactIdentity(transform)) {
+    // Most sets, for they belong to the object that they stand in. The sums make of -0 the 0 that
+    // the product makes of it.
+    const auto pointAt = [from](std::size_t i) {
+      return KtPoint3(from[3 * i] + 0.0, from[3 * i + 1] + 0.0, from[3 * i + 2] + 0.0);
+    };
+    weld(count, pointAt, keep, points, scratch);
+  } else {
+    const auto pointAt = [from, &transform](std::size_t i) {
+      KtPoint3 point(from[3 * i], from[3 * i + 1], from[3 * i + 2]);
+      point.Mult(transform);
+      return point;
+    };
+    weld(count, pointAt, keep, points, scratch);
+  }
   ReserveLarge(welded, indices.size());
   welded.resize(indices.size());
   std::transform(indices.begin(), indices.end(), welded.begin(),
-                 [&](int index) { return renumbered(index, scratch); });
+                 [&](int index) { return renumbered(index, scratch.newIndex); });
 }

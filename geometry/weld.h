@@ -11,8 +11,10 @@
 #include "platform/large_memory.h"
 
 struct WeldScratch {
+  using Numbers = std::vector<std::uint32_t, LargeAllocator<std::uint32_t>>;
+
   PointIndex table;
-  std::vector<std::uint32_t, LargeAllocator<std::uint32_t>> newIndex;
+  Numbers newIndex;  // by point: its number among those that are kept, or PointIndex::kNone
 
   std::size_t CapacityBytes() const {
     return table.CapacityBytes() + newIndex.capacity() * sizeof(std::uint32_t);

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -126,10 +128,11 @@ std::vector<KtPoint3> transformed(const std::vector<double>& coords, const KtMat
 
 TEST(WeldCoords, WeldsTheTransformedPoints) {
   Random random(1);
-  KtMatrix transform;
-  transform.Rotate(0, 0, 1, 0.5);
-  transform.SetTranslation(3, -4, 5);
-  for (const std::uint64_t side : {1U, 3U, 8U, 30U, 100000U}) {
+  KtMatrix turned;
+  turned.Rotate(0, 0, 1, 0.5);
+  turned.SetTranslation(3, -4, 5);
+  for (const std::uint64_t side : {1U, 2U, 3U, 8U, 9U, 30U, 100000U, 100001U}) {
+    const KtMatrix transform = side % 2 == 0 ? KtMatrix() : turned;
     const std::vector<double> coords = gridCoords(random, side, 5000);
     std::vector<int> indices;
     for (int i = 0; i < 5100; ++i) {
@@ -156,4 +159,34 @@ TEST(WeldCoords, RemainderOfCoordinatesIsIgnored) {
   weldCoords({1, 2, 3, 4, 5, 6, 7}, KtMatrix(), {0, 1, 2, -6}, points, welded, scratch);
   EXPECT_EQ(points, (std::vector<KtPoint3>{{1, 2, 3}, {4, 5, 6}}));
   EXPECT_EQ(welded, (std::vector<int>{0, 1, kNoPoint, -6}));
+}
+
+TEST(WeldCoords, SignsOfZerosAreThoseOfTheProduct) {
+  // All signs of zeros of a matrix that equals the identity, and of a point.
+  for (unsigned matrixSigns = 0; matrixSigns < 1U << 15U; matrixSigns += 7) {
+    KtMatrix transform;
+    std::array<double, 16> elements{};
+    std::copy_n(transform.Data(), 16, elements.begin());
+    unsigned sign = matrixSigns;
+    for (double& element : elements) {
+      if (element == 0.0) {
+        element = (sign & 1U) != 0 ? -0.0 : 0.0;
+        sign >>= 1U;
+      }
+    }
+    transform.Init(elements.data());
+    for (unsigned signs = 0; signs < 8; ++signs) {
+      const auto zero = [&](unsigned axis) { return (signs >> axis & 1U) != 0 ? -0.0 : 0.0; };
+      const std::vector<double> coords = {zero(0), zero(1), zero(2)};
+      const KtPoint3 expected = transformed(coords, transform).front();
+      WeldScratch scratch;
+      std::vector<KtPoint3> points;
+      std::vector<int> welded;
+      weldCoords(coords, transform, {0, -1}, points, welded, scratch);
+      ASSERT_EQ(points.size(), 1U);
+      EXPECT_EQ(std::signbit(points[0].Get0()), std::signbit(expected.Get0()));
+      EXPECT_EQ(std::signbit(points[0].Get1()), std::signbit(expected.Get1()));
+      EXPECT_EQ(std::signbit(points[0].Get2()), std::signbit(expected.Get2()));
+    }
+  }
 }
