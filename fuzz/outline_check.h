@@ -1,0 +1,69 @@
+// One outline against its plain form.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <vector>
+
+#include "fuzz/geometry_input.h"
+#include "fuzz/require.h"
+#include "geometry/outline.h"
+#include "ktscene/kt_point3.h"
+
+struct OutlineInput {
+  KtMatrix transform;
+  std::vector<double> coords;
+  std::vector<int> indices;
+
+  // The plain forms are of second order and more; this many entries keep them below a millisecond.
+  explicit OutlineInput(FuzzedDataProvider& data)
+      : transform(takeMatrix(data)),
+        coords(takeCoords(data, 40)),
+        indices(takeIndices(data, coords.size() / 3, 400)) {}
+
+  std::vector<KtPoint3> Points() const {
+    std::vector<KtPoint3> points;
+    for (std::size_t i = 0; i + 2 < coords.size(); i += 3) {
+      points.emplace_back(coords[i], coords[i + 1], coords[i + 2]).Mult(transform);
+    }
+    return points;
+  }
+};
+
+struct OutlineResult {
+  bool drawn = false;
+  std::vector<KtPoint3> points;
+  std::vector<int> indices;
+};
+
+inline void requireSame(const OutlineResult& plain, const OutlineResult& fast) {
+  require(plain.drawn == fast.drawn, "both forms draw the set, or neither does");
+  if (!plain.drawn) {
+    return;
+  }
+  require(plain.indices == fast.indices, "both forms have the same chains");
+  require(plain.points.size() == fast.points.size(), "both forms keep as many points");
+  for (std::size_t i = 0; i < plain.points.size(); ++i) {
+    const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
+    const KtPoint3& p = plain.points[i];
+    const KtPoint3& q = fast.points[i];
+    require(bits(p.Get0()) == bits(q.Get0()) && bits(p.Get1()) == bits(q.Get1()) &&
+                bits(p.Get2()) == bits(q.Get2()),
+            "both forms keep the same points");
+  }
+}
+
+// Runs `plain` and `fast` on the input's points, and `placed` on its coordinates; all three have to
+// agree. `plain` and `fast` take (points, indices), `placed` takes (placed coordinates, points,
+// indices).
+template <class Plain, class Fast, class Placed>
+void checkOutline(const OutlineInput& input, Plain plain, Fast fast, Placed placed) {
+  OutlineResult expected{false, input.Points(), input.indices};
+  expected.drawn = plain(expected.points, expected.indices);
+  OutlineResult result{false, input.Points(), input.indices};
+  result.drawn = fast(result.points, result.indices);
+  requireSame(expected, result);
+  result = {false, {}, input.indices};
+  result.drawn = placed(PlacedCoords{input.coords, input.transform}, result.points, result.indices);
+  requireSame(expected, result);
+}
