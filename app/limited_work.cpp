@@ -1,8 +1,11 @@
 #include "app/limited_work.h"
 
 #include <csignal>
+#include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <filesystem>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -22,6 +25,24 @@ std::uint64_t memoryFor(const std::string& path) {
   return kRoom + (error ? 0 : kTimesFileSize * size);
 }
 
+// What the working process ends with when it has no memory left and cannot say so; beyond all exit
+// codes.
+constexpr int kOutOfMemory = 125;
+
+// For std::terminate. Readers let std::bad_alloc through where nothing may be thrown. The words
+// that the C++ library would have are left out: the waiting process says what happened.
+[[noreturn]] void endTerminated() {
+  if (std::current_exception()) {
+    try {
+      throw;
+    } catch (const std::bad_alloc&) {
+      std::_Exit(kOutOfMemory);
+    } catch (...) {
+    }
+  }
+  std::abort();
+}
+
 }  // namespace
 
 LimitedWork::LimitedWork(std::string task, std::string input, const WorkLimits& limits)
@@ -31,10 +52,14 @@ LimitedWork::LimitedWork(std::string task, std::string input, const WorkLimits& 
       time_(limits.time) {}
 
 int LimitedWork::Run(const std::function<int()>& work) const {
-  const GuardedEnd end = runGuarded(work, {memory_, time_});
+  const auto terminable = [&work] {
+    std::set_terminate(&endTerminated);
+    return work();
+  };
+  const GuardedEnd end = runGuarded(terminable, {memory_, time_});
   switch (end.how) {
     case GuardedEnd::How::kReturned:
-      return end.number;
+      return end.number == kOutOfMemory ? FailForMemory() : end.number;
     case GuardedEnd::How::kSignal:
       if (end.number == SIGKILL) {
         return Fail(kExitLimit, "the system stopped it, likely for want of memory; free some");
