@@ -2,7 +2,7 @@
 
 #include <assimp/mesh.h>
 
-#include <cmath>
+#include <algorithm>
 
 #include "app/model/affine.h"
 
@@ -11,42 +11,50 @@ namespace {
 constexpr int kPolygonEnd = -7;
 constexpr int kLineStripEnd = -6;
 
+using Vertex = std::array<double, 3>;
+
 // Sums that start or end at 0 keep -0 out of drawings, where it would show as "-0.000000".
-void widen(const aiMesh& mesh, double* out) {
-  for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
-    const aiVector3D& v = mesh.mVertices[i];
-    *out++ = static_cast<double>(v.x) + 0.0;
-    *out++ = static_cast<double>(v.y) + 0.0;
-    *out++ = static_cast<double>(v.z) + 0.0;
-  }
+Vertex widened(const aiVector3D& v) {
+  return {static_cast<double>(v.x) + 0.0, static_cast<double>(v.y) + 0.0,
+          static_cast<double>(v.z) + 0.0};
 }
 
-void transform(const aiMesh& mesh, const std::array<double, 9>& m, double* out) {
-  for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
-    const double x = static_cast<double>(mesh.mVertices[i].x);
-    const double y = static_cast<double>(mesh.mVertices[i].y);
-    const double z = static_cast<double>(mesh.mVertices[i].z);
-    *out++ = ((x * m[0] + y * m[3]) + z * m[6]) + 0.0;
-    *out++ = ((x * m[1] + y * m[4]) + z * m[7]) + 0.0;
-    *out++ = ((x * m[2] + y * m[5]) + z * m[8]) + 0.0;
-  }
+Vertex transformed(const aiVector3D& v, const std::array<double, 9>& m) {
+  const double x = static_cast<double>(v.x);
+  const double y = static_cast<double>(v.y);
+  const double z = static_cast<double>(v.z);
+  return {((x * m[0] + y * m[3]) + z * m[6]) + 0.0, ((x * m[1] + y * m[4]) + z * m[7]) + 0.0,
+          ((x * m[2] + y * m[5]) + z * m[8]) + 0.0};
 }
 
-bool allFinite(const std::vector<double>& values) {
-  // A product with 0 is 0 for finite values and not a number for all others.
+// Appends place(v) of every vertex v to `coords`; answers false when one is not finite.
+template <typename Place>
+bool appendCoords(const aiMesh& mesh, Place place, std::vector<double>& coords) {
+  // In batches, each looked at while it is in the near cache: filling the list with zeros first and
+  // going through it again at the end would take as long as all the rest.
+  constexpr unsigned kBatch = 256;
+  std::array<double, std::size_t{3} * kBatch> batch;
   double sum = 0.0;
-  for (const double value : values) sum += value * 0.0;
+  coords.reserve(std::size_t{3} * mesh.mNumVertices);
+  for (unsigned begin = 0; begin < mesh.mNumVertices;) {
+    const unsigned end = begin + std::min(kBatch, mesh.mNumVertices - begin);
+    double* out = batch.data();
+    for (; begin < end; ++begin) {
+      const Vertex vertex = place(mesh.mVertices[begin]);
+      // A product with 0 is 0 for finite values and not a number for all others.
+      sum += (vertex[0] * 0.0 + vertex[1] * 0.0) + vertex[2] * 0.0;
+      out = std::copy(vertex.begin(), vertex.end(), out);
+    }
+    coords.insert(coords.end(), batch.data(), out);
+  }
   return sum == 0.0;
 }
 
-std::vector<double> transformedCoords(const aiMesh& mesh, const std::array<double, 9>& rest) {
-  std::vector<double> coords(std::size_t{3} * mesh.mNumVertices);
-  if (rest == Affine{}.linear) {
-    widen(mesh, coords.data());
-  } else {
-    transform(mesh, rest, coords.data());
-  }
-  return coords;
+bool appendCoords(const aiMesh& mesh, const std::array<double, 9>& rest,
+                  std::vector<double>& coords) {
+  if (rest == Affine{}.linear) return appendCoords(mesh, widened, coords);
+  return appendCoords(
+      mesh, [&rest](const aiVector3D& v) { return transformed(v, rest); }, coords);
 }
 
 std::vector<int> polygonRuns(const aiMesh& mesh, const MeshContent& content) {
@@ -79,8 +87,8 @@ bool makeMeshGeometry(const aiMesh& mesh, const MeshContent& content,
                       const std::array<double, 9>& rest, MeshGeometry& geometry) {
   geometry = MeshGeometry{};
   if (content.IsEmpty()) return true;
-  std::vector<double> coords = transformedCoords(mesh, rest);
-  if (!allFinite(coords)) return false;
+  std::vector<double> coords;
+  if (!appendCoords(mesh, rest, coords)) return false;
   if (content.polygons != 0) {
     auto faces = std::make_shared<KtFaceSet>();
     faces->coords = content.lines != 0 ? coords : std::move(coords);

@@ -36,13 +36,6 @@ PlanPoints convexHull(PlanPoints points) {
 
 }  // namespace
 
-void PlanExtent::Add(double x, double y) {
-  minX = std::min(minX, x);
-  minY = std::min(minY, y);
-  maxX = std::max(maxX, x);
-  maxY = std::max(maxY, y);
-}
-
 void PlanExtent::Add(const PlanExtent& other) {
   minX = std::min(minX, other.minX);
   minY = std::min(minY, other.minY);
@@ -56,18 +49,26 @@ std::array<double, 2> PlanExtent::Centre() const {
 }
 
 void ReachPoints::Add(const std::vector<double>& coords, const std::vector<int>& indices) {
-  for (const int index : indices) {
-    if (index < 0) continue;
-    const double* point = &coords[3 * static_cast<std::size_t>(index)];
-    if (!anyTurn_) {
-      box_.Add(point[0], point[1]);
-      continue;
+  const auto forEachPoint = [&](auto visit) {
+    for (const int index : indices) {
+      if (index < 0) continue;
+      const double* point = &coords[3 * static_cast<std::size_t>(index)];
+      visit(point[0], point[1]);
     }
-    points_.push_back({point[0], point[1]});
-    if (points_.size() < room_) continue;
+  };
+  if (!anyTurn_) {
+    // A local box stays in registers.
+    PlanExtent box = box_;
+    forEachPoint([&box](double x, double y) { box.Add(x, y); });
+    box_ = box;
+    return;
+  }
+  forEachPoint([this](double x, double y) {
+    points_.push_back({x, y});
+    if (points_.size() < room_) return;
     points_ = convexHull(std::move(points_));
     room_ = std::max(room_, 2 * points_.size());
-  }
+  });
 }
 
 PlanPoints ReachPoints::Take() {

@@ -1,6 +1,7 @@
 // How far the things of a model reach in plan.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <limits>
@@ -15,7 +16,12 @@ struct PlanExtent {
   double maxY = -std::numeric_limits<double>::infinity();
 
   bool IsEmpty() const { return minX > maxX; }
-  void Add(double x, double y);
+  void Add(double x, double y) {
+    minX = std::min(minX, x);
+    minY = std::min(minY, y);
+    maxX = std::max(maxX, x);
+    maxY = std::max(maxY, y);
+  }
   void Add(const PlanExtent& other);
   // The middle; not for an empty extent.
   std::array<double, 2> Centre() const;
