@@ -27,6 +27,18 @@ TEST(TextDecoding, ByteWithoutMeaningIsAReplacement) {
   EXPECT_EQ(decodeText("\x93", 932), "\uFFFD");
 }
 
+// The pages whose letters take marks hold each letter back until the next byte.
+TEST(TextDecoding, LastLetterOfAHebrewOrVietnameseTextIsRead) {
+  EXPECT_EQ(decodeText("Plan", 1258), "Plan");
+  EXPECT_EQ(decodeText("a\xCC", 1258), "\u00E0");
+  EXPECT_EQ(decodeText("a\xD2z", 1258), "\u1EA3z");
+  EXPECT_EQ(decodeText("\xF9", 1255), "\u05E9");
+}
+
+TEST(TextDecoding, LetterBeforeAByteWithoutMeaningIsRead) {
+  EXPECT_EQ(decodeText("\xF9\xFFx", 1255), "\u05E9\uFFFDx");
+}
+
 TEST(TextDecoding, UnicodeNotation) {
   EXPECT_EQ(decodeText("\\U+4E2D\\U+6587x", 1252), "\u4E2D\u6587x");
   EXPECT_EQ(decodeText("\\U+00e9", 1252), "\u00E9");
