@@ -1,10 +1,14 @@
 #include "ktscene/kt_scene_reader.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <clocale>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 
 namespace {
@@ -42,6 +46,16 @@ class TemporaryFile {
  private:
   std::string path_;
 };
+
+// The sentence with which the file at `path` is refused; empty when it is read.
+std::string refusal(const std::string& path) {
+  try {
+    ReadSceneFile(path);
+    return {};
+  } catch (const KtSceneError& error) {
+    return error.what();
+  }
+}
 
 }  // namespace
 
@@ -203,31 +217,53 @@ TEST(ReadSceneFile, ReadsAFile) {
 
 TEST(ReadSceneFile, RefusalNamesTheFile) {
   const TemporaryFile file("scene_reader_test_bad.json", R"({"nodes":[{"item":1}]})");
-  try {
-    ReadSceneFile(file.Path());
-    FAIL() << "was not refused";
-  } catch (const KtSceneError& error) {
-    EXPECT_EQ(error.what(), file.Path() + ": /nodes/0/item: must be true or false, is an integer");
-  }
+  EXPECT_EQ(refusal(file.Path()),
+            file.Path() + ": /nodes/0/item: must be true or false, is an integer");
 }
 
 TEST(ReadSceneFile, NameThatIsNotUtf8IsShownAsUtf8) {
-  try {
-    ReadSceneFile("no\xFFsuch.json");
-    FAIL() << "was not refused";
-  } catch (const KtSceneError& error) {
-    EXPECT_STREQ(error.what(), "no\uFFFDsuch.json: there is no such file; check the name");
-  }
+  EXPECT_EQ(refusal("no\xFFsuch.json"), "no\uFFFDsuch.json: there is no such file; check the name");
 }
 
 TEST(ReadSceneFile, DirectoryIsRefused) {
   const std::string directory = testing::TempDir();
-  try {
-    ReadSceneFile(directory);
-    FAIL() << "was not refused";
-  } catch (const KtSceneError& error) {
-    EXPECT_EQ(error.what(), directory + ": is a directory; name a scene file in it");
+  EXPECT_EQ(refusal(directory), directory + ": is a directory; name a scene file in it");
+}
+
+TEST(ReadSceneFile, NameThatIsTooLongIsRefused) {
+  const std::string name(300, 'a');
+  EXPECT_EQ(refusal(name), name + ": the name is too long; choose a shorter one");
+}
+
+TEST(ReadSceneFile, LinkToItselfIsRefusedWithTheSystemsNumber) {
+  const std::string link = testing::TempDir() + "scene_reader_test_link";
+  std::filesystem::create_symlink(link, link);
+  EXPECT_EQ(refusal(link), link + ": cannot be read (error " + std::to_string(ELOOP) +
+                               " of the operating system); check the disk or copy the file "
+                               "elsewhere");
+  std::filesystem::remove(link);
+}
+
+TEST(ReadSceneFile, TooManyOpenFilesAreToldFromAMissingOne) {
+  const TemporaryFile file("scene_reader_test_one_too_many.json", R"({"nodes":[]})");
+  rlimit before{};
+  getrlimit(RLIMIT_NOFILE, &before);
+  const rlimit none{0, before.rlim_max};
+  setrlimit(RLIMIT_NOFILE, &none);
+  const std::string sentence = refusal(file.Path());
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(sentence, file.Path() + ": too many files are open; close some and try again");
+}
+
+TEST(ReadSceneFile, FileThatMayNotBeReadIsRefused) {
+  const TemporaryFile file("scene_reader_test_unreadable.json", R"({"nodes":[]})");
+  std::filesystem::permissions(file.Path(), std::filesystem::perms::none);
+  if (access(file.Path().c_str(), R_OK) == 0) {
+    GTEST_SKIP() << "This user may read every file.";
   }
+  EXPECT_EQ(
+      refusal(file.Path()),
+      file.Path() + ": may not be read; ask for the permission to read it or copy it elsewhere");
 }
 
 TEST(ReadSceneFile, PathThroughAFileIsRefused) {

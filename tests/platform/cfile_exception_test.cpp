@@ -107,7 +107,10 @@ TEST(CFileException, OsErrorsHaveTheirCauses) {
   EXPECT_EQ(CFileException::OsErrorToCause(EMFILE), CFileException::tooManyOpenFiles);
   EXPECT_EQ(CFileException::OsErrorToCause(EROFS), CFileException::accessDenied);
   EXPECT_EQ(CFileException::OsErrorToCause(EBADF), CFileException::invalidFile);
+  EXPECT_EQ(CFileException::OsErrorToCause(ESPIPE), CFileException::badSeek);
   EXPECT_EQ(CFileException::OsErrorToCause(EIO), CFileException::hardIO);
+  EXPECT_EQ(CFileException::OsErrorToCause(ETXTBSY), CFileException::sharingViolation);
+  EXPECT_EQ(CFileException::OsErrorToCause(ENOLCK), CFileException::lockViolation);
   EXPECT_EQ(CFileException::OsErrorToCause(EDQUOT), CFileException::diskFull);
   EXPECT_EQ(CFileException::OsErrorToCause(EPIPE), CFileException::genericException);
   EXPECT_EQ(CFileException::OsErrorToCause(-1), CFileException::genericException);

@@ -34,6 +34,20 @@ TEST(Wsetlocale, SavedNameBringsTheLocaleBack) {
   EXPECT_EQ(text, CString(u"0,500000"));
 }
 
+TEST(Wsetlocale, LongNameOfAMixedLocaleBringsItBack) {
+  const NumericLocale locale(kCommaLocales);
+  if (!locale.Found()) {
+    GTEST_SKIP() << "Neither de_DE.UTF-8 nor fr_FR.UTF-8 is installed.";
+  }
+  const std::u16string saved = _wsetlocale(LC_ALL, nullptr);
+  EXPECT_TRUE(saved.starts_with(u"LC_CTYPE="));
+  EXPECT_EQ(std::u16string(_wsetlocale(LC_NUMERIC, u"C")), u"C");
+  EXPECT_EQ(std::u16string(_wsetlocale(LC_ALL, saved.c_str())), saved);
+  CString text;
+  text.Format(u"%f", 0.5);
+  EXPECT_EQ(text, CString(u"0,500000"));
+}
+
 TEST(Wsetlocale, TouchesNoOtherCategory) {
   const std::string before = std::setlocale(LC_CTYPE, nullptr);
   const NumericLocale locale(kCommaLocales);

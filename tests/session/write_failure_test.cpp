@@ -9,6 +9,7 @@
 #include "labels/label_callback.h"
 #include "platform/cfile_exception.h"
 #include "session/export_session.h"
+#include "tests/support/code_page_setting.h"
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
 
@@ -48,13 +49,14 @@ void expectNextExportIsRight() {
 }
 
 // A callback that writes meets the limit 10 bytes after the head, and the file has those 10.
-void expectFailureInside(const std::function<void()>& callback) {
+void expectFailureInside(const std::function<void()>& callback,
+                         CFileException::Cause cause = CFileException::diskFull) {
   const TempFile file;
   ASSERT_TRUE(DXF2dOpenFileForModel(file.WidePath()));
   const std::uintmax_t head = std::filesystem::file_size(file.Path());
   {
     const FileSizeLimit limit(head + 10);
-    EXPECT_EQ(causeOf(callback), CFileException::diskFull);
+    EXPECT_EQ(causeOf(callback), cause);
     EXPECT_EQ(std::filesystem::file_size(file.Path()), head + 10);
     EXPECT_EQ(causeOf([] { DXF2dCloseFileForModel(); }), CFileException::diskFull);
   }
@@ -96,6 +98,14 @@ TEST(WriteFailure, FaceGeometryReportsIt) {
 
 TEST(WriteFailure, LabelReportsIt) {
   expectFailureInside([] { writeLabelText(u"T:1 1 0 0 0 0 0 C 0 0 0 0 0 \"a\"", 1); });
+}
+
+TEST(WriteFailure, WhatFailedFirstIsReportedAndNotTheFlushAfterIt) {
+  const CodePageSetting setting(65001);
+  // Three bytes a unit do not fit; on the way out the disk has no room for what came before.
+  expectFailureInside(
+      [] { writeLabelText(u"T:1 1 0 0 0 0 0 C 0 0 0 0 0 \"\u65e5\u672c\u8a9e\"", 1); },
+      CFileException::invalidFile);
 }
 
 TEST(WriteFailure, CloseReportsItAndEndsTheExport) {
