@@ -1,12 +1,11 @@
 #include "geometry/outline_block.h"
 
-#include <cmath>
+#include <algorithm>
 #include <cstddef>
 
 #include "dxf/dxf_writer.h"
 #include "dxf/flushed.h"
 #include "geometry/given_chains.h"
-#include "geometry/index_codes.h"
 #include "geometry/outline.h"
 #include "ktscene/kt_matrix.h"
 #include "ktscene/kt_v.h"
@@ -39,26 +38,19 @@ KtMatrix blockTransform(const BlockNode& node) {
   return relative;
 }
 
-// Writes each run as a polyline of the points pointAt(index). A run has at least one index,
-// whatever its first entry is; one that the list's end cuts off is not written.
+// Writes each run as a polyline of the points pointAt(index). Every run has at least one index and
+// is closed by a code.
 template <class PointAt>
 void writeRuns(DxfWriter& writer, const BlockNode& node, const std::vector<int>& indices,
                PointAt pointAt) {
-  for (std::size_t begin = 0; begin < indices.size();) {
-    std::size_t end = begin + 1;
-    while (end < indices.size() && indices[end] >= 0) {
-      ++end;
-    }
-    if (end >= indices.size()) {
-      return;
-    }
-    const bool isClosed = indices[end] == kPolygonCode;
+  for (auto run = indices.begin(); run != indices.end();) {
+    const auto code = std::find_if(run, indices.end(), [](int index) { return index < 0; });
     writer.WritePolylineBegin(&node.colorIndex, false);
-    writer.WriteVertices(end - begin + (isClosed ? 1 : 0), [&](std::size_t k) {
-      return pointAt(static_cast<std::size_t>(indices[begin + k < end ? begin + k : begin]));
+    writer.WriteVertices(static_cast<std::size_t>(code - run), [&](std::size_t k) {
+      return pointAt(static_cast<std::size_t>(run[static_cast<std::ptrdiff_t>(k)]));
     });
     writer.WriteSeqEnd();
-    begin = end + 1;
+    run = code + 1;
   }
 }
 
