@@ -1,0 +1,61 @@
+"""Whose code a working process was in when it was brought down: the model's reader's or ours."""
+
+import re
+import subprocess
+from pathlib import Path
+
+FRAME = re.compile(r"^\s*#\d+ +(?:0x[0-9a-f]+ +(?:in )?)?(.*)$", re.MULTILINE)
+# A frame in a library of the system; all others are ours, which sanitizers show with their sources.
+LIBRARY = re.compile(r"\((?:/usr)?/lib(?:64)?/(?:\S*/)?([^/ +)]+)")
+READER = "libassimp"
+# With gdb, to bring down again what has been brought down before.
+ATTEMPTS = 10
+# Frames that tell nothing: of a wild jump, of the sanitizers' own sources, of refused memory.
+UNTOLD = re.compile(r"<unknown module>|libsanitizer|^operator new")
+
+
+def site_of_signal(command, directory):
+    """Runs a command of dxf2d that is brought down under gdb; see crash_site."""
+    # Where memory lies may decide whether it is brought down.
+    steps = ["set disable-randomization off", "set follow-fork-mode child", "run",
+             f"source {Path(__file__).with_name('print_frames.py')}"]
+    options = [word for step in steps for word in ("-ex", step)]
+    for _ in range(ATTEMPTS):
+        result = subprocess.run(["gdb", "-nx", "-batch", *options, "--args", *command],
+                                cwd=directory, capture_output=True, text=True, errors="replace",
+                                check=False)
+        frames = FRAME.findall(result.stdout)
+        if frames:
+            break
+    return crash_site(frames)
+
+
+def crash_site(frames):
+    """"reader", "ours", or "unknown" where no frame is of either; and the frame that tells."""
+    for frame in frames:
+        if UNTOLD.search(frame):
+            continue
+        library = LIBRARY.search(frame)
+        if library is None:
+            return "ours", frame
+        # Other libraries of the system fail on behalf of their callers.
+        if library[1].startswith(READER):
+            return "reader", frame
+    return "unknown", frames[0] if frames else "no frames"
+
+
+class SanitizerReport:
+    """What stopped a program that is built with sanitizers."""
+
+    def __init__(self, text):
+        self._text = text
+
+    def is_about_memory(self):
+        """The address sanitizer gives up where the program as it is used meets std::bad_alloc."""
+        return re.search("allocation-size-too-big|out-of-memory|out of memory",
+                         self._text) is not None
+
+    def site(self):
+        # The first stack is that of the fault; others are those of allocations.
+        stack = re.search(r"(?:^ +#\d.*\n)+", self._text, re.MULTILINE)
+        return crash_site(FRAME.findall(stack[0] if stack else ""))

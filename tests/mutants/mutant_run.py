@@ -1,0 +1,199 @@
+"""Exports one mutated model and holds what happens against what README promises."""
+
+import os
+import re
+import select
+import signal
+import subprocess
+import time
+from dataclasses import dataclass, field
+
+from crash_site import SanitizerReport, site_of_signal
+from drawing_facts import DrawingFacts
+
+DONE, INPUT, NOTHING_TO_DRAW, LIMIT = 0, 3, 4, 7
+# Not one of dxf2d's: what the sanitizers are told to end a process with.
+SANITIZER = 86
+
+# What a run may take beyond its limits: the system's time to end and clear a process on a busy
+# machine, in seconds; and the program itself, in MiB.
+TIME_MARGIN = 10
+MEMORY_MARGIN = 128
+
+# Bytes. A reader's message may quote from the model; a page of it is no sentence.
+LONGEST_SENTENCE = 1000
+
+END_OF_DRAWING = b"  0\nEOF\n"
+
+CONTROL_CHARACTER = re.compile(rb"[\x00-\x1f\x7f]|\xc2[\x80-\x9f]")
+
+# What becomes of a mutant: words of its sentence, by what the tally says.
+OUTCOMES = {
+    "brings its reader down (Segmentation fault)": b"reader down (Segmentation",
+    "brings its reader down (Aborted)": b"reader down (Aborted",
+    "brings its reader down otherwise": b"brings its reader down",
+    "reaches the limit of memory": b"that --max-memory allows",
+    "reaches the limit of time": b"that --max-time allows",
+    "reaches the limit of nodes": b"that --max-nodes allows",
+    "reaches the limit of vertices": b"that --max-vertices allows",
+}
+PLAIN_OUTCOMES = {DONE: "drawn", INPUT: "refused", NOTHING_TO_DRAW: "holds nothing to draw"}
+
+
+@dataclass
+class Limits:
+    """In seconds and MiB."""
+    time: int
+    memory: int
+
+    def options(self):
+        return ["--max-time", str(self.time), "--max-memory", str(self.memory)]
+
+
+@dataclass
+class Run:
+    """How one run ended; a negative code is a signal, None a run that had to be ended."""
+    code: int | None
+    out: bytes
+    error: bytes
+    seconds: float
+    peak: int  # MiB, of the largest process
+    complaints: list = field(default_factory=list)
+    outcome: str = ""
+    site: str = ""
+
+
+class MutantExport:
+    """The export of the model `name`, the bytes of which are `mutants[name]`, in `folder`, where
+    nothing else is; the files that stand beside the model stand in `original_folder`."""
+
+    def __init__(self, program, limits, folder, original_folder, name, mutants):
+        self.directory = folder / "work"
+        self.model = folder / "model" / name
+        self.drawing = folder / "drawing" / "plan.dxf"
+        self._reports = folder / "reports"
+        for path in (self.directory, self.model.parent, self.drawing.parent, self._reports):
+            path.mkdir(parents=True)
+        for neighbour in original_folder.iterdir():
+            if neighbour.name not in mutants:
+                (self.model.parent / neighbour.name).symlink_to(neighbour)
+        for path, content in mutants.items():
+            (self.model.parent / path).write_bytes(content)
+        self._limits = limits
+        self.command = [program, "export", str(self.model), "-o", str(self.drawing),
+                        *limits.options()]
+
+    def run(self, is_sanitized=False, reads_drawing=False, finds_site=False):
+        """Exports once; `reads_drawing` reads it back with ezdxf, `finds_site` exports once more
+        where the reader was brought down, to see in whose code."""
+        run = self._run()
+        run.complaints = [*self._wrong_files(run), *self._wrong_usage(run, is_sanitized)]
+        if is_sanitized and run.code == SANITIZER:
+            self._judge_report(run)
+            return run
+        run.outcome = outcome_of(run)
+        run.complaints += wrong_words(run, os.fsencode(self.model))
+        if run.code == DONE and self.drawing.exists():
+            run.complaints += self._wrong_drawing(reads_drawing)
+        if finds_site and run.outcome.startswith("brings its reader down"):
+            self._judge_site(run, *site_of_signal(self.command, self.directory))
+            self.drawing.unlink(missing_ok=True)
+        return run
+
+    def _run(self):
+        reports = f"exitcode={SANITIZER}:log_path={self._reports}/of"
+        environment = {**os.environ}
+        for name in ("ASAN_OPTIONS", "UBSAN_OPTIONS"):
+            environment[name] = f"{environment.get(name, '')}:{reports}"
+        out_path, error_path = self._reports / "out", self._reports / "error"
+        with open(out_path, "wb") as out, open(error_path, "wb") as error:
+            start = time.monotonic()
+            process = subprocess.Popen(self.command, cwd=self.directory, stdin=subprocess.DEVNULL,
+                                       stdout=out, stderr=error, env=environment,
+                                       start_new_session=True)
+            hangs = not ends_within(process, self._limits.time + TIME_MARGIN)
+            if hangs:
+                os.killpg(process.pid, signal.SIGKILL)
+            _, status, usage = os.wait4(process.pid, 0)
+            seconds = time.monotonic() - start
+        process.returncode = os.waitstatus_to_exitcode(status)
+        return Run(None if hangs else process.returncode, out_path.read_bytes(),
+                   error_path.read_bytes(), seconds, usage.ru_maxrss >> 10)
+
+    def _wrong_usage(self, run, is_sanitized):
+        if run.code is None:
+            yield f"does not end within {self._limits.time} s and {TIME_MARGIN} more"
+        # The sanitizers take as much as they like.
+        if run.peak > self._limits.memory + MEMORY_MARGIN and not is_sanitized:
+            yield f"takes {run.peak} MiB where {self._limits.memory} are allowed"
+
+    def _wrong_files(self, run):
+        expected = {self.drawing} if run.code == DONE else set()
+        found = {*self.drawing.parent.iterdir(), *self.directory.iterdir()}
+        for path in sorted(found - expected):
+            yield f"leaves {path.name}"
+        if expected - found:
+            yield "is done, and there is no drawing"
+
+    def _wrong_drawing(self, reads_drawing):
+        with open(self.drawing, "rb") as stream:
+            stream.seek(-min(len(END_OF_DRAWING), self.drawing.stat().st_size), os.SEEK_END)
+            if stream.read() != END_OF_DRAWING:
+                yield "the drawing has no end"
+                return
+        if reads_drawing:
+            try:
+                yield from DrawingFacts(self.drawing).faults
+            except Exception as error:  # Whatever keeps another program from reading it.
+                yield f"ezdxf cannot read the drawing: {error!r}"
+
+    def _judge_report(self, run):
+        text = "".join(path.read_text(errors="replace") for path in self._reports.glob("of.*"))
+        report = SanitizerReport(text)
+        if report.is_about_memory():
+            run.outcome = "reaches the limit of memory"
+        else:
+            run.outcome = "stopped by a sanitizer"
+            self._judge_site(run, *report.site())
+
+    def _judge_site(self, run, whose, frame):
+        run.site = f"{whose}: {frame}"
+        if whose != "reader":
+            run.complaints.append(f"{run.outcome}, and not in its reader but in {whose}: {frame}")
+
+
+def ends_within(process, seconds):
+    """Does not take the process's status, which wait4 is to tell."""
+    descriptor = os.pidfd_open(process.pid)
+    try:
+        poll = select.poll()
+        poll.register(descriptor, select.POLLIN)
+        return bool(poll.poll(seconds * 1000))
+    finally:
+        os.close(descriptor)
+
+
+def outcome_of(run):
+    for outcome, words in OUTCOMES.items():
+        if words in run.error:
+            return outcome
+    return PLAIN_OUTCOMES.get(run.code, "against the promise")
+
+
+def wrong_words(run, model):
+    """What is wrong with the exit code and with what the run says."""
+    if run.code not in (DONE, INPUT, NOTHING_TO_DRAW, LIMIT):
+        yield f"ends with {run.code} and says {run.error}"
+        return
+    said, silent = (run.out, run.error) if run.code == DONE else (run.error, run.out)
+    if silent:
+        yield f"ends with {run.code} and says also {silent}"
+    if run.code != DONE and not said.startswith(b"dxf2d: "):
+        yield f"not a sentence of dxf2d: {said}"
+    if not said.endswith(b"\n") or CONTROL_CHARACTER.search(said[:-1]):
+        yield f"not one line of plain text: {said}"
+    if run.code != DONE and model not in said:
+        yield f"the sentence does not name the model: {said}"
+    if len(said) - len(model) > LONGEST_SENTENCE:
+        yield f"{len(said)} bytes are no sentence: {said[:LONGEST_SENTENCE]}"
+
