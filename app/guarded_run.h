@@ -15,6 +15,7 @@ struct GuardLimits {
 struct GuardedEnd {
   enum class How {
     kReturned,    // the work returned `number`
+    kExited,      // something in it ended its process, with the exit code `number`
     kSignal,      // the system ended it with the signal `number`
     kOutOfTime,   // it took longer than it may, and was ended
     kAskedToEnd,  // this process is asked to end, and the work was ended

@@ -12,6 +12,7 @@
 
 #include "app/deferred_end.h"
 #include "app/guarded_run.h"
+#include "app/shared_value.h"
 
 namespace {
 
@@ -46,7 +47,8 @@ void limitMemory(std::uint64_t bytes) {
 // stack, whatever its limit was when the program started.
 constexpr rlim_t kStackRoom = rlim_t{120} << 20;
 
-[[noreturn]] void workAlone(const std::function<int()>& work, std::uint64_t memory, pid_t parent) {
+[[noreturn]] void workAlone(const std::function<int()>& work, std::uint64_t memory, pid_t parent,
+                            bool& returned) {
   const sigset_t requests = endRequests();
   pthread_sigmask(SIG_UNBLOCK, &requests, nullptr);
   // Without its parent nobody hears the result.
@@ -59,6 +61,7 @@ constexpr rlim_t kStackRoom = rlim_t{120} << 20;
   if (memory != 0) limitMemory(memory);
   const int result = work();
   std::fflush(nullptr);
+  returned = true;
   // Not exit(): what is freed there goes with the process anyway.
   std::_Exit(result);
 }
@@ -126,7 +129,7 @@ GuardedEnd endNow(pid_t child, How how) {
   return {how, 0};
 }
 
-GuardedEnd waitFor(pid_t child, std::chrono::milliseconds time) {
+GuardedEnd waitFor(pid_t child, std::chrono::milliseconds time, const bool& returned) {
   std::optional<Clock::time_point> end;
   if (time.count() != 0) end = Clock::now() + time;
   sigset_t signals = endRequests();
@@ -142,8 +145,8 @@ GuardedEnd waitFor(pid_t child, std::chrono::milliseconds time) {
     int status = 0;
     // Another child of this process, or this one only stopped.
     if (waitpid(child, &status, WNOHANG) != child) continue;
-    if (WIFEXITED(status)) return {How::kReturned, WEXITSTATUS(status)};
-    return {How::kSignal, WTERMSIG(status)};
+    if (!WIFEXITED(status)) return {How::kSignal, WTERMSIG(status)};
+    return {returned ? How::kReturned : How::kExited, WEXITSTATUS(status)};
   }
 }
 
@@ -153,12 +156,15 @@ GuardedEnd runGuarded(const std::function<int()>& work, const GuardLimits& limit
   std::fflush(nullptr);
   const DeferredEnd deferred;
   const ChildSignal childSignal;
+  // Foreign code may call exit(0) in the middle of the work, so that the exit code alone says
+  // nothing.
+  SharedValue<bool> returned;
   const pid_t parent = getpid();
   const pid_t child = fork();
   if (child < 0) return {How::kNotStarted, errno};
   if (child == 0) {
     pthread_sigmask(SIG_SETMASK, &childSignal.MaskBefore(), nullptr);
-    workAlone(work, limits.memory, parent);
+    workAlone(work, limits.memory, parent, *returned);
   }
-  return waitFor(child, limits.time);
+  return waitFor(child, limits.time, *returned);
 }

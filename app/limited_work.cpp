@@ -59,7 +59,12 @@ int LimitedWork::Run(const std::function<int()>& work) const {
   const GuardedEnd end = runGuarded(terminable, {memory_, time_});
   switch (end.how) {
     case GuardedEnd::How::kReturned:
-      return end.number == kOutOfMemory ? FailForMemory() : end.number;
+      return end.number;
+    case GuardedEnd::How::kExited:
+      if (end.number == kOutOfMemory) return FailForMemory();
+      return Fail(kExitInput, "it ends its reader in the middle (exit code " +
+                                  std::to_string(end.number) +
+                                  "); mend it or save it in another format");
     case GuardedEnd::How::kSignal:
       if (end.number == SIGKILL) {
         return Fail(kExitLimit, "the system stopped it, likely for want of memory; free some");

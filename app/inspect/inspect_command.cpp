@@ -135,9 +135,9 @@ bool tryWalk(const InspectOptions& options, const InspectionScene& kind,
       {0, kWalkTime});
   switch (end.how) {
     case GuardedEnd::How::kReturned:
-      if (end.number != kExitDone && end.number != kExitPlugin) {
-        printResult(kind, "ends its host (exit code " + std::to_string(end.number) + ")");
-      }
+      break;
+    case GuardedEnd::How::kExited:
+      printResult(kind, "ends its host (exit code " + std::to_string(end.number) + ")");
       break;
     case GuardedEnd::How::kSignal:
       printResult(kind, std::string("brings its host down (") + strsignal(end.number) + ")");
@@ -187,6 +187,10 @@ int runInspect(const InspectOptions& options) {
     if (end.how == GuardedEnd::How::kSignal) {
       return fail(kExitPlugin, named(options) + " brings its host down while it is loaded (" +
                                    strsignal(end.number) + ")");
+    }
+    if (end.how == GuardedEnd::How::kExited) {
+      return fail(kExitPlugin, named(options) + " ends its host while it is loaded (exit code " +
+                                   std::to_string(end.number) + ")");
     }
     if (end.how == GuardedEnd::How::kNotStarted) {
       throw std::runtime_error(std::string("cannot start a process: ") + strerror(end.number));

@@ -6,6 +6,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <new>
 #include <vector>
 
@@ -19,6 +20,15 @@ TEST(RunGuarded, PassesTheExitCodeOn) {
   const GuardedEnd end = runGuarded([] { return 7; });
   EXPECT_TRUE(end.Returned(7));
   EXPECT_FALSE(end.Returned(0));
+}
+
+TEST(RunGuarded, WorkThatEndsItsProcessHasNotReturned) {
+  for (const int code : {0, 7}) {
+    const GuardedEnd end = runGuarded([code]() -> int { std::_Exit(code); });
+    EXPECT_EQ(end.how, GuardedEnd::How::kExited);
+    EXPECT_EQ(end.number, code);
+    EXPECT_FALSE(end.Returned(code));
+  }
 }
 
 TEST(RunGuarded, OutlivesWorkThatEndsByASignal) {

@@ -236,6 +236,19 @@ class Names(Commands):
         self.folder.mkdir()
 
 
+class ForeignCode(Commands):
+    def test_a_plug_in_that_ends_its_host_in_the_middle_has_drawn_nothing(self):
+        for output in self.outputs():
+            if output.arguments[0] != "export":
+                continue
+            output.arguments += ["--plugin", self.options.ends_in_the_middle]
+            run = output.run()
+            self.assertEqual(INPUT, run.code)
+            self.assertRegex(run.error, rb"\Adxf2d: .*exit code 0.*\n\Z")
+            self.assertEqual("old", output.state())
+            self.assertEqual([], output.leftovers())
+
+
 class Limits(Commands):
     def test_an_output_is_never_mixed_with_what_a_closed_stream_is_told(self):
         for output in self.outputs():
@@ -280,4 +293,5 @@ def limiting(kind, value):
 
 if __name__ == "__main__":
     run_tests(__doc__.splitlines()[0],
-              short_writes="the module short_writes, to be preloaded")
+              short_writes="the module short_writes, to be preloaded",
+              ends_in_the_middle="the plug-in ends_in_the_middle")
