@@ -4,14 +4,16 @@ import re
 import subprocess
 from pathlib import Path
 
-FRAME = re.compile(r"^\s*#\d+ +(?:0x[0-9a-f]+ +(?:in )?)?(.*)$", re.MULTILINE)
-# A frame in a library of the system; all others are ours, which sanitizers show with their sources.
+# As the sanitizers are to print them, and print_frames.py does: what runs there and its file.
+FRAME_FORMAT = "    #%n %f (%m+%o)"
+FRAME = re.compile(r"^ *#\d+ +(.*)$", re.MULTILINE)
+# Of a frame, where it is in a library of the system; all others are ours.
 LIBRARY = re.compile(r"\((?:/usr)?/lib(?:64)?/(?:\S*/)?([^/ +)]+)")
 READER = "libassimp"
 # With gdb, to bring down again what has been brought down before.
 ATTEMPTS = 10
-# Frames that tell nothing: of a wild jump, of the sanitizers' own sources, of refused memory.
-UNTOLD = re.compile(r"<unknown module>|libsanitizer|^operator new")
+# Frames that tell nothing: of a wild jump, of memory that is refused, of std::terminate's handler.
+UNTOLD = re.compile(r"<unknown module>|^operator new|endTerminated")
 
 
 def site_of_signal(command, directory):

@@ -8,11 +8,12 @@ import subprocess
 import time
 from dataclasses import dataclass, field
 
-from crash_site import SanitizerReport, site_of_signal
+from crash_site import FRAME_FORMAT, SanitizerReport, site_of_signal
 from drawing_facts import DrawingFacts
 
 DONE, INPUT, NOTHING_TO_DRAW, LIMIT = 0, 3, 4, 7
-# Not one of dxf2d's: what the sanitizers are told to end a process with.
+# What the sanitizers are told to end a process with: not one of dxf2d's, so that it shows when they
+# end the waiting process.
 SANITIZER = 86
 
 # What a run may take beyond its limits: the system's time to end and clear a process on a busy
@@ -32,6 +33,7 @@ OUTCOMES = {
     "brings its reader down (Segmentation fault)": b"reader down (Segmentation",
     "brings its reader down (Aborted)": b"reader down (Aborted",
     "brings its reader down otherwise": b"brings its reader down",
+    "ends its reader in the middle": b"ends its reader in the middle",
     "reaches the limit of memory": b"that --max-memory allows",
     "reaches the limit of time": b"that --max-time allows",
     "reaches the limit of nodes": b"that --max-nodes allows",
@@ -88,11 +90,9 @@ class MutantExport:
         where the reader was brought down, to see in whose code."""
         run = self._run()
         run.complaints = [*self._wrong_files(run), *self._wrong_usage(run, is_sanitized)]
-        if is_sanitized and run.code == SANITIZER:
-            self._judge_report(run)
-            return run
         run.outcome = outcome_of(run)
         run.complaints += wrong_words(run, os.fsencode(self.model))
+        self._judge_report(run)
         if run.code == DONE and self.drawing.exists():
             run.complaints += self._wrong_drawing(reads_drawing)
         if finds_site and run.outcome.startswith("brings its reader down"):
@@ -101,7 +101,8 @@ class MutantExport:
         return run
 
     def _run(self):
-        reports = f"exitcode={SANITIZER}:log_path={self._reports}/of"
+        reports = (f"exitcode={SANITIZER}:handle_abort=1:log_path={self._reports}/of:"
+                   f"stack_trace_format='{FRAME_FORMAT}'")
         environment = {**os.environ}
         for name in ("ASAN_OPTIONS", "UBSAN_OPTIONS"):
             environment[name] = f"{environment.get(name, '')}:{reports}"
@@ -149,6 +150,8 @@ class MutantExport:
 
     def _judge_report(self, run):
         text = "".join(path.read_text(errors="replace") for path in self._reports.glob("of.*"))
+        if not text:
+            return
         report = SanitizerReport(text)
         if report.is_about_memory():
             run.outcome = "reaches the limit of memory"
