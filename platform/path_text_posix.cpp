@@ -1,5 +1,6 @@
 #include "platform/path_text.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <locale>
 
@@ -13,6 +14,13 @@ constexpr char16_t kEscapeBase = 0xDC00;
 
 bool isEscape(char16_t unit) { return unit >= kEscapeBase + 0x80 && unit <= kEscapeBase + 0xFF; }
 
+// The first surrogate from `next` on that is encoded as if it were a character, which the
+// conversion lets pass and UTF-8 does not have; `end` when there is none.
+const char8_t* findEncodedSurrogate(const char8_t* next, const char8_t* end) {
+  return std::adjacent_find(
+      next, end, [](char8_t first, char8_t second) { return first == 0xED && second >= 0xA0; });
+}
+
 }  // namespace
 
 std::u16string PathFromBytes(std::string_view bytes) {
@@ -23,11 +31,15 @@ std::u16string PathFromBytes(std::string_view bytes) {
   const std::u8string source(bytes.begin(), bytes.end());
   const char8_t* next = source.data();
   const char8_t* const end = next + source.size();
+  const char8_t* stop = findEncodedSurrogate(next, end);
   while (next != end) {
     std::mbstate_t state{};
-    utf.in(state, next, end, next, written, wide.data() + wide.size(), written);
+    utf.in(state, next, stop, next, written, wide.data() + wide.size(), written);
     if (next != end) {
       *written++ = static_cast<char16_t>(kEscapeBase + *next++);
+    }
+    if (next > stop) {
+      stop = findEncodedSurrogate(next, end);
     }
   }
   wide.resize(static_cast<std::size_t>(written - wide.data()));

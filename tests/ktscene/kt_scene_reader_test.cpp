@@ -1,7 +1,6 @@
 #include "ktscene/kt_scene_reader.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,6 +9,8 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
+
+#include "tests/support/descriptor_limit.h"
 
 namespace {
 
@@ -246,13 +247,9 @@ TEST(ReadSceneFile, LinkToItselfIsRefusedWithTheSystemsNumber) {
 
 TEST(ReadSceneFile, TooManyOpenFilesAreToldFromAMissingOne) {
   const TemporaryFile file("scene_reader_test_one_too_many.json", R"({"nodes":[]})");
-  rlimit before{};
-  getrlimit(RLIMIT_NOFILE, &before);
-  const rlimit none{0, before.rlim_max};
-  setrlimit(RLIMIT_NOFILE, &none);
-  const std::string sentence = refusal(file.Path());
-  setrlimit(RLIMIT_NOFILE, &before);
-  EXPECT_EQ(sentence, file.Path() + ": too many files are open; close some and try again");
+  const NoMoreDescriptors none;
+  EXPECT_EQ(refusal(file.Path()),
+            file.Path() + ": too many files are open; close some and try again");
 }
 
 TEST(ReadSceneFile, FileThatMayNotBeReadIsRefused) {

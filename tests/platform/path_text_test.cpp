@@ -5,6 +5,8 @@
 #include <random>
 #include <string>
 
+#include "tests/support/descriptor_limit.h"
+
 namespace {
 
 std::u16string escaped(std::string_view bytes) {
@@ -87,4 +89,12 @@ TEST(PathText, EscapedByteAfterAPairStaysApart) {
   const std::string bytes = "\xF0\x9F\x98\x80\x80";
   EXPECT_EQ(PathFromBytes(bytes).size(), 3U);
   EXPECT_EQ(PathToBytes(PathFromBytes(bytes)), bytes);
+}
+
+TEST(PathText, NeedsNoFreeDescriptor) {
+  const NoMoreDescriptors none;
+  EXPECT_EQ(PathToBytes(PathFromBytes("S\xC3\xBC"
+                                      "d\xFF")),
+            "S\xC3\xBC"
+            "d\xFF");
 }
