@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <set>
 
@@ -72,6 +74,18 @@ TEST(ColorPalette, HuesHaveFiveFullAndFiveHalfSaturatedShades) {
   expectEntry(249, 0.15, 0.15 * 0.5, 0.15 * (0.5 + 0.5 * 0.25));
 }
 
+TEST(ColorPalette, HuesGoRoundTheColourCircleInQuartersOfAPrimary) {
+  const auto part = [](double full) { return std::clamp(full, 0.0, 1.0); };
+  for (int hue = 0; hue < 24; ++hue) {
+    const double red = part(std::abs(hue - 12) / 4.0 - 1);
+    const double green = part(2 - std::abs(hue - 8) / 4.0);
+    const double blue = part(2 - std::abs(hue - 16) / 4.0);
+    expectEntry(10 + 10 * hue, red, green, blue);
+    expectEntry(14 + 10 * hue, 0.5 * red, 0.5 * green, 0.5 * blue);
+    expectEntry(16 + 10 * hue, 0.3 * red, 0.3 * green, 0.3 * blue);
+  }
+}
+
 TEST(ColorPalette, TwoEntriesDepartFromTheirRow) {
   expectEntry(108, 0, 0.15, 0.09375);
   expectEntry(118, 0, 0.15, 0.75);
@@ -80,6 +94,8 @@ TEST(ColorPalette, TwoEntriesDepartFromTheirRow) {
 TEST(ColorPalette, GreysCloseTheTable) {
   expectEntry(250, 0.33, 0.33, 0.33);
   expectEntry(251, 0.464, 0.464, 0.464);
+  expectEntry(252, 0.598, 0.598, 0.598);
+  expectEntry(253, 0.732, 0.732, 0.732);
   expectEntry(254, 0.866, 0.866, 0.866);
 }
 

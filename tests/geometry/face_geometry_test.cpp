@@ -1,6 +1,7 @@
 // The block that a face geometry's wire frame is written as.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <limits>
 #include <vector>
 
@@ -140,6 +141,17 @@ TEST(FaceGeometry, PlacesAreComparedBeforeTheMatrixIsApplied) {
   EXPECT_TRUE(draw({0, 0, 0, 0.00005, 0, 0, 0, 1, 0}, {0, 1, 2, -5}));
   EXPECT_EQ(linesIn(session.Body(), "GO_1"),
             (std::vector<PlanLine>{{{0, 0}, {0.05, 0}}, {{0, 0}, {0, 1}}}));
+}
+
+TEST(FaceGeometry, UprightNodeShowsTheHeightOfEveryPoint) {
+  const DrawingSession session;
+  HostNode host;
+  host.node.matrix.Init(
+      std::array<double, 16>{0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 0, 0, 0, 0, 1}.data());
+  DXF2dOpenNode(host.Attribute());
+  EXPECT_TRUE(draw(kSquare, {0, 1, 2, -5}));
+  EXPECT_EQ(linesIn(session.Body(), "GO_1"),
+            (std::vector<PlanLine>{{{5, 0}, {6, 0}}, {{5, 0}, {7, 1}}, {{6, 0}, {7, 1}}}));
 }
 
 TEST(FaceGeometry, LinesHaveTheNodesColour) {
