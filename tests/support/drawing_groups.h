@@ -102,9 +102,7 @@ inline std::vector<Group> groupsOf(const std::string& text) {
   return groups;
 }
 
-inline std::vector<Group> readGroups(const std::string& path) {
-  return groupsOf(readFile(path));
-}
+inline std::vector<Group> readGroups(const std::string& path) { return groupsOf(readFile(path)); }
 
 inline std::vector<Entity> entitiesOf(const std::vector<Group>& groups) {
   std::vector<Entity> entities;
