@@ -1,6 +1,7 @@
 #include "app/export/export_command.h"
 
 #include <filesystem>
+#include <system_error>
 
 #include "app/export/drawing_names.h"
 #include "app/failure.h"
@@ -24,8 +25,9 @@ int exportAll(const std::vector<ExportJob>& jobs, const ExportOptions& options) 
 
 // Once for all drawings in it.
 void checkDirectory(const std::string& directory) {
-  if (std::filesystem::is_directory(directory)) return;
-  const bool exists = std::filesystem::exists(directory);
+  std::error_code ignored;
+  if (std::filesystem::is_directory(directory, ignored)) return;
+  const bool exists = std::filesystem::exists(directory, ignored);
   throw OutputError(kExitOutputNotMade,
                     "cannot draw into '" + directory +
                         (exists ? "': it is no directory; choose another"
