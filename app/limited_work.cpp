@@ -52,9 +52,9 @@ LimitedWork::LimitedWork(std::string task, std::string input, const WorkLimits& 
       time_(limits.time) {}
 
 int LimitedWork::Run(const std::function<int()>& work) const {
-  const auto terminable = [&work] {
+  const auto terminable = [&] {
     std::set_terminate(&endTerminated);
-    return work();
+    return Reporting(work);
   };
   const GuardedEnd end = runGuarded(terminable, {memory_, time_});
   switch (end.how) {
@@ -81,6 +81,16 @@ int LimitedWork::Run(const std::function<int()>& work) const {
       break;
   }
   return kExitInternal;
+}
+
+int LimitedWork::Reporting(const std::function<int()>& step) const {
+  return reporting([&] {
+    try {
+      return step();
+    } catch (const std::bad_alloc&) {
+      return FailForMemory();
+    }
+  });
 }
 
 int LimitedWork::FailForMemory() const {

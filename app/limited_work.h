@@ -20,13 +20,16 @@ class LimitedWork {
   // `task` is what is done, such as "draw".
   LimitedWork(std::string task, std::string input, const WorkLimits& limits);
 
-  // `work` returns an ExitCode and has said why unless that is kExitDone. So does this. Returns in
-  // spite of a request to end, which is then pending: the caller cleans up and lets it through.
+  // `work` returns an ExitCode and has said why unless that is kExitDone; what it throws is told as
+  // Reporting does. Returns an ExitCode likewise, and in spite of a request to end, which is then
+  // pending: the caller cleans up and lets it through.
   int Run(const std::function<int()>& work) const;
-  // For std::bad_alloc: says that the memory does not suffice; returns kExitLimit.
-  int FailForMemory() const;
+  // Runs `step` in this process, and makes of what it throws a sentence and a code: see
+  // `reporting`; kExitLimit for std::bad_alloc.
+  int Reporting(const std::function<int()>& step) const;
 
  private:
+  int FailForMemory() const;
   int Fail(int code, const std::string& reason) const;
 
   std::string task_;

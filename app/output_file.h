@@ -2,24 +2,18 @@
 #pragma once
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "app/deferred_end.h"
 #include "app/descriptor.h"
-#include "app/exit_code.h"
+#include "app/failure.h"
 
-// Why an output cannot be had. what() is one sentence that names the file and the way out; `code`
-// is kExitOutputNotMade, kExitOutputExists or kExitWriteFailed.
-class OutputError : public std::runtime_error {
+// Why an output cannot be had. The code is kExitOutputNotMade, kExitOutputExists or
+// kExitWriteFailed.
+class OutputError : public Failure {
  public:
-  OutputError(ExitCode code, const std::string& sentence)
-      : std::runtime_error(sentence), code_(code) {}
-  ExitCode Code() const { return code_; }
-
- private:
-  ExitCode code_;
+  using Failure::Failure;
 };
 
 // Whether a file already under the output's name may be replaced.

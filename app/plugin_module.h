@@ -1,15 +1,14 @@
 // The plug-in that draws, loaded at run time.
 #pragma once
 
-#include <stdexcept>
 #include <string>
 
+#include "app/failure.h"
 #include "ktscene/kt_traverser.h"
 
-// what() is one sentence that names the file and the way out.
-class PluginError : public std::runtime_error {
+class PluginError : public Failure {
  public:
-  using std::runtime_error::runtime_error;
+  explicit PluginError(const std::string& sentence) : Failure(kExitPlugin, sentence) {}
 };
 
 // Loads the plug-in at `path`, or, when that is empty, the one that belongs to this program, and

@@ -45,13 +45,5 @@ int exportModels(const ExportOptions& options) {
 }  // namespace
 
 int runExport(const ExportOptions& options) {
-  try {
-    return exportModels(options);
-  } catch (const UsageError& error) {
-    return fail(kExitUsage, error.what());
-  } catch (const OutputError& error) {
-    return fail(error.Code(), error.what());
-  } catch (const std::exception& error) {
-    return fail(kExitInternal, std::string(error.what()) + "; please report this");
-  }
+  return reporting([&] { return exportModels(options); });
 }

@@ -3,7 +3,6 @@
 #include <assimp/Importer.hpp>
 #include <chrono>
 #include <filesystem>
-#include <new>
 
 #include "app/destination.h"
 #include "app/export/drawing_counts.h"
@@ -44,26 +43,6 @@ struct DrawingReport {
   DrawingCounts counts;
 };
 
-// Runs `step`, which returns an exit code, and makes of what it throws a sentence and a code.
-template <typename Step>
-int reporting(const LimitedWork& work, Step step) {
-  try {
-    return step();
-  } catch (const ModelError& error) {
-    return fail(error.Code(), error.what());
-  } catch (const KtSceneError& error) {
-    return fail(kExitInput, error.what());
-  } catch (const OutputError& error) {
-    return fail(error.Code(), error.what());
-  } catch (const PluginError& error) {
-    return fail(kExitPlugin, error.what());
-  } catch (const std::bad_alloc&) {
-    return work.FailForMemory();
-  } catch (const std::exception& error) {
-    return fail(kExitInternal, std::string(error.what()) + "; please report this");
-  }
-}
-
 // ---- In the working process
 
 // Draws one model or scene into a work file.
@@ -83,11 +62,19 @@ class Draughtsman {
 
  private:
   int DrawScene() {
-    KtScene scene = ReadSceneFile(job_.model);
+    KtScene scene = SceneOfFile();
     ModelMeter meter(options_.plan.limits, job_.model);
     meterScene(scene, meter);
     // An empty drawing is the right one of an empty scene.
     return Walk(scene);
+  }
+
+  KtScene SceneOfFile() const {
+    try {
+      return ReadSceneFile(job_.model);
+    } catch (const KtSceneError& error) {
+      throw ModelError(kExitInput, error.what());
+    }
   }
 
   int DrawModel() {
@@ -146,9 +133,7 @@ int draw(const LimitedWork& work, const ExportJob& job, const ExportOptions& opt
   Destination destination(job.drawing, options.existing);
   SharedValue<DrawingReport> report;
   // The readers are many, and some do not stand what broken files hold.
-  const int code = work.Run([&] {
-    return reporting(work, [&] { return Draughtsman(job, options, destination, *report).Draw(); });
-  });
+  const int code = work.Run([&] { return Draughtsman(job, options, destination, *report).Draw(); });
   if (code != kExitDone) return code;
   destination.Deliver();
   if (report->isTold) {
@@ -161,5 +146,5 @@ int draw(const LimitedWork& work, const ExportJob& job, const ExportOptions& opt
 
 int runExportJob(const ExportJob& job, const ExportOptions& options) {
   const LimitedWork work("draw", job.model, options.limits);
-  return reporting(work, [&] { return draw(work, job, options); });
+  return work.Reporting([&] { return draw(work, job, options); });
 }

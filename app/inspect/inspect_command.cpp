@@ -167,18 +167,6 @@ int tryWalks(const InspectOptions& options) {
                                " walks; see the lines above");
 }
 
-// Runs `step`, which returns an exit code, and makes of what it throws a sentence and a code.
-template <typename Step>
-int reporting(Step step) {
-  try {
-    return step();
-  } catch (const PluginError& error) {
-    return fail(kExitPlugin, error.what());
-  } catch (const std::exception& error) {
-    return fail(kExitInternal, error.what());
-  }
-}
-
 }  // namespace
 
 int runInspect(const InspectOptions& options) {

@@ -1,18 +1,19 @@
 // What can be wrong with a drawing that is read.
 #pragma once
 
-#include <stdexcept>
 #include <string>
+
+#include "app/failure.h"
 
 // The drawing is unreadable or malformed. what() is "FILE:LINE: reason", without the line where
 // none is to blame.
-class DxfError : public std::runtime_error {
+class DxfError : public Failure {
  public:
-  using std::runtime_error::runtime_error;
+  explicit DxfError(const std::string& sentence) : Failure(kExitInput, sentence) {}
 };
 
 // The drawing is sound as far as it was read, and larger than the program takes on.
-class LimitError : public std::runtime_error {
+class LimitError : public Failure {
  public:
-  using std::runtime_error::runtime_error;
+  explicit LimitError(const std::string& sentence) : Failure(kExitLimit, sentence) {}
 };

@@ -2,7 +2,6 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <new>
 #include <optional>
 
 #include "app/destination.h"
@@ -49,24 +48,6 @@ void noteLeftOut(const PreviewOptions& options, const Picture& picture) {
       " entities lie beyond the range of numbers and were left out");
 }
 
-// Runs `step`, which returns an exit code, and makes of what it throws a sentence and a code.
-template <typename Step>
-int reporting(const LimitedWork& work, Step step) {
-  try {
-    return step();
-  } catch (const OutputError& error) {
-    return fail(error.Code(), error.what());
-  } catch (const DxfError& error) {
-    return fail(kExitInput, error.what());
-  } catch (const LimitError& error) {
-    return fail(kExitLimit, error.what());
-  } catch (const std::bad_alloc&) {
-    return work.FailForMemory();
-  } catch (const std::exception& error) {
-    return fail(kExitInternal, std::string(error.what()) + "; please report this");
-  }
-}
-
 // Makes the picture in the working process. Returns an exit code.
 int drawInto(OutputFile& file, const PreviewOptions& options) {
   const Drawing drawing = readDrawing(options.drawing);
@@ -88,8 +69,7 @@ int preview(const LimitedWork& work, const PreviewOptions& options) {
   if (!wrong.empty()) return fail(kExitUsage, wrong);
   // Before the reading, which may take long: a picture that cannot be written is refused at once.
   Destination destination(options.picture, options.existing);
-  const int code = work.Run(
-      [&] { return reporting(work, [&] { return drawInto(destination.Work(), options); }); });
+  const int code = work.Run([&] { return drawInto(destination.Work(), options); });
   if (code != kExitDone) return code;
   destination.Deliver();
   return kExitDone;
@@ -99,5 +79,5 @@ int preview(const LimitedWork& work, const PreviewOptions& options) {
 
 int runPreview(const PreviewOptions& options) {
   const LimitedWork work("preview", options.drawing, options.limits);
-  return reporting(work, [&] { return preview(work, options); });
+  return work.Reporting([&] { return preview(work, options); });
 }
