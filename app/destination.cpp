@@ -7,6 +7,7 @@
 #include <system_error>
 
 #include "app/mapped_file.h"
+#include "app/temporary_directory.h"
 
 namespace {
 
@@ -14,10 +15,7 @@ constexpr const char* kStandardOutput = "-";
 
 // Never a file of this name: OutputFile works beside it, and it is not committed.
 std::string scratchName() {
-  std::error_code error;
-  const std::filesystem::path directory = std::filesystem::temp_directory_path(error);
-  const std::string name = "dxf2d-output-" + std::to_string(std::random_device{}());
-  return (error ? std::filesystem::path("/tmp") : directory) / name;
+  return temporaryDirectory() / ("dxf2d-output-" + std::to_string(std::random_device{}()));
 }
 
 void writeToStandardOutput(std::string_view bytes) {

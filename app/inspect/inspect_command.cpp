@@ -7,7 +7,6 @@
 #include <cstring>
 #include <exception>
 #include <filesystem>
-#include <stdexcept>
 #include <vector>
 
 #include "app/deferred_end.h"
@@ -16,14 +15,14 @@
 #include "app/inspect/callback_slots.h"
 #include "app/inspect/inspection_scenes.h"
 #include "app/inspect/module_exports.h"
+#include "app/output_file.h"
 #include "app/plugin_module.h"
+#include "app/temporary_directory.h"
 #include "ktscene/kt_traverser.h"
 #include "ktscene/zu_message.h"
 #include "platform/path_text.h"
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr const char* kEntryName = "InitializeTraverser";
 
@@ -35,15 +34,16 @@ std::string named(const InspectOptions& options) { return "the plug-in '" + opti
 // Where the drawings of the walks go, for as long as this lives.
 class ScratchDirectory {
  public:
-  ScratchDirectory() : path_((fs::temp_directory_path() / "dxf2d-inspect-XXXXXX").string()) {
+  ScratchDirectory() : path_((temporaryDirectory() / "dxf2d-inspect-XXXXXX").string()) {
     if (mkdtemp(path_.data()) == nullptr) {
-      throw std::runtime_error("cannot make a directory in '" + fs::temp_directory_path().string() +
-                               "': " + std::strerror(errno));
+      throw OutputError(kExitOutputNotMade,
+                        "cannot make a directory in '" + temporaryDirectory().string() +
+                            "': " + std::strerror(errno) + "; mend that or name another in TMPDIR");
     }
   }
   ~ScratchDirectory() {
     std::error_code ignored;
-    fs::remove_all(path_, ignored);
+    std::filesystem::remove_all(path_, ignored);
   }
   ScratchDirectory(const ScratchDirectory&) = delete;
   ScratchDirectory& operator=(const ScratchDirectory&) = delete;
@@ -123,35 +123,38 @@ std::string faultInWalk(const InspectOptions& options, const InspectionScene& ki
   }
 }
 
-// True when the walk passes; prints how it went.
-bool tryWalk(const InspectOptions& options, const InspectionScene& kind,
-             const std::string& drawing) {
-  const GuardedEnd end = runGuarded(
+[[noreturn]] void failToStart(int error) {
+  throw Failure(kExitLimit, std::string("no process can be started for the plug-in (") +
+                                strerror(error) + "); end other programs");
+}
+
+GuardedEnd tryWalk(const InspectOptions& options, const InspectionScene& kind,
+                   const std::string& drawing) {
+  return runGuarded(
       [&] {
         const std::string fault = faultInWalk(options, kind, drawing);
         printResult(kind, fault.empty() ? "passes" : fault);
         return fault.empty() ? kExitDone : kExitPlugin;
       },
       {0, kWalkTime});
+}
+
+// What the walk itself could not print.
+void printEnd(const InspectionScene& kind, const GuardedEnd& end) {
   switch (end.how) {
-    case GuardedEnd::How::kReturned:
-      break;
     case GuardedEnd::How::kExited:
-      printResult(kind, "ends its host (exit code " + std::to_string(end.number) + ")");
-      break;
+      return printResult(kind, "ends its host (exit code " + std::to_string(end.number) + ")");
     case GuardedEnd::How::kSignal:
-      printResult(kind, std::string("brings its host down (") + strsignal(end.number) + ")");
-      break;
+      return printResult(kind, std::string("brings its host down (") + strsignal(end.number) + ")");
     case GuardedEnd::How::kOutOfTime:
-      printResult(
+      return printResult(
           kind, "does not come to an end within " + std::to_string(kWalkTime.count()) + " seconds");
-      break;
     case GuardedEnd::How::kNotStarted:
-      throw std::runtime_error(std::string("cannot start a process: ") + strerror(end.number));
+      failToStart(end.number);
+    case GuardedEnd::How::kReturned:
     case GuardedEnd::How::kAskedToEnd:
-      break;
+      return;
   }
-  return end.Returned(kExitDone);
 }
 
 int tryWalks(const InspectOptions& options) {
@@ -159,7 +162,11 @@ int tryWalks(const InspectOptions& options) {
   std::printf("Walks:\n");
   std::size_t failed = 0;
   for (const InspectionScene& kind : inspectionScenes()) {
-    if (!tryWalk(options, kind, scratch.File())) ++failed;
+    const GuardedEnd end = tryWalk(options, kind, scratch.File());
+    // The signal takes effect when the directory is gone.
+    if (end.how == GuardedEnd::How::kAskedToEnd) return kExitInternal;
+    printEnd(kind, end);
+    if (!end.Returned(kExitDone)) ++failed;
   }
   if (failed == 0) return kExitDone;
   return fail(kExitPlugin, named(options) + " does not stand " + std::to_string(failed) + " of " +
@@ -180,9 +187,7 @@ int runInspect(const InspectOptions& options) {
       return fail(kExitPlugin, named(options) + " ends its host while it is loaded (exit code " +
                                    std::to_string(end.number) + ")");
     }
-    if (end.how == GuardedEnd::How::kNotStarted) {
-      throw std::runtime_error(std::string("cannot start a process: ") + strerror(end.number));
-    }
+    if (end.how == GuardedEnd::How::kNotStarted) failToStart(end.number);
     return end.Returned(kExitDone) ? tryWalks(options) : end.number;
   });
 }

@@ -11,7 +11,7 @@
 
 #include "platform/cfile.h"
 #include "platform/path_text.h"
-#include "tests/app/preview/scratch_directory.h"
+#include "tests/support/scratch_directory.h"
 
 namespace {
 

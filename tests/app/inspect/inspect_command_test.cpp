@@ -3,15 +3,17 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <optional>
 
 #include "app/exit_code.h"
 #include "app/inspect/inspection_scenes.h"
+#include "tests/support/scratch_directory.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -88,7 +90,7 @@ TEST(Inspect, TextFileIsNoPlugin) {
 }
 
 TEST(Inspect, DirectoryIsNoPlugin) {
-  const Outcome outcome = inspect(fs::path(TEXT_FILE).parent_path().string());
+  const Outcome outcome = inspect(std::filesystem::path(TEXT_FILE).parent_path().string());
   EXPECT_EQ(outcome.code, kExitPlugin);
   EXPECT_THAT(outcome.errors, HasSubstr("is no plug-in"));
 }
@@ -152,17 +154,47 @@ TEST(Inspect, RefusedFileComesWithTheErrorBox) {
   EXPECT_THAT(outcome.output, Not(HasSubstr(" passes\n")));
 }
 
+// The directory for temporary files, for as long as this lives.
+class TemporaryDirectoryIs {
+ public:
+  explicit TemporaryDirectoryIs(const std::string& directory) {
+    if (const char* before = std::getenv("TMPDIR")) before_ = before;
+    setenv("TMPDIR", directory.c_str(), 1);
+  }
+  ~TemporaryDirectoryIs() { before_ ? setenv("TMPDIR", before_->c_str(), 1) : unsetenv("TMPDIR"); }
+  TemporaryDirectoryIs(const TemporaryDirectoryIs&) = delete;
+  TemporaryDirectoryIs& operator=(const TemporaryDirectoryIs&) = delete;
+
+ private:
+  std::optional<std::string> before_;
+};
+
 TEST(Inspect, LeavesNoFileBehind) {
-  const fs::path scratch = fs::path(testing::TempDir()) / "inspect_leaves_no_file";
-  fs::create_directories(scratch);
-  const char* before = std::getenv("TMPDIR");
-  const std::string kept = before == nullptr ? "" : before;
-  setenv("TMPDIR", scratch.c_str(), 1);
+  const ScratchDirectory scratch;
+  const TemporaryDirectoryIs temporary(scratch / "");
   EXPECT_EQ(inspect(PLUGIN).code, kExitDone);
   EXPECT_EQ(inspect(CRASHES_ON_LABELS).code, kExitPlugin);
-  before == nullptr ? unsetenv("TMPDIR") : setenv("TMPDIR", kept.c_str(), 1);
-  EXPECT_TRUE(fs::is_empty(scratch));
-  fs::remove_all(scratch);
+  EXPECT_EQ(scratch.FileCount(), 0U);
+}
+
+TEST(Inspect, RequestToEndLeavesNoFileAndNoWords) {
+  const ScratchDirectory scratch;
+  const TemporaryDirectoryIs temporary(scratch / "");
+  EXPECT_EXIT(std::_Exit(runInspect({ASKS_TO_END})), testing::KilledBySignal(SIGTERM),
+              testing::IsEmpty());
+  EXPECT_EQ(scratch.FileCount(), 0U);
+}
+
+TEST(Inspect, DirectoryThatTakesNoFilesIsNamed) {
+  const TemporaryDirectoryIs temporary("/proc");
+  const Outcome outcome = inspect(PLUGIN);
+  EXPECT_EQ(outcome.code, kExitOutputNotMade);
+  EXPECT_THAT(outcome.errors, HasSubstr("cannot make a directory in '/proc'"));
+}
+
+TEST(Inspect, DirectoryThatIsNoneIsNotUsed) {
+  const TemporaryDirectoryIs temporary(TEXT_FILE);
+  EXPECT_EQ(inspect(PLUGIN).code, kExitDone);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 #include "app/exit_code.h"
 #include "tests/app/preview/drawing_text.h"
-#include "tests/app/preview/scratch_directory.h"
+#include "tests/support/scratch_directory.h"
 
 namespace {
 
