@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "app/deferred_end.h"
+#include "tests/support/sanitizers.h"
 
 namespace {
 
@@ -93,16 +94,13 @@ int useStack(std::size_t bytes) {
 }
 
 TEST(RunGuarded, StackGrowsFarBeyondTheUsual) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the address sanitizer takes the stack's size from the start of the program";
-#endif
+  NEEDS_STACK_LIMITS();
   const GuardedEnd end = runGuarded([] { return useStack(std::size_t{64} << 20); });
   EXPECT_TRUE(end.Returned(1));
 }
 
-// The sanitizers have allocators of their own, which end the process.
-#if !defined(__SANITIZE_ADDRESS__)
 TEST(RunGuarded, MemoryBeyondItsShareIsNotThere) {
+  NEEDS_MEMORY_LIMITS();
   const GuardedEnd end = runGuarded(
       [] {
         try {
@@ -115,6 +113,5 @@ TEST(RunGuarded, MemoryBeyondItsShareIsNotThere) {
       {kMemory, std::chrono::milliseconds(0)});
   EXPECT_TRUE(end.Returned(5));
 }
-#endif
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <fstream>
 
 #include "tests/support/descriptor_limit.h"
+#include "tests/support/sanitizers.h"
 
 namespace {
 
@@ -246,9 +247,7 @@ TEST(ReadSceneFile, LinkToItselfIsRefusedWithTheSystemsNumber) {
 }
 
 TEST(ReadSceneFile, TooManyOpenFilesAreToldFromAMissingOne) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the sanitizers themselves need a descriptor to tell what memory is there";
-#endif
+  NEEDS_DESCRIPTOR_LIMITS();
   const TemporaryFile file("scene_reader_test_one_too_many.json", R"({"nodes":[]})");
   const NoMoreDescriptors none;
   EXPECT_EQ(refusal(file.Path()),

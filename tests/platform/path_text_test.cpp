@@ -6,6 +6,7 @@
 #include <string>
 
 #include "tests/support/descriptor_limit.h"
+#include "tests/support/sanitizers.h"
 
 namespace {
 
@@ -92,9 +93,7 @@ TEST(PathText, EscapedByteAfterAPairStaysApart) {
 }
 
 TEST(PathText, NeedsNoFreeDescriptor) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the sanitizers themselves need a descriptor to tell what memory is there";
-#endif
+  NEEDS_DESCRIPTOR_LIMITS();
   const NoMoreDescriptors none;
   EXPECT_EQ(PathToBytes(PathFromBytes("S\xC3\xBC"
                                       "d\xFF")),

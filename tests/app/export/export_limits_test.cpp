@@ -6,13 +6,7 @@
 
 #include "app/exit_code.h"
 #include "tests/app/export/dxf2d_program.h"
-
-#if defined(__SANITIZE_ADDRESS__)
-#define SKIP_WITHOUT_MEMORY_LIMITS() \
-  GTEST_SKIP() << "the address sanitizer ends a process that asks for too much memory"
-#else
-#define SKIP_WITHOUT_MEMORY_LIMITS() static_cast<void>(0)
-#endif
+#include "tests/support/sanitizers.h"
 
 namespace {
 
@@ -98,7 +92,7 @@ TEST_F(ExportLimits, SceneFilesHaveThemToo) {
 }
 
 TEST_F(ExportLimits, MemoryIsLimited) {
-  SKIP_WITHOUT_MEMORY_LIMITS();
+  NEEDS_MEMORY_LIMITS();
   const std::string model = Write("house.obj", kTriangle);
   EXPECT_EQ(Run("export --max-memory 1 " + model + " -o " + Path("plan.dxf")), kExitLimit);
   ExpectOneSentence();
@@ -129,15 +123,13 @@ TEST_F(ExportLimits, AreWholeNumbersAboveZero) {
 }
 
 TEST_F(ExportLimits, ManyNodesThatShareChildrenAreRefusedOrDrawn) {
-  SKIP_WITHOUT_MEMORY_LIMITS();
+  NEEDS_MEMORY_LIMITS();
   // 2^21 times the one triangle.
   ExpectDrawnOrRefused(Write("bomb.gltf", gltf(levels(22, 2))), "--max-memory 300");
 }
 
 TEST_F(ExportLimits, ADeepModelIsDrawnWithASmallStackToo) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the address sanitizer takes the stack's size from the start of the program";
-#endif
+  NEEDS_STACK_LIMITS();
   const std::string model = Write("deep.gltf", gltf(levels(20'000, 1)));
   for (const int stack : {8192, 256}) {
     EXPECT_EQ(RunWithStack(stack, model, "--force"), kExitDone) << error_;
@@ -149,7 +141,7 @@ TEST_F(ExportLimits, AModelDeeperThanAnyStackIsRefused) {
 }
 
 TEST_F(ExportLimits, AMillionSiblingsAreDrawnOrRefused) {
-  SKIP_WITHOUT_MEMORY_LIMITS();
+  NEEDS_MEMORY_LIMITS();
   std::string nodes = "{\"children\": [";
   for (int i = 1; i <= 1'000'000; ++i) nodes.append(i == 1 ? "" : ",").append(std::to_string(i));
   nodes += "]}";
@@ -158,7 +150,7 @@ TEST_F(ExportLimits, AMillionSiblingsAreDrawnOrRefused) {
 }
 
 TEST_F(ExportLimits, NodesInACircleAreRefused) {
-  SKIP_WITHOUT_MEMORY_LIMITS();
+  NEEDS_MEMORY_LIMITS();
   const std::string model =
       Write("circle.gltf", gltf(R"({"children": [1]}, {"children": [0], "mesh": 0})"));
   ExpectDrawnOrRefused(model, "--max-memory 300 --max-time 20");

@@ -9,6 +9,7 @@
 
 #include "app/exit_code.h"
 #include "tests/app/export/dxf2d_program.h"
+#include "tests/support/sanitizers.h"
 
 namespace {
 
@@ -93,9 +94,7 @@ TEST_F(Dxf2d, AFormatThatNoReaderKnowsIsSaidSo) {
 }
 
 TEST_F(Dxf2d, AModelThatAnnouncesMoreThanItHoldsIsRefused) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "the address sanitizer ends a process that asks for too much memory";
-#endif
+  NEEDS_MEMORY_LIMITS();
   const std::string model = Write("huge.off", "OFF\n1300000000 1 0\n0 0 0\n3 0 1 2\n");
   EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitLimit);
   ExpectOneSentence();

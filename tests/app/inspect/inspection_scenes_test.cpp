@@ -44,7 +44,7 @@ TEST(InspectionScenes, LastOneReachesEverySlotOfTheWalk) {
   calls() = {};
   KtScene everything = inspectionScenes().back().make();
   ASSERT_TRUE(countingTraverser().Walk(everything, u"unused"));
-  for (const std::size_t slot : {1, 2, 3, 4, 5, 6, 7, 8, 10, 11, 14, 16, 19, 20}) {
+  for (const std::size_t slot : {1U, 2U, 3U, 4U, 5U, 6U, 7U, 8U, 10U, 11U, 14U, 16U, 19U, 20U}) {
     EXPECT_GT(calls()[slot], 0) << "slot " << slot;
   }
 }
