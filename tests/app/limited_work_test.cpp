@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "app/exit_code.h"
+#include "app/failure.h"
 
 namespace {
 
@@ -22,8 +22,36 @@ Ending endOf(const std::function<int()>& work) {
   return {code, testing::internal::GetCapturedStderr()};
 }
 
+bool isOneLine(const std::string& text) {
+  return !text.empty() && text.find('\n') == text.size() - 1;
+}
+
 void refuseMemory() { throw std::bad_alloc(); }
 void failOtherwise() { throw std::runtime_error("otherwise"); }
+
+TEST(LimitedWork, AFailureIsItsSentenceAndItsCode) {
+  for (const ExitCode code : {kExitInput, kExitNothingToDraw, kExitLimit, kExitPlugin}) {
+    const Ending end = endOf([code]() -> int { throw Failure(code, "it is raining"); });
+    EXPECT_EQ(end.code, code);
+    EXPECT_EQ(end.error, "dxf2d: it is raining\n");
+  }
+}
+
+TEST(LimitedWork, AnyOtherExceptionIsAFaultOfOurs) {
+  const Ending end = endOf([]() -> int { throw std::out_of_range("beyond"); });
+  EXPECT_EQ(end.code, kExitInternal);
+  EXPECT_EQ(end.error, "dxf2d: beyond; please report this\n");
+}
+
+TEST(LimitedWork, MemoryRefusedIsALimit) {
+  const Ending end = endOf([] {
+    refuseMemory();
+    return 0;
+  });
+  EXPECT_EQ(end.code, kExitLimit);
+  EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
+  EXPECT_TRUE(isOneLine(end.error)) << end.error;
+}
 
 TEST(LimitedWork, MemoryRefusedWhereNothingMayBeThrownIsToldFromOtherFaults) {
   const Ending end = endOf([]() noexcept {
