@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """Draws every model of Debian's assimp-testmodels and checks the drawings.
 
 A drawing must hold each block once, insert none that is not there, hold finite numbers only, reach
