@@ -45,29 +45,44 @@ Answers answersOf(const std::vector<KtPoint3>& points, bool reverse) {
           facings[0] != Facing::kUnsure && facings[1] != Facing::kUnsure};
 }
 
-// How the ways compared over many pairs.
-struct Tally {
-  int shown = 0;
-  int hidden = 0;
-  int unsure = 0;
-};
-
-testing::AssertionResult agree(const std::vector<KtPoint3>& points, bool reverse, Tally& tally) {
-  const Answers answers = answersOf(points, reverse);
-  if (isPointInPlan(points[0], points[1])) {
-    return testing::AssertionSuccess();
-  }
-  ++(answers.byNormals ? tally.shown : tally.hidden);
-  tally.unsure += answers.isSure ? 0 : 1;
-  if (answers.quick == answers.byNormals) {
-    return testing::AssertionSuccess();
-  }
+testing::AssertionResult agree(const std::vector<KtPoint3>& points, const Answers& answers) {
+  if (answers.quick == answers.byNormals) return testing::AssertionSuccess();
   testing::AssertionResult failure = testing::AssertionFailure();
   failure << std::setprecision(17) << "quick " << answers.quick;
   for (const KtPoint3& point : points) {
     failure << " (" << point.Get0() << ", " << point.Get1() << ", " << point.Get2() << ")";
   }
   return failure;
+}
+
+// Compares the ways over so many pairs of triangles, each of which `makePoints` gives the points,
+// turned round every other time. Returns how many pairs were unsure.
+template <typename MakePoints>
+int expectAgreement(int pairs, MakePoints makePoints) {
+  int shown = 0;
+  int hidden = 0;
+  int unsure = 0;
+  for (int i = 0; i < pairs; ++i) {
+    const std::vector<KtPoint3> points = makePoints();
+    const Answers answers = answersOf(points, i % 2 == 0);
+    if (isPointInPlan(points[0], points[1])) continue;
+    ++(answers.byNormals ? shown : hidden);
+    unsure += answers.isSure ? 0 : 1;
+    const testing::AssertionResult agreement = agree(points, answers);
+    EXPECT_TRUE(agreement);
+    if (!agreement) break;
+  }
+  EXPECT_GT(shown, 10000);
+  EXPECT_GT(hidden, 10000);
+  return unsure;
+}
+
+// Four points whose coordinates are each what `coordinate` gives next.
+template <typename Coordinate>
+std::vector<KtPoint3> fourPoints(Coordinate coordinate) {
+  std::vector<KtPoint3> points;
+  for (int i = 0; i < 4; ++i) points.push_back({coordinate(), coordinate(), coordinate()});
+  return points;
 }
 
 // The end of a triangle that stands on the line from (0, 0, 0) along x, leaning by `angle` radians
@@ -116,73 +131,46 @@ TEST(Silhouette, EdgeAlongTheViewIsNotLookedInto) {
 
 TEST(SilhouetteAgainstNormals, TrianglesAtRandom) {
   Random random(1);
-  Tally tally;
-  for (int i = 0; i < 100000; ++i) {
-    const auto any = [&] { return between(random, -1, 1); };
-    ASSERT_TRUE(agree({{any(), any(), any()},
-                       {any(), any(), any()},
-                       {any(), any(), any()},
-                       {any(), any(), any()}},
-                      i % 2 == 0, tally));
-  }
-  EXPECT_GT(tally.shown, 10000);
-  EXPECT_GT(tally.hidden, 10000);
+  expectAgreement(100000, [&] { return fourPoints([&] { return between(random, -1, 1); }); });
 }
 
 TEST(SilhouetteAgainstNormals, TrianglesOfASmallGrid) {
   // Many are upright, lie in one plane, or are no triangles.
   Random random(2);
-  Tally tally;
-  for (int i = 0; i < 200000; ++i) {
-    const auto any = [&] { return static_cast<double>(below(random, 3)) - 1.0; };
-    ASSERT_TRUE(agree({{any(), any(), any()},
-                       {any(), any(), any()},
-                       {any(), any(), any()},
-                       {any(), any(), any()}},
-                      i % 2 == 0, tally));
-  }
-  EXPECT_GT(tally.shown, 10000);
-  EXPECT_GT(tally.hidden, 10000);
+  expectAgreement(200000, [&] {
+    return fourPoints([&] { return static_cast<double>(below(random, 3)) - 1.0; });
+  });
 }
 
 TEST(SilhouetteAgainstNormals, LeaningByAboutTheTolerance) {
   Random random(3);
-  Tally tally;
-  for (int i = 0; i < 200000; ++i) {
+  const auto lean = [&] {
+    return below(random, 4) == 0
+               ? 0.0
+               : between(random, -1, 1) * std::pow(10.0, -static_cast<double>(below(random, 20)));
+  };
+  const int unsure = expectAgreement(200000, [&]() -> std::vector<KtPoint3> {
     const double size = std::pow(10.0, between(random, -170, 170));
-    const auto lean = [&] {
-      return below(random, 4) == 0
-                 ? 0.0
-                 : between(random, -1, 1) * std::pow(10.0, -static_cast<double>(below(random, 20)));
-    };
-    ASSERT_TRUE(agree({{0, 0, 0},
-                       {size, 0, 0},
-                       leaning(lean(), between(random, -2, 2), size),
-                       leaning(lean() + (below(random, 2) == 0 ? 3.141592653589793 : 0.0),
-                               between(random, -2, 2), size)},
-                      i % 2 == 0, tally));
-  }
-  EXPECT_GT(tally.shown, 10000);
-  EXPECT_GT(tally.hidden, 10000);
-  EXPECT_GT(tally.unsure, 10000);
+    return {{0, 0, 0},
+            {size, 0, 0},
+            leaning(lean(), between(random, -2, 2), size),
+            leaning(lean() + (below(random, 2) == 0 ? 3.141592653589793 : 0.0),
+                    between(random, -2, 2), size)};
+  });
+  EXPECT_GT(unsure, 10000);
 }
 
 TEST(SilhouetteAgainstNormals, UprightTrianglesThatMeetByAboutTheCreaseAngle) {
   // On an edge that is upright but for its last digits, so that it is none in plan.
   Random random(4);
-  Tally tally;
-  for (int i = 0; i < 200000; ++i) {
+  expectAgreement(200000, [&]() -> std::vector<KtPoint3> {
     const double size = std::pow(10.0, between(random, -60, 60));
     const double angle =
         between(random, -1, 1) * std::pow(10.0, -static_cast<double>(below(random, 4)));
     const double nudge = std::numeric_limits<double>::min();
-    ASSERT_TRUE(
-        agree({{0, 0, 0},
-               {below(random, 2) == 0 ? nudge : 0.0, nudge, size},
-               {size, 0, between(random, -1, 1) * size},
-               {-std::cos(angle) * size, std::sin(angle) * size, between(random, -1, 1) * size}},
-              i % 2 == 0, tally));
-  }
-  EXPECT_GT(tally.shown, 10000);
-  EXPECT_GT(tally.hidden, 10000);
+    return {{0, 0, 0},
+            {below(random, 2) == 0 ? nudge : 0.0, nudge, size},
+            {size, 0, between(random, -1, 1) * size},
+            {-std::cos(angle) * size, std::sin(angle) * size, between(random, -1, 1) * size}};
+  });
 }
