@@ -156,37 +156,34 @@ class Rights(Commands):
             except (PermissionError, subprocess.CalledProcessError):
                 self.skipTest("no other user may run the program where it is")
 
-    def test_a_directory_that_may_not_be_written_is_no_place(self):
+    def outputs_with(self, folder, file=0o644):
+        """The outputs, in a folder with these permissions, to replace a file with those."""
         for output in self.outputs():
             output.folder.parent.chmod(0o755)
-            output.folder.chmod(0o555)
+            output.folder.chmod(folder)
             self.addCleanup(output.folder.chmod, 0o755)
+            output.path.chmod(file)
+            yield output
+
+    def test_a_directory_that_may_not_be_written_is_no_place(self):
+        for output in self.outputs_with(folder=0o555):
             self.assert_refused(output, {NOT_MADE}, **self.stranger)
 
     def test_a_file_that_may_not_be_written_is_not_replaced(self):
-        for output in self.outputs():
-            output.folder.parent.chmod(0o755)
-            output.folder.chmod(0o777)
-            output.path.chmod(0o444)
+        for output in self.outputs_with(folder=0o777, file=0o444):
             self.assert_refused(output, {NOT_MADE}, **self.stranger)
 
     def test_another_s_file_in_a_common_directory_is_not_replaced(self):
         if not self.stranger:
             self.skipTest("only root can make files of two users")
-        for output in self.outputs():
-            output.folder.parent.chmod(0o755)
-            # As /tmp is: everybody may make files, and only their owner may replace them.
-            output.folder.chmod(0o1777)
-            output.path.chmod(0o666)
+        # As /tmp is: everybody may make files, and only their owner may replace them.
+        for output in self.outputs_with(folder=0o1777, file=0o666):
             self.assert_refused(output, {NOT_MADE, WRITE_FAILED}, **self.stranger)
 
     def test_a_user_who_may_start_no_process_gets_an_answer(self):
         if not self.stranger:
             self.skipTest("only root can be another user")
-        for output in self.outputs():
-            output.folder.parent.chmod(0o755)
-            output.folder.chmod(0o777)
-            output.path.chmod(0o666)
+        for output in self.outputs_with(folder=0o777, file=0o666):
             run = output.run(preexec_fn=limiting(resource.RLIMIT_NPROC, 0), **self.stranger)
             self.assertIn(run.code, {DONE, LIMIT}, run.error)
             self.assertEqual([], output.complaints_about_files())
