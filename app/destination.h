@@ -20,6 +20,11 @@ class Destination {
   // Brings the whole output to its place. Throws OutputError. To be called once, after which there
   // is no Work.
   void Deliver();
+  // How the user writes it in messages, and whether this process prints there too.
+  const std::string& Name() const { return path_; }
+  bool IsStandardOutput() const { return straight_ && straight_->IsStandardOutput(); }
+  // What can be done when the work file cannot be written, as the end of a sentence.
+  std::string WayOut() const;
   // `text` with the user's name for the output in place of the work file's.
   std::string AsUserNamesIt(std::string text) const;
 

@@ -24,8 +24,8 @@ enum class Existing { kKeep, kReplace };
 // stood under the name before is untouched. A request to end waits for that (see DeferredEnd).
 //
 // A symbolic link is followed: the file that it names is made or replaced. What is neither a file
-// nor a directory (a FIFO, a terminal, /dev/null, /dev/stdout) is written straight, since it cannot
-// be replaced.
+// nor a directory (a FIFO, a terminal, /dev/null), or is open already (/dev/stdout, /dev/fd/3), is
+// written straight, since it cannot be replaced.
 //
 // Owned and used by one thread. A writer of its own, such as the plug-in, may open Path() and
 // truncate it, and must have closed it before Commit.
@@ -43,6 +43,8 @@ class OutputFile {
   // straight.
   const std::string& Path() const { return path_; }
   bool IsStraight() const { return straight_; }
+  // Whether the bytes go where this process prints.
+  bool IsStandardOutput() const;
   // Appends. Throws OutputError.
   void Write(std::string_view bytes);
   // Brings the bytes to the disk and puts the file under its name. Throws OutputError; the

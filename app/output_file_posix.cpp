@@ -1,9 +1,11 @@
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <charconv>
 #include <cstdio>
 #include <filesystem>
 #include <random>
@@ -67,21 +69,30 @@ auto retryInterrupted(Call call) {
   return result;
 }
 
-bool startsWith(const std::string& text, const char* start) { return text.rfind(start, 0) == 0; }
-
-// /dev/stdout and its like are links to whatever the process has open, a plain file included; to
-// replace that would take it from every other program.
-bool isSystemLink(const std::string& path) {
-  return startsWith(path, "/dev/") || startsWith(path, "/proc/");
+// The descriptor of this process that `path` stands for, if any: what it was started with may be a
+// plain file, and goes on where that has come to; to open or to replace the file would miss that.
+std::optional<int> ownDescriptor(std::string_view path) {
+  if (path == "/dev/stdout") return STDOUT_FILENO;
+  if (path == "/dev/stderr") return STDERR_FILENO;
+  for (const std::string_view directory : {"/dev/fd/", "/proc/self/fd/"}) {
+    if (!path.starts_with(directory)) continue;
+    int number = 0;
+    const char* end = path.data() + path.size();
+    const auto [stopped, error] = std::from_chars(path.data() + directory.size(), end, number);
+    if (error == std::errc() && stopped == end) return number;
+  }
+  return std::nullopt;
 }
 
-// Where the symbolic links at `path` lead, whether or not there is a file at their end.
+// Where the symbolic links at `path` lead, whether or not there is a file at their end; a
+// descriptor of this process is an end too.
 std::string followLinks(const std::string& path) {
   namespace fs = std::filesystem;
   constexpr int kMostLinks = 40;  // as many as the system follows
   fs::path followed = path;
   std::error_code none;
   for (int links = 0; fs::is_symlink(fs::symlink_status(followed, none)); ++links) {
+    if (ownDescriptor(followed.native())) break;
     if (links == kMostLinks) failCreatingBeside(path, path, ELOOP);
     std::error_code error;
     const fs::path next = fs::read_symlink(followed, error);
@@ -140,12 +151,12 @@ OutputFile::OutputFile(const std::string& path, Existing existing)
   if (name_.back() == '/' || (exists && S_ISDIR(file.st_mode))) {
     failCreating(name_, "that is a directory; name a file in it");
   }
-  straight_ = exists && (!S_ISREG(file.st_mode) || (S_ISLNK(link.st_mode) && isSystemLink(name_)));
+  target_ = followLinks(name_);
+  straight_ = ownDescriptor(target_) || (exists && !S_ISREG(file.st_mode));
   if (straight_) {
     path_ = name_;
     return;
   }
-  target_ = followLinks(name_);
   if (exists) CheckFileThere();
   CreateTemporary();
   // A failure leaves the permissions of a new file, which is no reason to have no output.
@@ -190,9 +201,19 @@ void OutputFile::CreateTemporary() {
 
 // Put off until there is something to write: opening a FIFO waits for its reader.
 void OutputFile::OpenStraight() {
-  file_ = Descriptor(
-      retryInterrupted([&] { return open(path_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY); }));
+  const std::optional<int> own = ownDescriptor(target_);
+  file_ = Descriptor(retryInterrupted([&] {
+    return own ? fcntl(*own, F_DUPFD_CLOEXEC, 0)
+               : open(path_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
+  }));
   if (!file_.IsOpen()) failCreating(name_, reasonOf(errno) + "; choose another");
+}
+
+bool OutputFile::IsStandardOutput() const {
+  struct stat output {};
+  struct stat file {};
+  return straight_ && fstat(STDOUT_FILENO, &output) == 0 && stat(path_.c_str(), &file) == 0 &&
+         output.st_dev == file.st_dev && output.st_ino == file.st_ino;
 }
 
 void OutputFile::Write(std::string_view bytes) {
@@ -200,6 +221,12 @@ void OutputFile::Write(std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t count =
         retryInterrupted([&] { return write(file_.Number(), bytes.data(), bytes.size()); });
+    if (count < 0 && errno == EAGAIN) {
+      // Others may have set a pipe to answer rather than to wait.
+      pollfd room{file_.Number(), POLLOUT, 0};
+      poll(&room, 1, -1);
+      continue;
+    }
     // A device that takes nothing would be asked forever.
     if (count <= 0) failWriting(name_, count == 0 ? EIO : errno);
     bytes.remove_prefix(static_cast<std::size_t>(count));

@@ -3,6 +3,7 @@
 #include <assimp/Importer.hpp>
 #include <chrono>
 #include <filesystem>
+#include <system_error>
 
 #include "app/destination.h"
 #include "app/export/drawing_counts.h"
@@ -95,12 +96,19 @@ class Draughtsman {
     try {
       if (traverser_.Walk(scene, PathFromBytes(destination_.WorkPath()))) return kExitDone;
     } catch (const CFileException& error) {
-      return fail(kExitWriteFailed, "cannot write '" + job_.drawing +
-                                        "': " + destination_.AsUserNamesIt(error.what()));
+      return fail(kExitWriteFailed,
+                  "cannot write '" + destination_.Name() + "': " + ReasonOf(error));
     }
     const std::string reason = destination_.AsUserNamesIt(PathToBytes(boxText()));
-    return fail(kExitOutputNotMade, "cannot create '" + job_.drawing + "': " +
+    return fail(kExitOutputNotMade, "cannot create '" + destination_.Name() + "': " +
                                         (reason.empty() ? "the plug-in gives no reason" : reason));
+  }
+
+  // In the words of the system, where it was asked.
+  std::string ReasonOf(const CFileException& error) const {
+    if (error.m_lOsError <= 0) return destination_.AsUserNamesIt(error.what());
+    return std::generic_category().message(static_cast<int>(error.m_lOsError)) + "; " +
+           destination_.WayOut();
   }
 
   const ExportJob& job_;
@@ -116,8 +124,7 @@ double secondsSince(Clock::time_point start) {
   return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-void say(const ExportJob& job, const std::string& line) {
-  std::FILE* stream = job.drawing == "-" ? stderr : stdout;
+void say(std::FILE* stream, const std::string& line) {
   std::fprintf(stream, "%s\n", printable(line).c_str());
   std::fflush(stream);
 }
@@ -135,9 +142,10 @@ int draw(const LimitedWork& work, const ExportJob& job, const ExportOptions& opt
   // The readers are many, and some do not stand what broken files hold.
   const int code = work.Run([&] { return Draughtsman(job, options, destination, *report).Draw(); });
   if (code != kExitDone) return code;
+  std::FILE* const stream = destination.IsStandardOutput() ? stderr : stdout;
   destination.Deliver();
   if (report->isTold) {
-    say(job, summaryOf(job.drawing, report->content, report->counts, secondsSince(start)));
+    say(stream, summaryOf(job.drawing, report->content, report->counts, secondsSince(start)));
   }
   return kExitDone;
 }

@@ -1,5 +1,6 @@
 #include "app/output_file.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -233,6 +234,28 @@ TEST(OutputFile, FifoIsWrittenStraight) {
   reader.join();
   EXPECT_EQ(received, "through the pipe");
   EXPECT_TRUE(std::filesystem::is_fifo(path));
+}
+
+TEST(OutputFile, APipeThatDoesNotWaitIsWaitedFor) {
+  int ends[2];
+  ASSERT_EQ(pipe2(ends, O_NONBLOCK), 0);
+  const std::string bytes(1'000'000, 'x');
+  std::string received;
+  std::thread reader([&, from = ends[0]] {
+    char buffer[4096];
+    while (received.size() < bytes.size()) {
+      const ssize_t count = read(from, buffer, sizeof buffer);
+      if (count > 0) received.append(buffer, static_cast<std::size_t>(count));
+      if (count == 0) break;
+    }
+  });
+  OutputFile file("/dev/fd/" + std::to_string(ends[1]), Existing::kReplace);
+  file.Write(bytes);
+  file.Commit();
+  close(ends[1]);
+  reader.join();
+  close(ends[0]);
+  EXPECT_EQ(received, bytes);
 }
 
 TEST(OutputFile, LinksOfTheSystemAreNotReplaced) {

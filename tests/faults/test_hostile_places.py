@@ -80,7 +80,7 @@ class Room(Commands):
         with open("/dev/full", "wb") as full:
             run = subprocess.run(command, stdout=full, stderr=subprocess.PIPE, check=False)
         self.assertEqual(WRITE_FAILED, run.returncode)
-        self.assertRegex(run.stderr, rb"\Adxf2d: .*standard output.*\n\Z")
+        self.assertRegex(run.stderr, rb"\Adxf2d: .*/dev/stdout.*\n\Z")
 
     def test_a_drawing_for_a_reader_that_has_gone_is_a_failed_write(self):
         output = self.scene_export()
@@ -90,7 +90,7 @@ class Room(Commands):
         run = subprocess.run(command, stdout=writer, stderr=subprocess.PIPE, check=False)
         os.close(writer)
         self.assertEqual(WRITE_FAILED, run.returncode)
-        self.assertRegex(run.stderr, rb"\Adxf2d: .*standard output.*\n\Z")
+        self.assertRegex(run.stderr, rb"\Adxf2d: .*/dev/stdout.*\n\Z")
 
 
 class Mounts(Commands):
