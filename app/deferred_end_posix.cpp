@@ -4,7 +4,9 @@
 
 namespace {
 
-constexpr std::array kEndRequests{SIGINT, SIGQUIT, SIGTERM, SIGHUP};
+// All that end a process, but for those that tell of a fault in it.
+constexpr std::array kEndRequests{SIGINT,  SIGQUIT, SIGTERM, SIGHUP,    SIGALRM, SIGUSR1,
+                                  SIGUSR2, SIGXCPU, SIGPROF, SIGVTALRM, SIGIO,   SIGPWR};
 
 bool isIgnored(int signal) {
   struct sigaction action {};
@@ -20,6 +22,11 @@ sigset_t endRequests() {
     if (!isIgnored(signal)) sigaddset(&requests, signal);
   }
   return requests;
+}
+
+void admitEndRequests() {
+  const sigset_t requests = endRequests();
+  pthread_sigmask(SIG_UNBLOCK, &requests, nullptr);
 }
 
 DeferredEnd::DeferredEnd() : before_() {

@@ -69,6 +69,10 @@ int LimitedWork::Run(const std::function<int()>& work) const {
       if (end.number == SIGKILL) {
         return Fail(kExitLimit, "the system stopped it, likely for want of memory; free some");
       }
+      if (end.number == SIGXCPU) {
+        return Fail(kExitLimit,
+                    "it takes more processor time than the system allows (ulimit -t); raise that");
+      }
       return Fail(kExitInput, std::string("it brings its reader down (") + strsignal(end.number) +
                                   "); mend it or save it in another format");
     case GuardedEnd::How::kOutOfTime:

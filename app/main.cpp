@@ -5,7 +5,9 @@
 #include <cstdlib>
 
 #include "app/command_line.h"
+#include "app/deferred_end.h"
 #include "app/exit_code.h"
+#include "app/standard_streams.h"
 
 namespace {
 
@@ -23,6 +25,8 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  reserveStandardStreams();
+  admitEndRequests();
   // Messages in the user's language, and nothing else: numbers in drawings have a point everywhere.
   std::setlocale(LC_MESSAGES, "");
   // A reader of our output that goes away, and a file beyond the limit on sizes, are failed writes,

@@ -17,6 +17,8 @@ namespace fs = std::filesystem;
 // nobody writes.
 class WaitingExport : public Dxf2d {
  protected:
+  WaitingExport() { sigemptyset(&blocked_); }
+
   void SetUp() override {
     Dxf2d::SetUp();
     fs::create_directory(Path("out"));
@@ -25,6 +27,7 @@ class WaitingExport : public Dxf2d {
     program_ = fork();
     ASSERT_GE(program_, 0);
     if (program_ == 0) {
+      sigprocmask(SIG_SETMASK, &blocked_, nullptr);
       execl(DXF2D_PROGRAM, "dxf2d", "export", "--force", Path("scene.json").c_str(), "-o",
             Path("out/plan.dxf").c_str(), nullptr);
       std::_Exit(127);
@@ -45,6 +48,8 @@ class WaitingExport : public Dxf2d {
     EXPECT_EQ(Read(Path("out/plan.dxf")), "mine");
   }
 
+  // What the program is started with.
+  sigset_t blocked_;
   pid_t program_ = -1;
   int status_ = 0;
 };
@@ -53,5 +58,14 @@ TEST_F(WaitingExport, EndsByAnInterruptAndLeavesWhatWasThere) { ExpectEndBy(SIGI
 TEST_F(WaitingExport, EndsByATerminationAndLeavesWhatWasThere) { ExpectEndBy(SIGTERM); }
 TEST_F(WaitingExport, EndsByAHangupAndLeavesWhatWasThere) { ExpectEndBy(SIGHUP); }
 TEST_F(WaitingExport, EndsByAQuitAndLeavesWhatWasThere) { ExpectEndBy(SIGQUIT); }
+TEST_F(WaitingExport, EndsByATimerAndLeavesWhatWasThere) { ExpectEndBy(SIGALRM); }
+TEST_F(WaitingExport, EndsByASchedulersSignalAndLeavesWhatWasThere) { ExpectEndBy(SIGUSR1); }
+
+class WaitingExportOfACarelessLauncher : public WaitingExport {
+ protected:
+  WaitingExportOfACarelessLauncher() { sigaddset(&blocked_, SIGTERM); }
+};
+
+TEST_F(WaitingExportOfACarelessLauncher, EndsByATerminationAllTheSame) { ExpectEndBy(SIGTERM); }
 
 }  // namespace
