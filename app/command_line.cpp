@@ -3,10 +3,11 @@
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <cmath>
+#include <functional>
 #include <map>
 #include <string>
 
-#include "app/exit_code.h"
+#include "app/failure.h"
 #include "app/model/plan_label.h"
 #include "app/model/view.h"
 
@@ -54,6 +55,23 @@ std::string checkScale(const std::string& text) {
   return "'" + text + "' is no scale; give a number above 0";
 }
 
+// Takes one of the names, and nothing else, for its value.
+template <typename Value>
+CLI::Validator oneOf(const std::map<std::string, Value>& values) {
+  return CLI::Validator(
+      [values](std::string& text) -> std::string {
+        const auto found = values.find(text);
+        if (found != values.end()) {
+          text = std::to_string(static_cast<int>(found->second));
+          return {};
+        }
+        std::string names;
+        for (const auto& [name, value] : values) names += (names.empty() ? "" : ", ") + name;
+        return "'" + text + "' is none of " + names;
+      },
+      "");
+}
+
 void addLabelOptions(CLI::App& command, ExportOptions& options) {
   const std::map<std::string, PlanLabels> labels{{"none", PlanLabels::kNone},
                                                  {"name", PlanLabels::kName}};
@@ -61,7 +79,7 @@ void addLabelOptions(CLI::App& command, ExportOptions& options) {
       command
           .add_option("--labels", options.plan.labels,
                       "What stands at each object of a model: none, or name, the name of its node")
-          ->transform(CLI::CheckedTransformer(labels))
+          ->transform(oneOf(labels))
           ->option_text("none|name [none]");
   command
       .add_option("--label-height", options.plan.labelHeight,
@@ -82,43 +100,43 @@ void addForce(CLI::App& command, Existing& existing) {
       "Replaces a file that is already there");
 }
 
-// Whole numbers from 1 on, as `Count` takes them.
-template <typename Count>
-std::string checkCount(const std::string& text) {
-  Count count{};
-  const char* end = text.data() + text.size();
-  const auto [stopped, error] = std::from_chars(text.data(), end, count);
-  if (error == std::errc() && stopped == end && count > 0) return {};
-  return "'" + text + "' is no limit; give a whole number above 0";
+// Takes a whole number, as people write them: 010 is ten. `take` is given it.
+CLI::Option* addLimit(CLI::App& command, const std::string& name,
+                      const std::function<void(std::uint32_t)>& take, const std::string& about) {
+  const auto parse = [name, take](const std::string& text) {
+    std::uint32_t limit = 0;
+    const char* end = text.data() + text.size();
+    const auto [stopped, error] = std::from_chars(text.data(), end, limit);
+    if (error != std::errc() || stopped != end || limit == 0) {
+      throw CLI::ValidationError(
+          name, "'" + text + "' is no limit; give a whole number from 1 to 4294967295");
+    }
+    take(limit);
+  };
+  return command.add_option_function<std::string>(name, parse, about);
 }
 
 void addWorkLimits(CLI::App& command, WorkLimits& limits) {
-  const CLI::Validator check(checkCount<std::uint32_t>, "");
-  command
-      .add_option_function<std::uint32_t>(
-          "--max-memory",
-          [&limits](std::uint32_t mebibytes) { limits.memory = std::uint64_t{mebibytes} << 20; },
-          "MiB of memory that one may take; 2048 and 64 times its file if not given")
-      ->check(check)
+  addLimit(
+      command, "--max-memory",
+      [&limits](std::uint32_t mebibytes) { limits.memory = std::uint64_t{mebibytes} << 20; },
+      "MiB of memory that one may take; 2048 and 64 times its file if not given")
       ->option_text("N");
-  command
-      .add_option_function<std::uint32_t>(
-          "--max-time",
-          [&limits](std::uint32_t seconds) { limits.time = std::chrono::seconds(seconds); },
-          "Seconds that one may take")
-      ->check(check)
+  addLimit(
+      command, "--max-time",
+      [&limits](std::uint32_t seconds) { limits.time = std::chrono::seconds(seconds); },
+      "Seconds that one may take")
       ->option_text("N [" + std::to_string(limits.time.count()) + "]");
 }
 
 void addModelLimits(CLI::App& command, ModelLimits& limits) {
-  const CLI::Validator check(checkCount<std::size_t>, "");
-  command.add_option("--max-nodes", limits.nodes, "Nodes that a model may unfold to")
-      ->check(check)
+  addLimit(
+      command, "--max-nodes", [&limits](std::uint32_t count) { limits.nodes = count; },
+      "Nodes that a model may unfold to")
       ->option_text("N [" + std::to_string(limits.nodes) + "]");
-  command
-      .add_option("--max-vertices", limits.vertices,
-                  "Vertices that a model may unfold to, those of instances not counted again")
-      ->check(check)
+  addLimit(
+      command, "--max-vertices", [&limits](std::uint32_t count) { limits.vertices = count; },
+      "Vertices that a model may unfold to, those of instances not counted again")
       ->option_text("N [" + std::to_string(limits.vertices) + "]");
 }
 
@@ -136,7 +154,7 @@ CLI::App* addExport(CLI::App& app, ExportOptions& options, std::string& view) {
   command
       ->add_option("--up", options.plan.up,
                    "The axis of the model that points up: auto (as its format has it), y or z")
-      ->transform(CLI::CheckedTransformer(axes))
+      ->transform(oneOf(axes))
       ->option_text("auto|y|z [auto]");
   command->add_option("--view", view, kViewAbout)
       ->check(CLI::Validator(checkView, ""))
@@ -180,6 +198,29 @@ CLI::App* addInspect(CLI::App& app, InspectOptions& options) {
   return command;
 }
 
+// The arguments as CLI11 takes them, the last one first. It knows [a,b] for a list and ++ for the
+// end of a command's arguments; here they are names of files, for which ./ says the same.
+std::vector<std::string> argumentsOf(int argc, const char* const* argv) {
+  std::vector<std::string> arguments;
+  for (int i = argc - 1; i > 0; --i) {
+    const std::string argument = argv[i];
+    const bool isList = argument.starts_with('[') && argument.ends_with(']');
+    arguments.push_back((isList || argument == "++" ? "./" : "") + argument);
+  }
+  return arguments;
+}
+
+// Why the arguments are not understood, and where that is explained.
+std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<CLI::App*> commands = app.get_subcommands();
+  const std::string help =
+      "; see dxf2d " + (commands.empty() ? "" : commands.front()->get_name() + " ") + "--help";
+  // What is missing may have been meant by a word that is not known.
+  const std::vector<std::string> unknown = app.remaining(true);
+  if (!unknown.empty()) return "'" + unknown.front() + "' is not understood" + help;
+  return error.what() + help;
+}
+
 }  // namespace
 
 std::optional<Command> parseCommandLine(int argc, const char* const* argv, int& exitCode) {
@@ -195,9 +236,10 @@ std::optional<Command> parseCommandLine(int argc, const char* const* argv, int& 
   InspectOptions inspecting;
   const CLI::App* inspectCommand = addInspect(app, inspecting);
   try {
-    app.parse(argc, argv);
+    app.parse(argumentsOf(argc, argv));
   } catch (const CLI::ParseError& error) {
-    exitCode = app.exit(error) == 0 ? kExitDone : kExitUsage;
+    const bool isAnswered = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success);
+    exitCode = isAnswered ? app.exit(error) : fail(kExitUsage, complaint(app, error));
     return std::nullopt;
   }
   if (inspectCommand->parsed()) return inspecting;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <string>
 
 #include "app/exit_code.h"
@@ -47,6 +48,27 @@ TEST_F(Dxf2d, DrawsOnStandardOutputWithTheSameBytes) {
   EXPECT_EQ(Run("export " + model + " -o -"), kExitDone);
   EXPECT_EQ(out_, drawing);
   EXPECT_NE(error_.find("1 polyline"), std::string::npos) << error_;
+}
+
+TEST_F(Dxf2d, StandardOutputByItsOtherNamesIsTheSame) {
+  const std::string model = Write("house.obj", kTriangle);
+  ASSERT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitDone);
+  fs::create_symlink("/dev/stdout", Path("link"));
+  for (const std::string& name : {std::string("/dev/stdout"), std::string("/dev/fd/1"),
+                                  std::string("/proc/self/fd/1"), Path("link")}) {
+    EXPECT_EQ(Run("export " + model + " -o " + name), kExitDone) << error_;
+    EXPECT_EQ(out_, Read(Path("plan.dxf"))) << name;
+    EXPECT_NE(error_.find("1 polyline"), std::string::npos) << error_;
+  }
+}
+
+TEST_F(Dxf2d, AnOpenFileIsWrittenWhereItHasComeTo) {
+  const std::string model = Write("house.obj", kTriangle);
+  ASSERT_EQ(Run("export " + model + " -o " + Path("plan.dxf")), kExitDone);
+  const std::string kept = Write("kept", "mine\n");
+  EXPECT_EQ(Run("export " + model + " -o /dev/fd/3 3>>" + kept), kExitDone) << error_;
+  EXPECT_EQ(Read(kept), "mine\n" + Read(Path("plan.dxf")));
+  EXPECT_NE(out_.find("1 polyline"), std::string::npos) << out_;
 }
 
 TEST_F(Dxf2d, DrawsIntoAFifo) {
@@ -198,6 +220,38 @@ TEST_F(Dxf2d, WrongUsageIsExplained) {
   }
   EXPECT_EQ(Run("draw " + model), kExitUsage);
   EXPECT_EQ(Listing(), "house.obj");
+}
+
+TEST_F(Dxf2d, EachWrongUsageIsOneSentenceThatNamesIt) {
+  const std::string model = Write("house.obj", kTriangle);
+  const std::string drawing = " -o " + Path("plan.dxf") + " ";
+  const std::map<std::string, std::string> offenders{
+      {"", "subcommand is required"},
+      {"draw", "'draw'"},
+      {"export", "MODEL is required"},
+      {"export " + model, "--output is required"},
+      {"export " + model + " --out plan.dxf", "'--out'"},
+      {"export " + model + drawing + "--bogus", "'--bogus'"},
+      {"export " + model + drawing + "--labels all", "'all' is none of name, none"},
+      {"export " + model + drawing + "--labels 1", "'1' is none of name, none"},
+      {"export " + model + drawing + "--up x", "'x' is none of auto, y, z"},
+      {"export " + model + drawing + "--view \"$(printf 'a\\nb\\033')\"", "'a?b?' is no view"},
+      {"inspect", "PLUGIN is required"}};
+  for (const auto& [arguments, offender] : offenders) {
+    EXPECT_EQ(Run(arguments), kExitUsage) << arguments;
+    ExpectOneSentence();
+    EXPECT_NE(error_.find(offender), std::string::npos) << error_;
+    EXPECT_NE(error_.find("--help"), std::string::npos) << error_;
+  }
+}
+
+TEST_F(Dxf2d, NamesAreNeitherListsNorEnds) {
+  for (const std::string& name : {std::string("[house]"), std::string("++")}) {
+    Write(name, kTriangle);
+    EXPECT_EQ(Run("export '" + name + "' -o '[plan]'", "cd " + Path("") + ";"), kExitDone)
+        << error_;
+    EXPECT_TRUE(fs::remove(Path("[plan]")));
+  }
 }
 
 TEST_F(Dxf2d, HelpAndVersionAreNoFailures) {
