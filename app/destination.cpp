@@ -20,7 +20,12 @@ Destination::Destination(const std::string& path, Existing existing)
   work_.emplace(path_, existing);
   if (!work_->IsStraight()) return;
   straight_.emplace(path_, existing);
-  work_.emplace(scratchName(), Existing::kReplace);
+  try {
+    work_.emplace(scratchName(), Existing::kReplace);
+  } catch (const OutputError& error) {
+    throw OutputError(error.Code(), std::string(error.what()) +
+                                        "; TMPDIR names another directory for temporary files");
+  }
 }
 
 std::string Destination::WayOut() const {
