@@ -1,6 +1,7 @@
 #include "app/export/export_command.h"
 
 #include <filesystem>
+#include <map>
 #include <system_error>
 
 #include "app/export/drawing_names.h"
@@ -34,11 +35,38 @@ void checkDirectory(const std::string& directory) {
                                 : "': there is no such directory; create it or choose another"));
 }
 
+// Links may lead a drawing to a model that is still to be read, or to another drawing.
+void checkLinks(const std::vector<ExportJob>& jobs) {
+  namespace fs = std::filesystem;
+  std::map<fs::path, std::string> modelAt;
+  std::map<fs::path, std::string> drawingAt;
+  std::error_code ignored;
+  for (const ExportJob& job : jobs) {
+    modelAt.emplace(fs::weakly_canonical(job.model, ignored), job.model);
+  }
+  for (const ExportJob& job : jobs) {
+    const fs::path place = fs::weakly_canonical(job.drawing, ignored);
+    // Where none can be, that is said when its turn comes.
+    if (place.empty()) continue;
+    const auto model = modelAt.find(place);
+    if (model != modelAt.end()) {
+      throw UsageError("the drawing '" + job.drawing + "' would replace the model '" +
+                       model->second + "'; draw into another directory");
+    }
+    const auto [other, isNew] = drawingAt.emplace(place, job.drawing);
+    if (!isNew) {
+      throw UsageError("'" + other->second + "' and '" + job.drawing +
+                       "' are links to one file; draw into another directory");
+    }
+  }
+}
+
 int exportModels(const ExportOptions& options) {
   if (!SetThreadCodePage(options.codePage)) throw UsageError(unknownCodePage(options.codePage));
   const std::vector<ExportJob> jobs = exportJobs(options.models, options.output);
   if (jobs.size() == 1) return runExportJob(jobs.front(), options);
   checkDirectory(options.output);
+  checkLinks(jobs);
   return exportAll(jobs, options);
 }
 

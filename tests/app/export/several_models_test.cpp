@@ -66,6 +66,26 @@ TEST_F(SeveralModels, NeedADirectoryThatIsThere) {
   ExpectOneSentence();
 }
 
+TEST_F(SeveralModels, AreNotReplacedByADrawingOfAnother) {
+  namespace fs = std::filesystem;
+  fs::rename(Path("b.obj"), Path("out/a.dxf"));
+  fs::create_symlink("out/a.dxf", Path("link.obj"));
+  EXPECT_EQ(Run("export --force" + Models("a.obj link.obj") + " -o " + Path("out")), kExitUsage);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("link.obj"), std::string::npos) << error_;
+  EXPECT_EQ(Read(Path("out/a.dxf")), kTriangle);
+}
+
+TEST_F(SeveralModels, AreNotDrawnIntoOneFileByLinks) {
+  namespace fs = std::filesystem;
+  Write("out/both", "mine");
+  fs::create_symlink("both", Path("out/a.dxf"));
+  fs::create_symlink("both", Path("out/b.dxf"));
+  EXPECT_EQ(Run("export --force" + Models("a.obj b.obj") + " -o " + Path("out")), kExitUsage);
+  ExpectOneSentence();
+  EXPECT_EQ(Read(Path("out/both")), "mine");
+}
+
 TEST_F(SeveralModels, OfOneNameAreRefusedBeforeAnythingIsDrawn) {
   std::filesystem::create_directory(Path("more"));
   Write("more/a.obj", kTriangle);
