@@ -27,6 +27,9 @@ struct GuardedEnd {
   bool Returned(int code) const { return how == How::kReturned && number == code; }
 };
 
+// Whether the system grants its processes, by limits of its own, as many bytes of memory.
+bool isMemoryGranted(std::uint64_t bytes);
+
 // Runs `work`, which returns an exit code, in a process of its own, so that a fault in it leaves
 // this one to say so and to clean up. Beyond its memory its allocations fail with std::bad_alloc;
 // its stack may grow far beyond the usual, as deep models ask of their readers. Standard output and

@@ -152,6 +152,13 @@ GuardedEnd waitFor(pid_t child, std::chrono::milliseconds time, const bool& retu
 
 }  // namespace
 
+bool isMemoryGranted(std::uint64_t bytes) {
+  struct rlimit space {};
+  struct rlimit data {};
+  if (getrlimit(RLIMIT_AS, &space) != 0 || getrlimit(RLIMIT_DATA, &data) != 0) return true;
+  return space.rlim_max >= bytes && data.rlim_cur >= bytes;
+}
+
 GuardedEnd runGuarded(const std::function<int()>& work, const GuardLimits& limits) {
   std::fflush(nullptr);
   const DeferredEnd deferred;

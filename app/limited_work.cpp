@@ -98,6 +98,11 @@ int LimitedWork::Reporting(const std::function<int()>& step) const {
 }
 
 int LimitedWork::FailForMemory() const {
+  if (!isMemoryGranted(memory_)) {
+    return Fail(kExitLimit,
+                "it needs more memory than the system allows (ulimit -v, ulimit -d); raise that or "
+                "take a part of it");
+  }
   return Fail(kExitLimit, "it needs more than the " + std::to_string(memory_ >> 20) +
                               " MiB of memory that --max-memory allows; raise that or take a part "
                               "of it");

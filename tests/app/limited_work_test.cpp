@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -60,6 +61,13 @@ TEST(LimitedWork, MemoryRefusedWhereNothingMayBeThrownIsToldFromOtherFaults) {
   });
   EXPECT_EQ(end.code, kExitLimit);
   EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
+}
+
+TEST(LimitedWork, ProcessorTimeThatTheSystemLimitsIsALimit) {
+  const Ending end = endOf([] { return raise(SIGXCPU); });
+  EXPECT_EQ(end.code, kExitLimit);
+  EXPECT_NE(end.error.find("ulimit -t"), std::string::npos) << end.error;
+  EXPECT_TRUE(isOneLine(end.error)) << end.error;
 }
 
 TEST(LimitedWork, WorkThatIsTerminatedHasNoLastWords) {

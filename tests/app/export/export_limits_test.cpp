@@ -100,6 +100,17 @@ TEST_F(ExportLimits, MemoryIsLimited) {
   EXPECT_EQ(Listing(), "house.obj");
 }
 
+TEST_F(ExportLimits, MemoryThatTheSystemLimitsIsSaidSo) {
+  NEEDS_MEMORY_LIMITS();
+  std::string vertices;
+  for (int i = 0; i < 400'000; ++i) vertices += "v 0 0 0\nf -1 -1 -1\n";
+  const std::string model = Write("large.obj", vertices);
+  EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf"), "ulimit -v 80000;"), kExitLimit);
+  ExpectOneSentence();
+  EXPECT_NE(error_.find("ulimit -v"), std::string::npos) << error_;
+  EXPECT_EQ(Listing(), "large.obj");
+}
+
 TEST_F(ExportLimits, TimeIsLimited) {
   // Nobody writes into it, so the reading never begins.
   ASSERT_EQ(mkfifo(Path("scene.json").c_str(), 0600), 0);
