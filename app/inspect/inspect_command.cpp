@@ -177,7 +177,7 @@ int tryWalks(const InspectOptions& options) {
 }  // namespace
 
 int runInspect(const InspectOptions& options) {
-  return reporting([&] {
+  const int code = reporting([&] {
     const GuardedEnd end = runGuarded([&] { return reporting([&] { return look(options); }); });
     if (end.how == GuardedEnd::How::kSignal) {
       return fail(kExitPlugin, named(options) + " brings its host down while it is loaded (" +
@@ -190,4 +190,8 @@ int runInspect(const InspectOptions& options) {
     if (end.how == GuardedEnd::How::kNotStarted) failToStart(end.number);
     return end.Returned(kExitDone) ? tryWalks(options) : end.number;
   });
+  // What it prints is all that there is of it.
+  const bool isHeard = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  if (isHeard || code != kExitDone) return code;
+  return fail(kExitWriteFailed, "cannot write to standard output; mend that or send it elsewhere");
 }

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
@@ -183,6 +184,14 @@ TEST(Inspect, RequestToEndLeavesNoFileAndNoWords) {
   EXPECT_EXIT(std::_Exit(runInspect({ASKS_TO_END})), testing::KilledBySignal(SIGTERM),
               testing::IsEmpty());
   EXPECT_EQ(scratch.FileCount(), 0U);
+}
+
+TEST(Inspect, ReportThatNobodyGetsIsAFailedWrite) {
+  const auto inspectUnheard = [] {
+    static_cast<void>(std::freopen("/dev/full", "w", stdout));
+    std::_Exit(runInspect({PLUGIN}));
+  };
+  EXPECT_EXIT(inspectUnheard(), testing::ExitedWithCode(kExitWriteFailed), "standard output");
 }
 
 TEST(Inspect, DirectoryThatTakesNoFilesIsNamed) {
