@@ -71,6 +71,7 @@ TEST(LimitedWork, ProcessorTimeThatTheSystemLimitsIsALimit) {
 }
 
 TEST(LimitedWork, WorkThatIsTerminatedHasNoLastWords) {
+  // NOLINTNEXTLINE(bugprone-exception-escape): this is how readers end.
   const Ending end = endOf([]() noexcept {
     failOtherwise();
     return 0;
