@@ -13,6 +13,12 @@ std::string drawingIn(const std::string& directory, const std::string& model) {
   return (fs::path(directory) / fs::path(model).filename().replace_extension(".dxf")).string();
 }
 
+[[noreturn]] void failOverOneName(const std::string& one, const std::string& other,
+                                  const std::string& drawing) {
+  throw UsageError("'" + one + "' and '" + other + "' would both be drawn to '" + drawing +
+                   "'; draw them into different directories");
+}
+
 }  // namespace
 
 std::vector<ExportJob> exportJobs(const std::vector<std::string>& models,
@@ -26,10 +32,7 @@ std::vector<ExportJob> exportJobs(const std::vector<std::string>& models,
   for (const std::string& model : models) {
     std::string drawing = drawingIn(output, model);
     const auto [other, isNew] = modelOf.emplace(drawing, model);
-    if (!isNew) {
-      throw UsageError("'" + other->second + "' and '" + model + "' would both be drawn to '" +
-                       drawing + "'; draw them into different directories");
-    }
+    if (!isNew) failOverOneName(other->second, model, drawing);
     jobs.push_back({model, std::move(drawing)});
   }
   return jobs;
