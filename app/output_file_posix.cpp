@@ -152,7 +152,9 @@ OutputFile::OutputFile(const std::string& path, Existing existing)
     failCreating(name_, "that is a directory; name a file in it");
   }
   target_ = followLinks(name_);
-  straight_ = ownDescriptor(target_) || (exists && !S_ISREG(file.st_mode));
+  const std::optional<int> own = ownDescriptor(target_);
+  if (own && fcntl(*own, F_GETFD) < 0) failCreating(name_, reasonOf(errno) + "; choose another");
+  straight_ = own || (exists && !S_ISREG(file.st_mode));
   if (straight_) {
     path_ = name_;
     return;

@@ -258,6 +258,12 @@ TEST(OutputFile, APipeThatDoesNotWaitIsWaitedFor) {
   EXPECT_EQ(received, bytes);
 }
 
+TEST(OutputFile, DescriptorThatIsNotOpenIsRefused) {
+  const Refusal refusal = refusalOf("/dev/fd/1000000");
+  EXPECT_EQ(refusal.code, kExitOutputNotMade);
+  EXPECT_NE(refusal.sentence.find("'/dev/fd/1000000'"), std::string::npos) << refusal.sentence;
+}
+
 TEST(OutputFile, LinksOfTheSystemAreNotReplaced) {
   const OutputFile file("/dev/stdout", Existing::kReplace);
   EXPECT_EQ(file.Path(), "/dev/stdout");
