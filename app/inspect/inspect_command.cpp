@@ -56,6 +56,13 @@ class ScratchDirectory {
   std::string path_;
 };
 
+// What is printed is all that there is of an inspection.
+void flushReport() {
+  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return;
+  throw Failure(kExitWriteFailed,
+                "cannot write to standard output; mend that or send it elsewhere");
+}
+
 // ---- Slots and exports
 
 void printSlots(const KtTraverser& traverser) {
@@ -85,6 +92,7 @@ int look(const InspectOptions& options) {
   enterPlugin(options.plugin, traverser);
   printSlots(traverser);
   printExports(exports);
+  flushReport();
   return kExitDone;
 }
 
@@ -102,7 +110,7 @@ void keepBoxText(void*, const char16_t*, const char16_t* text, int) {
 
 void printResult(const InspectionScene& kind, const std::string& result) {
   std::printf("  %-22s %s\n", kind.name, result.c_str());
-  std::fflush(stdout);
+  flushReport();
 }
 
 // Walks the plug-in over one kind of content. Empty when that passes, else what is wrong.
@@ -123,24 +131,23 @@ std::string faultInWalk(const InspectOptions& options, const InspectionScene& ki
   }
 }
 
-[[noreturn]] void failToStart(int error) {
-  throw Failure(kExitLimit, std::string("no process can be started for the plug-in (") +
+[[noreturn]] void failToStart(const InspectOptions& options, int error) {
+  throw Failure(kExitLimit, "no process can be started for " + named(options) + " (" +
                                 strerror(error) + "); end other programs");
 }
 
 GuardedEnd tryWalk(const InspectOptions& options, const InspectionScene& kind,
                    const std::string& drawing) {
-  return runGuarded(
-      [&] {
-        const std::string fault = faultInWalk(options, kind, drawing);
-        printResult(kind, fault.empty() ? "passes" : fault);
-        return fault.empty() ? kExitDone : kExitPlugin;
-      },
-      {0, kWalkTime});
+  const auto walk = [&] {
+    const std::string fault = faultInWalk(options, kind, drawing);
+    printResult(kind, fault.empty() ? "passes" : fault);
+    return fault.empty() ? kExitDone : kExitPlugin;
+  };
+  return runGuarded([&] { return reporting(walk); }, {0, kWalkTime});
 }
 
 // What the walk itself could not print.
-void printEnd(const InspectionScene& kind, const GuardedEnd& end) {
+void printEnd(const InspectOptions& options, const InspectionScene& kind, const GuardedEnd& end) {
   switch (end.how) {
     case GuardedEnd::How::kExited:
       return printResult(kind, "ends its host (exit code " + std::to_string(end.number) + ")");
@@ -150,7 +157,7 @@ void printEnd(const InspectionScene& kind, const GuardedEnd& end) {
       return printResult(
           kind, "does not come to an end within " + std::to_string(kWalkTime.count()) + " seconds");
     case GuardedEnd::How::kNotStarted:
-      failToStart(end.number);
+      failToStart(options, end.number);
     case GuardedEnd::How::kReturned:
     case GuardedEnd::How::kAskedToEnd:
       return;
@@ -160,12 +167,14 @@ void printEnd(const InspectionScene& kind, const GuardedEnd& end) {
 int tryWalks(const InspectOptions& options) {
   const ScratchDirectory scratch;
   std::printf("Walks:\n");
+  flushReport();
   std::size_t failed = 0;
   for (const InspectionScene& kind : inspectionScenes()) {
     const GuardedEnd end = tryWalk(options, kind, scratch.File());
     // The signal takes effect when the directory is gone.
     if (end.how == GuardedEnd::How::kAskedToEnd) return kExitInternal;
-    printEnd(kind, end);
+    if (end.Returned(kExitWriteFailed)) return kExitWriteFailed;
+    printEnd(options, kind, end);
     if (!end.Returned(kExitDone)) ++failed;
   }
   if (failed == 0) return kExitDone;
@@ -177,7 +186,7 @@ int tryWalks(const InspectOptions& options) {
 }  // namespace
 
 int runInspect(const InspectOptions& options) {
-  const int code = reporting([&] {
+  return reporting([&] {
     const GuardedEnd end = runGuarded([&] { return reporting([&] { return look(options); }); });
     if (end.how == GuardedEnd::How::kSignal) {
       return fail(kExitPlugin, named(options) + " brings its host down while it is loaded (" +
@@ -187,11 +196,7 @@ int runInspect(const InspectOptions& options) {
       return fail(kExitPlugin, named(options) + " ends its host while it is loaded (exit code " +
                                    std::to_string(end.number) + ")");
     }
-    if (end.how == GuardedEnd::How::kNotStarted) failToStart(end.number);
+    if (end.how == GuardedEnd::How::kNotStarted) failToStart(options, end.number);
     return end.Returned(kExitDone) ? tryWalks(options) : end.number;
   });
-  // What it prints is all that there is of it.
-  const bool isHeard = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-  if (isHeard || code != kExitDone) return code;
-  return fail(kExitWriteFailed, "cannot write to standard output; mend that or send it elsewhere");
 }

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <csignal>
 #include <cstdio>
@@ -192,6 +193,20 @@ TEST(Inspect, ReportThatNobodyGetsIsAFailedWrite) {
     std::_Exit(runInspect({PLUGIN}));
   };
   EXPECT_EXIT(inspectUnheard(), testing::ExitedWithCode(kExitWriteFailed), "standard output");
+}
+
+TEST(Inspect, ReportThatIsCutIsAFailedWrite) {
+  const ScratchDirectory scratch;
+  // Room for all but the walks.
+  const rlim_t room = inspect(PLUGIN).output.find("Walks:") + 20;
+  const auto inspectHalfHeard = [&] {
+    const rlimit limit{room, room};
+    std::signal(SIGXFSZ, SIG_IGN);
+    static_cast<void>(std::freopen((scratch / "report").c_str(), "w", stdout));
+    setrlimit(RLIMIT_FSIZE, &limit);
+    std::_Exit(runInspect({PLUGIN}));
+  };
+  EXPECT_EXIT(inspectHalfHeard(), testing::ExitedWithCode(kExitWriteFailed), "standard output");
 }
 
 TEST(Inspect, DirectoryThatTakesNoFilesIsNamed) {
