@@ -31,21 +31,31 @@ rlim_t addressSpaceInUse() {
   return pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
 }
 
+// No more than it is already limited to.
 void limit(int resource, rlim_t amount) {
   struct rlimit limits {};
   if (getrlimit(resource, &limits) != 0) return;
-  limits.rlim_cur = std::min<rlim_t>(limits.rlim_max, amount);
+  limits.rlim_cur = std::min<rlim_t>(limits.rlim_cur, amount);
   setrlimit(resource, &limits);
 }
 
-void limitMemory(std::uint64_t bytes) {
-  const rlim_t used = addressSpaceInUse();
-  if (used != 0) limit(RLIMIT_AS, used + bytes);
+// At the hard limit the system kills without a word; a second before, it says why.
+void announceEndOfProcessorTime() {
+  struct rlimit limits {};
+  if (getrlimit(RLIMIT_CPU, &limits) != 0 || limits.rlim_max == RLIM_INFINITY) return;
+  if (limits.rlim_max > 1) limit(RLIMIT_CPU, limits.rlim_max - 1);
 }
 
 // Readers recurse with the depth of their models. The system lays out at least this much room for a
 // stack, whatever its limit was when the program started.
 constexpr rlim_t kStackRoom = rlim_t{120} << 20;
+
+void raiseStack() {
+  struct rlimit limits {};
+  if (getrlimit(RLIMIT_STACK, &limits) != 0) return;
+  limits.rlim_cur = std::min(limits.rlim_max, kStackRoom);
+  setrlimit(RLIMIT_STACK, &limits);
+}
 
 [[noreturn]] void workAlone(const std::function<int()>& work, std::uint64_t memory, pid_t parent,
                             bool& returned) {
@@ -57,8 +67,9 @@ constexpr rlim_t kStackRoom = rlim_t{120} << 20;
   // A reader's fault is reported in a sentence; a core file would be litter in the user's
   // directory.
   limit(RLIMIT_CORE, 0);
-  limit(RLIMIT_STACK, kStackRoom);
-  if (memory != 0) limitMemory(memory);
+  raiseStack();
+  announceEndOfProcessorTime();
+  if (memory != 0) limit(RLIMIT_AS, addressSpaceInUse() + memory);
   const int result = work();
   std::fflush(nullptr);
   returned = true;
@@ -156,7 +167,7 @@ bool isMemoryGranted(std::uint64_t bytes) {
   struct rlimit space {};
   struct rlimit data {};
   if (getrlimit(RLIMIT_AS, &space) != 0 || getrlimit(RLIMIT_DATA, &data) != 0) return true;
-  return space.rlim_max >= bytes && data.rlim_cur >= bytes;
+  return space.rlim_cur >= addressSpaceInUse() + bytes && data.rlim_cur >= bytes;
 }
 
 GuardedEnd runGuarded(const std::function<int()>& work, const GuardLimits& limits) {

@@ -49,6 +49,7 @@ LimitedWork::LimitedWork(std::string task, std::string input, const WorkLimits& 
     : task_(std::move(task)),
       input_(std::move(input)),
       memory_(limits.memory ? *limits.memory : memoryFor(input_)),
+      isMemoryGranted_(isMemoryGranted(memory_)),
       time_(limits.time) {}
 
 int LimitedWork::Run(const std::function<int()>& work) const {
@@ -98,7 +99,7 @@ int LimitedWork::Reporting(const std::function<int()>& step) const {
 }
 
 int LimitedWork::FailForMemory() const {
-  if (!isMemoryGranted(memory_)) {
+  if (!isMemoryGranted_) {
     return Fail(kExitLimit,
                 "it needs more memory than the system allows (ulimit -v, ulimit -d); raise that or "
                 "take a part of it");

@@ -35,5 +35,7 @@ class LimitedWork {
   std::string task_;
   std::string input_;
   std::uint64_t memory_;
+  // False when the system allows less.
+  bool isMemoryGranted_;
   std::chrono::seconds time_;
 };

@@ -1,8 +1,10 @@
 #include "app/limited_work.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <csignal>
+#include <cstdlib>
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -68,6 +70,19 @@ TEST(LimitedWork, ProcessorTimeThatTheSystemLimitsIsALimit) {
   EXPECT_EQ(end.code, kExitLimit);
   EXPECT_NE(end.error.find("ulimit -t"), std::string::npos) << end.error;
   EXPECT_TRUE(isOneLine(end.error)) << end.error;
+}
+
+TEST(LimitedWork, ProcessorTimeIsALimitWhereTheSystemWouldKill) {
+  const auto runEndlessly = [] {
+    const rlimit limit{2, 2};
+    setrlimit(RLIMIT_CPU, &limit);
+    volatile bool goesOn = true;
+    std::_Exit(LimitedWork("draw", "house.obj", {}).Run([&] {
+      while (goesOn) continue;
+      return 0;
+    }));
+  };
+  EXPECT_EXIT(runEndlessly(), testing::ExitedWithCode(kExitLimit), "ulimit -t");
 }
 
 TEST(LimitedWork, WorkThatIsTerminatedHasNoLastWords) {
