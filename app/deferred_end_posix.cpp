@@ -5,8 +5,8 @@
 namespace {
 
 // All that end a process, but for those that tell of a fault in it.
-constexpr std::array kEndRequests{SIGINT,  SIGQUIT, SIGTERM, SIGHUP,    SIGALRM, SIGUSR1,
-                                  SIGUSR2, SIGXCPU, SIGPROF, SIGVTALRM, SIGIO,   SIGPWR};
+constexpr std::array kEndRequests{SIGINT,  SIGQUIT, SIGTERM,   SIGHUP, SIGALRM, SIGUSR1,  SIGUSR2,
+                                  SIGXCPU, SIGPROF, SIGVTALRM, SIGIO,  SIGPWR,  SIGSTKFLT};
 
 bool isIgnored(int signal) {
   struct sigaction action {};
@@ -19,6 +19,9 @@ sigset_t endRequests() {
   sigset_t requests;
   sigemptyset(&requests);
   for (const int signal : kEndRequests) {
+    if (!isIgnored(signal)) sigaddset(&requests, signal);
+  }
+  for (int signal = SIGRTMIN; signal <= SIGRTMAX; ++signal) {
     if (!isIgnored(signal)) sigaddset(&requests, signal);
   }
   return requests;
