@@ -216,8 +216,9 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
   const std::string help =
       "; see dxf2d " + (commands.empty() ? "" : commands.front()->get_name() + " ") + "--help";
   // What is missing may have been meant by a word that is not known.
-  const std::vector<std::string> unknown = app.remaining(true);
-  if (!unknown.empty()) return "'" + unknown.front() + "' is not understood" + help;
+  for (const std::string& unknown : app.remaining(true)) {
+    if (unknown != "--") return "'" + unknown + "' is not understood" + help;
+  }
   return error.what() + help;
 }
 

@@ -236,6 +236,7 @@ TEST_F(Dxf2d, EachWrongUsageIsOneSentenceThatNamesIt) {
       {"export " + model + drawing + "--labels 1", "'1' is none of name, none"},
       {"export " + model + drawing + "--up x", "'x' is none of auto, y, z"},
       {"export " + model + drawing + "--view \"$(printf 'a\\nb\\033')\"", "'a?b?' is no view"},
+      {"export -- " + model, "--output is required"},
       {"inspect", "PLUGIN is required"}};
   for (const auto& [arguments, offender] : offenders) {
     EXPECT_EQ(Run(arguments), kExitUsage) << arguments;
