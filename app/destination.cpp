@@ -15,8 +15,7 @@ std::string scratchName() {
 
 }  // namespace
 
-Destination::Destination(const std::string& path, Existing existing)
-    : path_(path == "-" ? "/dev/stdout" : path) {
+Destination::Destination(const std::string& path, Existing existing) : path_(PathOf(path)) {
   work_.emplace(path_, existing);
   if (!work_->IsStraight()) return;
   straight_.emplace(path_, existing);

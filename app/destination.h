@@ -11,7 +11,10 @@
 // is whole.
 class Destination {
  public:
-  // `path` as the user gives it, "-" for standard output. Throws OutputError.
+  // The path that `path`, as the user gives it, stands for: "-" is standard output.
+  static std::string PathOf(const std::string& path) { return path == "-" ? "/dev/stdout" : path; }
+
+  // `path` as the user gives it. Throws OutputError.
   Destination(const std::string& path, Existing existing);
 
   // The file to make the output in. It goes with this object unless it is delivered.
@@ -20,7 +23,7 @@ class Destination {
   // Brings the whole output to its place. Throws OutputError. To be called once, after which there
   // is no Work.
   void Deliver();
-  // How the user writes it in messages, and whether this process prints there too.
+  // How messages name it, and whether this process prints there too.
   const std::string& Name() const { return path_; }
   bool IsStandardOutput() const { return straight_ && straight_->IsStandardOutput(); }
   // What can be done when the work file cannot be written, as the end of a sentence.

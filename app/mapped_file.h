@@ -5,11 +5,11 @@
 #include <string>
 #include <string_view>
 
-// Maps a file for reading; the bytes are there as long as the object. What is no plain file is
-// empty here.
+// Maps a file that was written before, for reading; the bytes are there as long as the object. What
+// is no plain file is empty here.
 class MappedFile {
  public:
-  // Throws std::bad_alloc when there is no room for it.
+  // Throws OutputError when it cannot be opened, std::bad_alloc when there is no room for it.
   explicit MappedFile(const std::string& path);
   ~MappedFile();
   MappedFile(const MappedFile&) = delete;

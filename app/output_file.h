@@ -16,6 +16,10 @@ class OutputError : public Failure {
   using Failure::Failure;
 };
 
+// Where the symbolic links at `path` lead, whether or not there is a file at their end; a name of
+// what this process has open, such as /dev/stdout, is an end too. Throws OutputError.
+std::string followLinks(const std::string& path);
+
 // Whether a file already under the output's name may be replaced.
 enum class Existing { kKeep, kReplace };
 

@@ -79,27 +79,14 @@ std::optional<int> ownDescriptor(std::string_view path) {
     int number = 0;
     const char* end = path.data() + path.size();
     const auto [stopped, error] = std::from_chars(path.data() + directory.size(), end, number);
-    if (error == std::errc() && stopped == end) return number;
+    if (error == std::errc() && stopped == end && number >= 0) return number;
   }
   return std::nullopt;
 }
 
-// Where the symbolic links at `path` lead, whether or not there is a file at their end; a
-// descriptor of this process is an end too.
-std::string followLinks(const std::string& path) {
-  namespace fs = std::filesystem;
-  constexpr int kMostLinks = 40;  // as many as the system follows
-  fs::path followed = path;
-  std::error_code none;
-  for (int links = 0; fs::is_symlink(fs::symlink_status(followed, none)); ++links) {
-    if (ownDescriptor(followed.native())) break;
-    if (links == kMostLinks) failCreatingBeside(path, path, ELOOP);
-    std::error_code error;
-    const fs::path next = fs::read_symlink(followed, error);
-    if (error) failCreatingBeside(path, followed.string(), error.value());
-    followed = next.is_absolute() ? next : followed.parent_path() / next;
-  }
-  return followed.string();
+bool isOpenForWriting(int descriptor) {
+  const int flags = fcntl(descriptor, F_GETFL);
+  return flags >= 0 && (flags & O_ACCMODE) != O_RDONLY;
 }
 
 std::string temporaryName(const std::string& target) {
@@ -138,6 +125,22 @@ int renameToNewName(const std::string& from, const std::string& to) {
 
 }  // namespace
 
+std::string followLinks(const std::string& path) {
+  namespace fs = std::filesystem;
+  constexpr int kMostLinks = 40;  // as many as the system follows
+  fs::path followed = path;
+  std::error_code none;
+  for (int links = 0; fs::is_symlink(fs::symlink_status(followed, none)); ++links) {
+    if (ownDescriptor(followed.native())) break;
+    if (links == kMostLinks) failCreatingBeside(path, path, ELOOP);
+    std::error_code error;
+    const fs::path next = fs::read_symlink(followed, error);
+    if (error) failCreatingBeside(path, followed.string(), error.value());
+    followed = next.is_absolute() ? next : followed.parent_path() / next;
+  }
+  return followed.string();
+}
+
 OutputFile::OutputFile(const std::string& path, Existing existing)
     : name_(path), existing_(existing) {
   if (name_.empty()) failCreating(name_, "the name is empty; give the file a name");
@@ -153,7 +156,9 @@ OutputFile::OutputFile(const std::string& path, Existing existing)
   }
   target_ = followLinks(name_);
   const std::optional<int> own = ownDescriptor(target_);
-  if (own && fcntl(*own, F_GETFD) < 0) failCreating(name_, reasonOf(errno) + "; choose another");
+  if (own && !isOpenForWriting(*own)) {
+    failCreating(name_, "it is not open for writing; choose another");
+  }
   straight_ = own || (exists && !S_ISREG(file.st_mode));
   if (straight_) {
     path_ = name_;
@@ -212,9 +217,12 @@ void OutputFile::OpenStraight() {
 }
 
 bool OutputFile::IsStandardOutput() const {
+  if (!straight_) return false;
+  const std::optional<int> own = ownDescriptor(target_);
   struct stat output {};
   struct stat file {};
-  return straight_ && fstat(STDOUT_FILENO, &output) == 0 && stat(path_.c_str(), &file) == 0 &&
+  return fstat(STDOUT_FILENO, &output) == 0 &&
+         (own ? fstat(*own, &file) : stat(path_.c_str(), &file)) == 0 &&
          output.st_dev == file.st_dev && output.st_ino == file.st_ino;
 }
 

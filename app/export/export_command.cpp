@@ -35,6 +35,17 @@ void checkDirectory(const std::string& directory) {
                                 : "': there is no such directory; create it or choose another"));
 }
 
+// Where the drawing would stand, when all links are followed. Empty where it cannot: that is said
+// when its turn comes.
+std::filesystem::path placeOf(const std::string& drawing) {
+  try {
+    std::error_code ignored;
+    return std::filesystem::weakly_canonical(followLinks(drawing), ignored);
+  } catch (const OutputError&) {
+    return {};
+  }
+}
+
 // Links may lead a drawing to a model that is still to be read, or to another drawing.
 void checkLinks(const std::vector<ExportJob>& jobs) {
   namespace fs = std::filesystem;
@@ -45,8 +56,7 @@ void checkLinks(const std::vector<ExportJob>& jobs) {
     modelAt.emplace(fs::weakly_canonical(job.model, ignored), job.model);
   }
   for (const ExportJob& job : jobs) {
-    const fs::path place = fs::weakly_canonical(job.drawing, ignored);
-    // Where none can be, that is said when its turn comes.
+    const fs::path place = placeOf(job.drawing);
     if (place.empty()) continue;
     const auto model = modelAt.find(place);
     if (model != modelAt.end()) {
@@ -56,7 +66,7 @@ void checkLinks(const std::vector<ExportJob>& jobs) {
     const auto [other, isNew] = drawingAt.emplace(place, job.drawing);
     if (!isNew) {
       throw UsageError("'" + other->second + "' and '" + job.drawing +
-                       "' are links to one file; draw into another directory");
+                       "' lead to one file; draw into another directory");
     }
   }
 }

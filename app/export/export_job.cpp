@@ -132,7 +132,7 @@ void say(std::FILE* stream, const std::string& line) {
 int draw(const LimitedWork& work, const ExportJob& job, const ExportOptions& options) {
   const Clock::time_point start = Clock::now();
   std::error_code ignored;
-  if (std::filesystem::equivalent(job.model, job.drawing, ignored)) {
+  if (std::filesystem::equivalent(job.model, Destination::PathOf(job.drawing), ignored)) {
     return fail(kExitUsage,
                 "'" + job.drawing + "' is the model itself; give the drawing another name");
   }

@@ -84,6 +84,9 @@ TEST_F(SeveralModels, AreNotDrawnIntoOneFileByLinks) {
   EXPECT_EQ(Run("export --force" + Models("a.obj b.obj") + " -o " + Path("out")), kExitUsage);
   ExpectOneSentence();
   EXPECT_EQ(Read(Path("out/both")), "mine");
+  fs::remove(Path("out/both"));
+  EXPECT_EQ(Run("export --force" + Models("a.obj b.obj") + " -o " + Path("out")), kExitUsage);
+  EXPECT_FALSE(fs::exists(Path("out/both")));
 }
 
 TEST_F(SeveralModels, OfOneNameAreRefusedBeforeAnythingIsDrawn) {
