@@ -1,6 +1,7 @@
 #include "app/command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <functional>
@@ -216,10 +217,10 @@ std::string complaint(const CLI::App& app, const CLI::ParseError& error) {
   const std::string help =
       "; see dxf2d " + (commands.empty() ? "" : commands.front()->get_name() + " ") + "--help";
   // What is missing may have been meant by a word that is not known.
-  for (const std::string& unknown : app.remaining(true)) {
-    if (unknown != "--") return "'" + unknown + "' is not understood" + help;
-  }
-  return error.what() + help;
+  const std::vector<std::string> rest = app.remaining(true);
+  const auto unknown = std::ranges::find_if(rest, [](const auto& word) { return word != "--"; });
+  if (unknown == rest.end()) return error.what() + help;
+  return std::string("'").append(*unknown).append("' is not understood").append(help);
 }
 
 }  // namespace
