@@ -27,9 +27,10 @@ install(DIRECTORY ktscene DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
   PATTERN kt_graphic_node.h
   PATTERN kt_matrix.h
   PATTERN kt_point3.h
+  PATTERN kt_run_code.h
   PATTERN kt_scene.h
+  PATTERN kt_scene_error.h
   PATTERN kt_scene_reader.h
-  PATTERN kt_shape_mesh.h
   PATTERN kt_traverser.h
   PATTERN kt_v.h
   PATTERN zu_message.h
@@ -44,6 +45,12 @@ if(TARGET dxf2d)
   file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(dxf2d PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
   install(TARGETS dxf2d RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  # No program for users.
+  set(worker_directory ${CMAKE_INSTALL_LIBEXECDIR}/dxf2d)
+  file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_PREFIX}/${worker_directory}
+       ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(dxf2d-worker PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
+  install(TARGETS dxf2d-worker RUNTIME DESTINATION ${worker_directory})
 endif()
 
 # find_package(KtScene)
