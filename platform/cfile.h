@@ -1,6 +1,7 @@
 // Binary files of the application framework.
 #pragma once
 
+#include <cassert>
 #include <cstddef>
 #include <cstring>
 #include <memory>
@@ -8,6 +9,8 @@
 #include "platform/cfile_exception.h"
 #include "platform/cstring.h"
 #include "platform/export.h"
+
+inline namespace kt_platform {
 
 // A file that one object owns. Bytes are written as given, with no text translation.
 //
@@ -29,7 +32,7 @@ class KT_PLATFORM_API CFile {
   static constexpr unsigned modeCreate = 0x1000;
 
   CFile();
-  // Flushes and closes; a failure is swallowed, as a destructor must. Call Close to hear of it.
+  // Flushes and closes; errors are ignored, as a destructor must not throw. Call Close to get them.
   ~CFile();
   CFile(const CFile&) = delete;
   CFile& operator=(const CFile&) = delete;
@@ -38,11 +41,13 @@ class KT_PLATFORM_API CFile {
   // returns false and, when `exception` is not null, fills it with the cause and the path.
   // Opening an object that is open already is a failure (invalidFile); the open file stays.
   bool Open(const char16_t* path, unsigned flags, CFileException* exception = nullptr);
+  // The same for a path that may hold U+0000, which no file's name can: such a path is not cut but
+  // refused (badPath).
+  bool Open(const CString& path, unsigned flags, CFileException* exception = nullptr);
   bool IsOpen() const;
 
-  // Writes `count` bytes after those before; 0 is no effect. Throws CFileException: invalidFile
-  // when no file is open for writing, or when `data` is null; otherwise what the operating system
-  // reports.
+  // Appends `count` bytes, which may be 0. Throws CFileException: invalidFile when no file is open
+  // for writing or `data` is null, otherwise what the operating system reports.
   void Write(const void* data, std::size_t count) {
     // Also true of no room at all, so that the copy below never has a null target.
     if (data == nullptr || count >= static_cast<std::size_t>(limit_ - cursor_)) {
@@ -52,21 +57,26 @@ class KT_PLATFORM_API CFile {
     std::memcpy(cursor_, data, count);
     cursor_ += count;
   }
-  // For bytes that are made in place: room for `count` of them, at most kMaxReserve, after those
-  // written; Commit counts the first `count` as written. The room is lost at any other call. Throws
-  // as Write does.
+  // For bytes that are made in place: Reserve returns room for `count` of them, at most
+  // kMaxReserve, after those written; Commit counts the first `count` of them as written. The room
+  // is lost at any other call. Throws as Write does.
   static constexpr std::size_t kMaxReserve = 4096;
   char* Reserve(std::size_t count) {
+    assert(count <= kMaxReserve);
     if (count >= static_cast<std::size_t>(limit_ - cursor_)) {
       MakeRoom();
     }
     return cursor_;
   }
-  void Commit(std::size_t count) { cursor_ += count; }
-  // Hands everything gathered to the operating system. No effect when no file is open. Throws
+  void Commit(std::size_t count) {
+    assert(count <= static_cast<std::size_t>(limit_ - cursor_));
+    cursor_ += count;
+  }
+  // Writes all buffered bytes to the operating system. Does nothing when no file is open. Throws
   // CFileException.
   void Flush();
-  // Flushes and closes. No effect when no file is open. The file is closed also when this throws.
+  // Flushes and closes. Does nothing when no file is open. The file is closed even when this
+  // throws.
   void Close();
 
  private:
@@ -80,3 +90,5 @@ class KT_PLATFORM_API CFile {
   char* cursor_ = nullptr;
   char* limit_ = nullptr;
 };
+
+}  // namespace kt_platform

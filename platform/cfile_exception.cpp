@@ -5,6 +5,8 @@
 
 #include "platform/code_page.h"
 
+inline namespace kt_platform {
+
 namespace {
 
 // How the sentence about a file goes on after its name, by cause.
@@ -33,6 +35,9 @@ CString sentence(const CFileException& exception) {
   CString text(u"The file");
   if (!exception.m_strFileName.IsEmpty()) {
     text += u" \"" + exception.m_strFileName + u"\"";
+  }
+  if (!exception.m_strReason.IsEmpty()) {
+    return text += exception.m_strReason;
   }
   constexpr std::size_t kGeneric = CFileException::genericException;
   const auto cause = static_cast<std::size_t>(exception.m_cause);
@@ -88,3 +93,5 @@ const char* CFileException::what() const noexcept {
     return "A file could not be used, and there is no memory to say why.";
   }
 }
+
+}  // namespace kt_platform

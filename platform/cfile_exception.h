@@ -1,4 +1,4 @@
-// What can go wrong with a file, and the sentence that says it to a person.
+// The exception for file errors, and its message for the user.
 #pragma once
 
 #include <exception>
@@ -7,7 +7,12 @@
 #include "platform/cstring.h"
 #include "platform/export.h"
 
-// The file exception: thrown by CFile's operations, filled by CFile::Open.
+inline namespace kt_platform {
+
+// The file exception: thrown by CFile's operations, filled by CFile::Open. It crosses library
+// boundaries: a host that does not include this header, perhaps since it has a CFileException of
+// its own, catches it as std::exception, whose what() is the whole sentence. One that does include
+// it beside its own writes kt_platform::CFileException.
 class KT_PLATFORM_API CFileException : public std::exception {
  public:
   enum Cause {
@@ -50,7 +55,12 @@ class KT_PLATFORM_API CFileException : public std::exception {
   Cause m_cause = none;
   long m_lOsError = -1;
   CString m_strFileName;
+  // Replaces the part of the sentence after the file's name, such as " could not ... .", where the
+  // cause's own text would say too little; empty otherwise.
+  CString m_strReason;
 
  private:
   mutable std::string what_;
 };
+
+}  // namespace kt_platform

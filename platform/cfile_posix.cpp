@@ -12,6 +12,8 @@
 #include "platform/cfile.h"
 #include "platform/path_text.h"
 
+inline namespace kt_platform {
+
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t{256} * 1024;
@@ -140,7 +142,7 @@ struct CFile::Impl {
 
   // Returns an error number, 0 for success.
   int Open(unsigned flags) {
-    const std::string name = PathToBytes(path.View());
+    const std::string name = pathToBytes(path.View());
     descriptor = retryInterrupted([&] { return ::open(name.c_str(), openFlags(flags), 0666); });
     return descriptor < 0 ? errno : claim(descriptor, (flags & modeCreate) != 0);
   }
@@ -170,7 +172,7 @@ CFile::~CFile() {
   try {
     Close();
   } catch (const std::exception&) {
-    // The header's word: who wants to hear of it calls Close.
+    // As the header says: callers that want the error call Close.
   }
 }
 
@@ -197,6 +199,20 @@ bool CFile::Open(const char16_t* path, unsigned flags, CFileException* exception
   cursor_ = impl_->buffer.get();
   limit_ = cursor_ != nullptr ? cursor_ + kBufferSize : nullptr;
   return true;
+}
+
+bool CFile::Open(const CString& path, unsigned flags, CFileException* exception) {
+  const std::u16string_view text = path.View();
+  if (text.find(u'\0') == std::u16string_view::npos) {
+    return Open(path.GetString(), flags, exception);
+  }
+  if (exception != nullptr) {
+    std::u16string shown(text);
+    std::ranges::replace(shown, u'\0', u'\uFFFD');
+    *exception = CFileException(CFileException::badPath, -1, shown.c_str());
+    exception->m_strReason = u" could not be opened because its name has a zero character.";
+  }
+  return false;
 }
 
 bool CFile::IsOpen() const { return impl_ != nullptr; }
@@ -293,3 +309,5 @@ CFileException::Cause CFileException::OsErrorToCause(long osError) {
       return genericException;
   }
 }
+
+}  // namespace kt_platform

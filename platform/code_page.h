@@ -3,11 +3,13 @@
 
 #include "platform/export.h"
 
+inline namespace kt_platform {
+
 // Stands for the code page of the calling thread.
 inline constexpr unsigned CP_THREAD_ACP = 3;
 
 // The ANSI code page of the calling thread: 1250 to 1258, 874, 932, 936, 949, 950 or 65001 (UTF-8);
-// 1252 until it is set. Set answers false, and changes nothing, for any other page.
+// 1252 until it is set. SetThreadCodePage returns false, and changes nothing, for any other page.
 KT_PLATFORM_API bool SetThreadCodePage(unsigned codePage);
 KT_PLATFORM_API unsigned GetThreadCodePage();
 
@@ -18,10 +20,11 @@ KT_PLATFORM_API int lstrlenW(const char16_t* text);
 // (CP_THREAD_ACP or one that SetThreadCodePage takes). Returns the number of bytes written; 0 on
 // failure: an unknown page, `wideLength` 0, or a destination of `size` bytes that is too small.
 // With `size` 0 nothing is written and the number of bytes needed is returned. Each UTF-16 unit
-// that the page cannot hold becomes one `*defaultChar`, '?' when that is null (a surrogate pair
-// two), and sets
-// `*usedDefault` when that is not null. `flags` is 0. The tables are the operating system's
-// (iconv).
+// that the page cannot hold becomes one `*defaultChar`, or '?' when that is null (a surrogate pair
+// becomes two), and sets `*usedDefault` unless that is null. `flags` is 0. The tables are the
+// operating system's (iconv).
 KT_PLATFORM_API int WideCharToMultiByte(unsigned codePage, unsigned long flags,
                                         const char16_t* wide, int wideLength, char* bytes, int size,
                                         const char* defaultChar, bool* usedDefault);
+
+}  // namespace kt_platform

@@ -13,6 +13,8 @@
 #include <string>
 #include <utility>
 
+inline namespace kt_platform {
+
 namespace {
 
 constexpr unsigned kUtf8 = 65001;
@@ -106,7 +108,7 @@ bool isPair(const char16_t* wide, std::size_t count) {
          wide[1] <= 0xDFFF;
 }
 
-// U+E0000 to U+E007F, which glibc drops without a word where a page lacks them.
+// U+E0000 to U+E007F, which glibc silently drops where a page lacks them.
 bool isTag(const char16_t* wide, std::size_t count) {
   return count >= 2 && wide[0] == 0xDB40 && wide[1] >= 0xDC00 && wide[1] <= 0xDC7F;
 }
@@ -166,9 +168,9 @@ struct Fallback {
   bool used = false;
 };
 
-// Where to stop a run of conversion: before the next tag character, which only UTF-8 takes as what
-// it is, and after so many units that iconv, which works ahead, does not work far for nothing when
-// it meets a unit that the page lacks. A pair stays whole.
+// Where to end one call of iconv: before the next tag character, which only UTF-8 can encode, and
+// after kRun units, since iconv converts ahead and that work is lost when it meets a unit that the
+// page lacks. Never inside a surrogate pair.
 const char16_t* runEnd(const char16_t* in, const char16_t* end, const Page& page) {
   constexpr std::ptrdiff_t kRun = 128;
   const char16_t* stop = end - in > kRun ? in + kRun : end;
@@ -261,3 +263,5 @@ int WideCharToMultiByte(unsigned codePage, unsigned long /*flags*/, const char16
   }
   return countOrZero(ascii + output.Written());
 }
+
+}  // namespace kt_platform

@@ -10,6 +10,8 @@
 #include "platform/decimal_point.h"
 #include "platform/number_format.h"
 
+inline namespace kt_platform {
+
 namespace {
 
 // The text under construction. It stays on the stack while it is short, and apart from the text it
@@ -47,11 +49,11 @@ class Output {
   void AppendNumber(std::string_view printed) {
     if (printed.size() > kRoom) {
       std::u16string wide(printed.size(), u'\0');
-      wide.resize(widenNumber(printed, wide.data()));
+      wide.resize(dxf2d::widenNumber(printed, wide.data()));
       Append(wide);
       return;
     }
-    Took(widenNumber(printed, Room(printed.size())));
+    Took(dxf2d::widenNumber(printed, Room(printed.size())));
   }
   void MoveInto(std::u16string& text) {
     if (long_.empty()) {
@@ -182,7 +184,7 @@ void appendSigned(long long number, Output& output) {
 }
 
 void appendReal(double number, Output& output) {
-  output.Took(FormatFixed6(number, output.Room(kFixed6Size)));
+  output.Took(formatFixed6(number, output.Room(kFixed6Size)));
 }
 
 void formatSigned(const Conversion& conversion, Arguments& arguments, Output& output) {
@@ -304,3 +306,5 @@ void CString::Format(const char16_t* format, ...) {
   va_end(arguments.list);
   output.MoveInto(text_);
 }
+
+}  // namespace kt_platform

@@ -7,6 +7,8 @@
 
 #include "platform/export.h"
 
+inline namespace kt_platform {
+
 // A UTF-16 text. "Character" means one code unit; no operation looks at surrogate pairs.
 // Value semantics; safe to use from several threads as long as each uses its own object.
 class CString {
@@ -29,8 +31,8 @@ class CString {
   // Replaces the text by `format` with its conversions filled in, as printf does it:
   // %d %i %u %x %X %c %f %F %e %E %g %G with flags, width, precision and the sizes l and ll, %s (a
   // null-terminated UTF-16 text) and %%. Reals take the decimal separator of the process's
-  // LC_NUMERIC locale. A conversion outside this list is copied as it stands; a width
-  // or precision beyond 65535 counts as 65535.
+  // LC_NUMERIC locale. A conversion outside this list is copied unchanged; a width or precision
+  // beyond 65535 counts as 65535.
   KT_PLATFORM_API void Format(const char16_t* format, ...);
 
   CString& operator+=(const CString& other) {
@@ -48,3 +50,5 @@ class CString {
  private:
   std::u16string text_;
 };
+
+}  // namespace kt_platform

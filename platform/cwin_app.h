@@ -4,6 +4,8 @@
 #include "platform/cstring.h"
 #include "platform/export.h"
 
+inline namespace kt_platform {
+
 // A module derives one class from this and has one object of it, which exists from load to unload.
 class KT_PLATFORM_API CWinApp {
  public:
@@ -13,8 +15,10 @@ class KT_PLATFORM_API CWinApp {
   CWinApp(const CWinApp&) = delete;
   CWinApp& operator=(const CWinApp&) = delete;
 
-  // The initialisation hook; true means success.
+  // Initializes the module. Returns whether that succeeded.
   virtual bool InitInstance();
 
   CString m_strAppName;
 };
+
+}  // namespace kt_platform

@@ -1,11 +1,12 @@
 // The texts are made in steps that each do the same to all values of a block. No step has a branch
-// or a table, so that the compiler makes vector instructions of it, and no value waits for the one
-// before it.
+// or a table, so the compiler can vectorize it, and no value depends on the one before it.
 #include "platform/fixed6_lines.h"
 
 #include <algorithm>
 
 #include "platform/decimal_point.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -23,7 +24,7 @@ void halve(const std::array<Number, kCount>& numbers, std::array<Half, 2 * kCoun
   }
 }
 
-// How many of the eight digits of `number` are zeros at the front; the last digit is none.
+// How many of the eight digits of `number` are zeros at the front; the last digit does not count.
 std::int32_t leadingZerosOf(std::int32_t number) {
   return (number < 10) + (number < 100) + (number < 1000) + (number < 10000) + (number < 100000) +
          (number < 1000000) + (number < 10000000);
@@ -44,6 +45,7 @@ Fixed6Lines::Fixed6Lines() {
 }
 
 void Fixed6Lines::Make(std::size_t count) {
+  assert(count <= kMost);
   for (std::size_t begin = 0; begin < count; begin += kBlock) {
     std::fill(values_.begin() + std::min(count, begin + kBlock), values_.begin() + begin + kBlock,
               0.0);
@@ -55,7 +57,7 @@ void Fixed6Lines::MakeBlock(std::size_t begin) {
   std::array<double, kBlock> bounded;
   for (std::size_t i = 0; i < kBlock; ++i) {
     const double magnitude = std::fabs(values_[begin + i]);
-    // What is no number is not smaller either.
+    // A NaN fails the comparison and is bounded too.
     bounded[i] = magnitude < kLargest ? magnitude : kLargest;
   }
   std::array<std::int32_t, kBlock> wholes;
@@ -105,7 +107,9 @@ void Fixed6Lines::MakeBlock(std::size_t begin) {
 }
 
 char* Fixed6Lines::WriteAlone(std::size_t i, char* text) const {
-  text += FormatFixed6(values_[i], text);
+  text += formatFixed6(values_[i], text);
   *text = '\n';
   return text + 1;
 }
+
+}  // namespace dxf2d

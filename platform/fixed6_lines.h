@@ -1,7 +1,8 @@
-// Lines of decimal text for reals that come by the thousand, a few nanoseconds each.
+// Decimal text, one line a number, for thousands of reals at a few nanoseconds each.
 #pragma once
 
 #include <array>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -10,7 +11,9 @@
 #include "platform/export.h"
 #include "platform/number_format.h"
 
-// Makes the text that FormatFixed6 gives, and a line feed, of up to kMost reals at a time: put the
+namespace dxf2d {
+
+// Makes the text that formatFixed6 gives, and a line feed, of up to kMost reals at a time: put the
 // reals in place with Value, call Make, and write out the lines.
 //
 // The decimal separator is the one in force when the object is made. A host may change its locale
@@ -23,16 +26,22 @@ class Fixed6Lines {
 
   KT_PLATFORM_API Fixed6Lines();
 
-  // False under the separators of rare locales, which are no ASCII character: such lines are not
-  // made here.
+  // False in the rare locales whose separator is not an ASCII character; this class does not make
+  // such lines.
   bool IsAscii() const { return separator_ != kNotAscii; }
 
-  double& Value(std::size_t i) { return values_[i]; }
-  // Makes the lines of the first `count` values.
+  // The place of value i, which is below kMost.
+  double& Value(std::size_t i) {
+    assert(i < kMost);
+    return values_[i];
+  }
+  // Makes the lines of the first `count` values, at most kMost.
   KT_PLATFORM_API void Make(std::size_t count);
 
-  // Writes the line of value i and returns its end. What follows it in the room may be overwritten.
+  // Writes the line of value i, one that Make has made, and returns its end. What follows it in the
+  // room may be overwritten.
   char* Write(std::size_t i, char* text) const {
+    assert(i < kMost);
     if (!(doubts_[i] < kDoubtful)) {
       return WriteAlone(i, text);
     }
@@ -59,8 +68,8 @@ class Fixed6Lines {
   static constexpr std::size_t kBlock = 8;
   static_assert(kMost % kBlock == 0);
   static constexpr char kNotAscii = '\0';
-  // A doubt from here on, or one that is no number: the value is too large, not finite or as near
-  // as that to a tie, and is made alone.
+  // A doubt from here on, or a NaN: the value is too large, not finite or so near to a tie that it
+  // is made alone.
   static constexpr double kDoubtful = 0.5 - 1e-9;
 
   void MakeBlock(std::size_t begin);
@@ -77,3 +86,5 @@ class Fixed6Lines {
   std::array<char, kBlock * kTextSize> zeros_;
   char separator_;
 };
+
+}  // namespace dxf2d

@@ -10,15 +10,17 @@
 
 #include "platform/export.h"
 
-// Getting memory page by page takes longer than most of what is done with it: from this size on it
-// is asked for in huge pages, where the system has them.
+namespace dxf2d {
+
+// Faulting memory in page by page takes longer than most work on it. From this size on, huge pages
+// are requested, where the system has them.
 inline constexpr std::size_t kLargeBytes = std::size_t{4} << 20U;
-// What large memory is aligned to, and best a multiple of: the size of a huge page.
+// The size of a huge page: large memory is aligned to it and should be a multiple of it.
 inline constexpr std::size_t kHugePage = std::size_t{2} << 20U;
 
 // Asks for `memory`, `bytes` of it not yet touched, in huge pages, as far as it holds whole pages.
-// A system without them says no, and the memory serves as it is.
-KT_PLATFORM_API void AdviseHugePages(void* memory, std::size_t bytes) noexcept;
+// Where the system has none, the memory is left as it is.
+KT_PLATFORM_API void adviseHugePages(void* memory, std::size_t bytes) noexcept;
 
 // For containers that may grow large.
 template <class T>
@@ -40,7 +42,7 @@ struct LargeAllocator : std::allocator<T> {
       throw std::bad_alloc();
     }
     void* memory = ::operator new (count * sizeof(T), std::align_val_t{kHugePage});
-    AdviseHugePages(memory, count * sizeof(T));
+    adviseHugePages(memory, count * sizeof(T));
     return static_cast<T*>(memory);
   }
   void deallocate(T* memory, std::size_t count) {
@@ -54,16 +56,16 @@ struct LargeAllocator : std::allocator<T> {
   friend bool operator==(const LargeAllocator&, const LargeAllocator&) { return true; }
 };
 
-// Makes room for `count` elements in a list of the ordinary kind, as interfaces want it.
+// Reserves room for `count` elements in an ordinary vector, for interfaces that require one.
 template <class T>
-void ReserveLarge(std::vector<T>& list, std::size_t count) {
+void reserveLarge(std::vector<T>& list, std::size_t count) {
   if (count <= list.capacity()) {
     return;
   }
   std::vector<T> larger;
   larger.reserve(count);
   if (larger.capacity() >= kLargeBytes / sizeof(T)) {
-    AdviseHugePages(larger.data(), larger.capacity() * sizeof(T));
+    adviseHugePages(larger.data(), larger.capacity() * sizeof(T));
   }
   larger.insert(larger.end(), std::make_move_iterator(list.begin()),
                 std::make_move_iterator(list.end()));
@@ -72,9 +74,11 @@ void ReserveLarge(std::vector<T>& list, std::size_t count) {
 
 // push_back for a list that may grow large.
 template <class T>
-void AppendLarge(std::vector<T>& list, const T& element) {
+void appendLarge(std::vector<T>& list, const T& element) {
   if (list.size() == list.capacity()) {
-    ReserveLarge(list, list.size() * 2 + 1);
+    reserveLarge(list, list.size() * 2 + 1);
   }
   list.push_back(element);
 }
+
+}  // namespace dxf2d

@@ -10,7 +10,13 @@
 
 #include "platform/decimal_point.h"
 
+inline namespace kt_platform {
+
 namespace {
+
+using dxf2d::decimalPoint;
+using dxf2d::widenNumber;
+using dxf2d::writeDecimalPoint;
 
 __extension__ using Wide = unsigned __int128;
 
@@ -102,7 +108,8 @@ std::size_t adopt(std::string_view printed, char* text) {
 
 std::size_t adopt(std::string_view printed, char16_t* text) { return widenNumber(printed, text); }
 
-// Values beyond 63 bits of millionths and those that are not finite: rare, so the C library's word.
+// Values beyond 63 bits of millionths and those that are not finite: rare, so left to the C
+// library.
 template <typename Unit>
 std::size_t formatByLibrary(double value, Unit* text) {
   char printed[kFixed6Size + 1];
@@ -111,7 +118,7 @@ std::size_t formatByLibrary(double value, Unit* text) {
 }
 
 template <typename Unit>
-std::size_t formatFixed6(double value, Unit* text) {
+std::size_t format(double value, Unit* text) {
   const double magnitude = std::fabs(value);
   if (!(magnitude < kExactLimit)) {
     return formatByLibrary(value, text);
@@ -135,6 +142,8 @@ std::size_t formatFixed6(double value, Unit* text) {
 
 }  // namespace
 
-std::size_t FormatFixed6(double value, char16_t* text) { return formatFixed6(value, text); }
+std::size_t formatFixed6(double value, char16_t* text) { return format(value, text); }
 
-std::size_t FormatFixed6(double value, char* text) { return formatFixed6(value, text); }
+std::size_t formatFixed6(double value, char* text) { return format(value, text); }
+
+}  // namespace kt_platform

@@ -5,7 +5,9 @@
 
 #include "platform/export.h"
 
-// Room that FormatFixed6 needs for any double: sign, 309 digits, separator (up to 4 units), six
+inline namespace kt_platform {
+
+// Room that formatFixed6 needs for any double: sign, 309 digits, separator (up to 4 units), six
 // digits.
 inline constexpr std::size_t kFixed6Size = 328;
 
@@ -13,5 +15,7 @@ inline constexpr std::size_t kFixed6Size = 328;
 // returns the number of characters; no terminating null. Values that are not finite are "inf",
 // "nan" and the same with a "-". The decimal separator is that of the process's LC_NUMERIC locale
 // at the call.
-KT_PLATFORM_API std::size_t FormatFixed6(double value, char16_t* text);
-KT_PLATFORM_API std::size_t FormatFixed6(double value, char* text);
+KT_PLATFORM_API std::size_t formatFixed6(double value, char16_t* text);
+KT_PLATFORM_API std::size_t formatFixed6(double value, char* text);
+
+}  // namespace kt_platform

@@ -4,6 +4,8 @@
 #include <cwchar>
 #include <locale>
 
+inline namespace kt_platform {
+
 namespace {
 
 // The standard's conversion: no locale, and unlike iconv no files, which a process that has opened
@@ -15,7 +17,7 @@ constexpr char16_t kEscapeBase = 0xDC00;
 bool isEscape(char16_t unit) { return unit >= kEscapeBase + 0x80 && unit <= kEscapeBase + 0xFF; }
 
 // The first surrogate from `next` on that is encoded as if it were a character, which the
-// conversion lets pass and UTF-8 does not have; `end` when there is none.
+// conversion accepts and UTF-8 does not allow; `end` if there is none.
 const char8_t* findEncodedSurrogate(const char8_t* next, const char8_t* end) {
   return std::adjacent_find(
       next, end, [](char8_t first, char8_t second) { return first == 0xED && second >= 0xA0; });
@@ -23,7 +25,7 @@ const char8_t* findEncodedSurrogate(const char8_t* next, const char8_t* end) {
 
 }  // namespace
 
-std::u16string PathFromBytes(std::string_view bytes) {
+std::u16string pathFromBytes(std::string_view bytes) {
   const Utf utf;
   // Never more units than bytes.
   std::u16string wide(bytes.size(), u'\0');
@@ -46,7 +48,7 @@ std::u16string PathFromBytes(std::string_view bytes) {
   return wide;
 }
 
-std::string PathToBytes(std::u16string_view path) {
+std::string pathToBytes(std::u16string_view path) {
   const Utf utf;
   // At most three bytes come of a unit.
   std::u8string bytes(path.size() * 3, u8'\0');
@@ -63,3 +65,5 @@ std::string PathToBytes(std::u16string_view path) {
   }
   return {bytes.data(), written};
 }
+
+}  // namespace kt_platform

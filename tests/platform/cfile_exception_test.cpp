@@ -19,7 +19,7 @@ std::u16string message(const CFileException& exception) {
 
 }  // namespace
 
-TEST(CFileException, IsNoErrorUntilItIsFilled) {
+TEST(CFileException, HasNoErrorUntilItIsFilled) {
   const CFileException exception;
   EXPECT_EQ(exception.m_cause, CFileException::none);
   EXPECT_EQ(exception.m_lOsError, -1);
@@ -32,6 +32,12 @@ TEST(CFileException, SentenceNamesThePathAndTheReason) {
   const CFileException exception(CFileException::accessDenied, EACCES, u"/plans/a.dxf");
   EXPECT_EQ(message(exception),
             u"The file \"/plans/a.dxf\" could not be used because access to it was denied.");
+}
+
+TEST(CFileException, SentenceGivesAReasonOfItsOwn) {
+  CFileException exception(CFileException::badPath, -1, u"a.dxf");
+  exception.m_strReason = u" could not be opened on a Sunday.";
+  EXPECT_EQ(message(exception), u"The file \"a.dxf\" could not be opened on a Sunday.");
 }
 
 TEST(CFileException, SentenceDoesWithoutAPath) {

@@ -31,7 +31,7 @@ class CFileTest : public testing::Test {
   ~CFileTest() override { fs::remove_all(folder_); }
 
   std::u16string Name(const std::string& name) const {
-    return PathFromBytes((folder_ / name).string());
+    return pathFromBytes((folder_ / name).string());
   }
   std::string Content(const std::string& name) const {
     std::ifstream in(folder_ / name, std::ios::binary);
@@ -78,7 +78,7 @@ TEST_F(CFileTest, BytesArriveAsGiven) {
   EXPECT_EQ(Content("a"), bytes);
 }
 
-TEST_F(CFileTest, BytesDoNotDependOnTheCuts) {
+TEST_F(CFileTest, BytesDoNotDependOnTheSizesOfWrites) {
   std::mt19937 random(1);
   std::string expected;
   CFile file;
@@ -183,7 +183,7 @@ TEST_F(CFileTest, MissingFileIsNotFound) {
   EXPECT_EQ(causeOfOpen(Name("a"), CFile::modeWrite), CFileException::fileNotFound);
 }
 
-TEST_F(CFileTest, FolderIsNoFile) {
+TEST_F(CFileTest, DirectoryIsRefused) {
   EXPECT_EQ(causeOfOpen(Name("")), CFileException::accessDenied);
   EXPECT_EQ(causeOfOpen(Name(""), CFile::modeRead), CFileException::accessDenied);
 }
@@ -195,6 +195,21 @@ TEST_F(CFileTest, FileOnTheWayIsABadPath) {
 
 TEST_F(CFileTest, TooLongANameIsABadPath) {
   EXPECT_EQ(causeOfOpen(Name(std::string(5000, 'a'))), CFileException::badPath);
+}
+
+TEST_F(CFileTest, PathWithAZeroCharacterIsRefusedAndNotCut) {
+  const std::u16string cut = Name("a");
+  const CString path(cut + std::u16string(u"\0b", 2));
+  CFile file;
+  CFileException exception;
+  EXPECT_FALSE(file.Open(path, CFile::modeCreate | CFile::modeWrite, &exception));
+  EXPECT_EQ(exception.m_cause, CFileException::badPath);
+  EXPECT_TRUE(
+      std::string(exception.what())
+          .ends_with("a\uFFFDb\" could not be opened because its name has a zero character."))
+      << exception.what();
+  EXPECT_FALSE(file.Open(path, CFile::modeCreate | CFile::modeWrite));
+  EXPECT_FALSE(std::filesystem::exists(pathToBytes(cut)));
 }
 
 TEST_F(CFileTest, EmptyOrNoPathIsABadPath) {
@@ -240,7 +255,7 @@ TEST_F(CFileTest, DescriptorIsNotInherited) {
   EXPECT_NE(fcntl(next, F_GETFD) & FD_CLOEXEC, 0);
 }
 
-TEST_F(CFileTest, BytesMadeInPlaceStandAmongThoseWritten) {
+TEST_F(CFileTest, BytesMadeInPlaceFollowThoseWritten) {
   std::string expected;
   CFile file;
   ASSERT_TRUE(file.Open(Name("f").c_str(), kCreate));
@@ -353,7 +368,7 @@ TEST_F(CFileTest, LimitOnFileSizesIsAnErrorAndWhatFittedIsThere) {
   EXPECT_EQ(Content("a"), "0123ab");
 }
 
-TEST_F(CFileTest, ClosedPipeIsAnErrorAndNoSignal) {
+TEST_F(CFileTest, ClosedPipeIsAnErrorWithoutASignal) {
   const std::string pipe = (folder_ / "pipe").string();
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   const int reader = ::open(pipe.c_str(), O_RDONLY | O_NONBLOCK);

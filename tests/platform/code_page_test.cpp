@@ -43,7 +43,7 @@ TEST(ThreadCodePage, BelongsToItsThread) {
   EXPECT_EQ(GetThreadCodePage(), 1252U);
 }
 
-TEST(ThreadCodePage, TakesTheAnsiPagesAndNoOther) {
+TEST(ThreadCodePage, AcceptsTheAnsiPagesOnly) {
   std::thread([] {
     for (const unsigned page : kPages) {
       EXPECT_TRUE(SetThreadCodePage(page));
@@ -194,7 +194,7 @@ TEST(WideCharToMultiByte, LongTextsAreWhole) {
   EXPECT_EQ(encode(kUtf8, wide).size(), 120000U);
 }
 
-TEST(WideCharToMultiByte, PairsAreWholeWhereverTheyStand) {
+TEST(WideCharToMultiByte, PairsAreWholeAtAnyPosition) {
   for (std::size_t before = 0; before < 300; ++before) {
     const std::u16string wide = std::u16string(before, u'ä') + u"😀" + std::u16string(before, u'ä');
     const std::string umlauts(before, '\xE4');

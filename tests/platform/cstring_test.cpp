@@ -77,7 +77,7 @@ TEST(CStringFormat, FlagsWidthAndPrecisionAreThoseOfPrintf) {
             u"[   1|1   |1.50|1.500000]");
 }
 
-TEST(CStringFormat, NotFiniteRealsAreWords) {
+TEST(CStringFormat, NonFiniteRealsAreWords) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   EXPECT_EQ(format(u"%f %F %5f", -kInfinity, kInfinity, kInfinity), u"-inf INF   inf");
 }

@@ -15,6 +15,8 @@
 
 namespace {
 
+using dxf2d::Fixed6Lines;
+
 std::string madeTogether(const std::vector<double>& values) {
   Fixed6Lines lines;
   std::string text;
@@ -36,7 +38,7 @@ std::string madeOneByOne(const std::vector<double>& values) {
   std::string text;
   for (const double value : values) {
     char real[kFixed6Size];
-    text.append(real, FormatFixed6(value, real));
+    text.append(real, formatFixed6(value, real));
     text += '\n';
   }
   return text;
@@ -46,7 +48,7 @@ void expectSame(const std::vector<double>& values) {
   ASSERT_EQ(madeTogether(values), madeOneByOne(values));
 }
 
-// Each value with both signs, and its neighbours.
+// Each value with both signs, and its neighbors.
 std::vector<double> around(const std::vector<double>& values) {
   std::vector<double> all;
   for (const double value : values) {
@@ -129,7 +131,7 @@ TEST(Fixed6Lines, EqualsFormatFixed6OnValuesThatAreNotFinite) {
   expectSame({kInfinity, -kInfinity, std::copysign(nan, 1.0), std::copysign(nan, -1.0), 1.0});
 }
 
-TEST(Fixed6Lines, EqualsFormatFixed6OnExactTiesAndTheirNeighbours) {
+TEST(Fixed6Lines, EqualsFormatFixed6OnExactTiesAndTheirNeighbors) {
   std::mt19937_64 random(1);
   // An odd multiple of 2^-7 ends in a 5 at the seventh digit.
   expectSame(around(manyOf(
@@ -183,3 +185,13 @@ TEST(Fixed6Lines, SeparatorOfSeveralBytesIsNotAscii) {
   }
   EXPECT_FALSE(Fixed6Lines().IsAscii());
 }
+
+#ifndef NDEBUG
+TEST(Fixed6LinesDeathTest, AssertsThatPositionsAreBelowItsRoom) {
+  Fixed6Lines lines;
+  char line[Fixed6Lines::kLineSize];
+  EXPECT_DEATH(lines.Value(Fixed6Lines::kMost) = 1.0, "kMost");
+  EXPECT_DEATH(lines.Write(Fixed6Lines::kMost, line), "kMost");
+  EXPECT_DEATH(lines.Make(Fixed6Lines::kMost + 1), "kMost");
+}
+#endif

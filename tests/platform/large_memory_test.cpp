@@ -10,6 +10,12 @@
 
 namespace {
 
+using dxf2d::adviseHugePages;
+using dxf2d::appendLarge;
+using dxf2d::kLargeBytes;
+using dxf2d::LargeAllocator;
+using dxf2d::reserveLarge;
+
 using Numbers = std::vector<std::uint32_t, LargeAllocator<std::uint32_t>>;
 
 TEST(LargeAllocator, ContainersGrowFromSmallToLargeWithTheirContent) {
@@ -34,7 +40,7 @@ TEST(ReserveLarge, KeepsWhatTheListHolds) {
   std::iota(numbers.begin(), numbers.end(), 0);
   const std::vector<int> before = numbers;
   constexpr std::size_t kRoom = 2 * kLargeBytes / sizeof(int);
-  ReserveLarge(numbers, kRoom);
+  reserveLarge(numbers, kRoom);
   EXPECT_EQ(numbers, before);
   EXPECT_GE(numbers.capacity(), kRoom);
 }
@@ -42,15 +48,15 @@ TEST(ReserveLarge, KeepsWhatTheListHolds) {
 TEST(ReserveLarge, LeavesAListThatHasTheRoomWhereItIs) {
   std::vector<int> numbers(1000);
   const int* const place = numbers.data();
-  ReserveLarge(numbers, 1000);
-  ReserveLarge(numbers, 1);
+  reserveLarge(numbers, 1000);
+  reserveLarge(numbers, 1);
   EXPECT_EQ(numbers.data(), place);
 }
 
-TEST(AdviseHugePages, TakesMemoryThatIsNoWholePage) {
+TEST(AdviseHugePages, AcceptsMemoryThatIsNotAWholePage) {
   std::vector<char> bytes(100);
-  AdviseHugePages(bytes.data() + 1, 98);
-  AdviseHugePages(bytes.data(), 0);
+  adviseHugePages(bytes.data() + 1, 98);
+  adviseHugePages(bytes.data(), 0);
   EXPECT_EQ(bytes, std::vector<char>(100));
 }
 

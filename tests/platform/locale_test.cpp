@@ -19,7 +19,7 @@ TEST(Wsetlocale, UnknownLocaleIsNullAndChangesNothing) {
 
 TEST(Wsetlocale, UnknownCategoryIsNull) { EXPECT_EQ(_wsetlocale(12345, nullptr), nullptr); }
 
-TEST(Wsetlocale, SavedNameBringsTheLocaleBack) {
+TEST(Wsetlocale, SavedNameRestoresTheLocale) {
   const NumericLocale locale(kCommaLocales);
   if (!locale.Found()) {
     GTEST_SKIP() << "Neither de_DE.UTF-8 nor fr_FR.UTF-8 is installed.";
@@ -34,7 +34,7 @@ TEST(Wsetlocale, SavedNameBringsTheLocaleBack) {
   EXPECT_EQ(text, CString(u"0,500000"));
 }
 
-TEST(Wsetlocale, LongNameOfAMixedLocaleBringsItBack) {
+TEST(Wsetlocale, LongNameOfAMixedLocaleRestoresIt) {
   const std::string before = std::setlocale(LC_ALL, nullptr);
   if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) {
     GTEST_SKIP() << "de_DE.UTF-8 is not installed.";

@@ -16,12 +16,12 @@ namespace {
 
 std::string fixed6(double value) {
   char text[kFixed6Size];
-  return {text, FormatFixed6(value, text)};
+  return {text, formatFixed6(value, text)};
 }
 
 std::u16string wideFixed6(double value) {
   char16_t text[kFixed6Size];
-  return {text, FormatFixed6(value, text)};
+  return {text, formatFixed6(value, text)};
 }
 
 std::string printed(double value) {
@@ -40,7 +40,7 @@ void expectAsPrintf(double value) {
   }
 }
 
-// A value and its two neighbours, where rounding turns over when the value is a tie.
+// A value and its two neighbors, where rounding turns over when the value is a tie.
 void expectAroundAsPrintf(double value) {
   expectAsPrintf(value);
   expectAsPrintf(std::nextafter(value, 0.0));
@@ -71,7 +71,7 @@ TEST(FormatFixed6, ExactTiesGoToTheEvenDigit) {
   EXPECT_EQ(fixed6(4096 + 1.0 / 128), "4096.007812");
 }
 
-TEST(FormatFixed6, NotFiniteValuesAreThePrintfWords) {
+TEST(FormatFixed6, NonFiniteValuesAreThePrintfWords) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
   EXPECT_EQ(fixed6(kInfinity), "inf");
@@ -106,7 +106,7 @@ TEST(FormatFixed6, EqualsPrintfWhereTheExactRangeEnds) {
   }
 }
 
-TEST(FormatFixed6, EqualsPrintfOnExactTiesAndTheirNeighbours) {
+TEST(FormatFixed6, EqualsPrintfOnExactTiesAndTheirNeighbors) {
   std::mt19937_64 random(2);
   for (int i = 0; i < 20000; ++i) {
     // An odd multiple of 2^-7 ends in a 5 at the seventh digit.

@@ -24,28 +24,28 @@ TEST(PathText, Utf8IsText) {
   const std::string bytes =
       "/a/S\xC3\xBC"
       "d \xE2\x82\xAC \xF0\x9F\x98\x80";
-  EXPECT_EQ(PathFromBytes(bytes), u"/a/Süd € 😀");
-  EXPECT_EQ(PathToBytes(u"/a/Süd € 😀"), bytes);
+  EXPECT_EQ(pathFromBytes(bytes), u"/a/Süd € 😀");
+  EXPECT_EQ(pathToBytes(u"/a/Süd € 😀"), bytes);
 }
 
 TEST(PathText, EmptyIsEmpty) {
-  EXPECT_EQ(PathFromBytes(""), u"");
-  EXPECT_EQ(PathToBytes(u""), "");
+  EXPECT_EQ(pathFromBytes(""), u"");
+  EXPECT_EQ(pathToBytes(u""), "");
 }
 
 TEST(PathText, ByteOrderMarkIsKept) {
-  EXPECT_EQ(PathFromBytes("\xEF\xBB\xBF"
+  EXPECT_EQ(pathFromBytes("\xEF\xBB\xBF"
                           "a"),
             u"\uFEFFa");
-  EXPECT_EQ(PathToBytes(u"\uFEFFa"),
+  EXPECT_EQ(pathToBytes(u"\uFEFFa"),
             "\xEF\xBB\xBF"
             "a");
 }
 
 TEST(PathText, NullsAreKept) {
   const std::string bytes("a\0b", 3);
-  EXPECT_EQ(PathToBytes(PathFromBytes(bytes)), bytes);
-  EXPECT_EQ(PathFromBytes(bytes).size(), 3U);
+  EXPECT_EQ(pathToBytes(pathFromBytes(bytes)), bytes);
+  EXPECT_EQ(pathFromBytes(bytes).size(), 3U);
 }
 
 TEST(PathText, BytesThatAreNotUtf8AreEscapedOneByOne) {
@@ -53,21 +53,21 @@ TEST(PathText, BytesThatAreNotUtf8AreEscapedOneByOne) {
        {"\xFF", "\x80", "\xC3", "\xE2\x82", "\xF0\x9F\x98", "\xC0\x80", "\xC1\xBF", "\xE0\x80\x80",
         "\xF0\x80\x80\x80", "\xED\xA0\x80", "\xED\xBF\xBF", "\xED\xB2\x80", "\xF4\x90\x80\x80",
         "\xF8\x88\x80\x80\x80", "\xFC\x84\x80\x80\x80\x80", "\xFE\xFE"}) {
-    EXPECT_EQ(PathFromBytes(bytes), escaped(bytes));
+    EXPECT_EQ(pathFromBytes(bytes), escaped(bytes));
     std::u16string among = u"a";
     among += escaped(bytes);
     among += u"b";
-    EXPECT_EQ(PathFromBytes(std::string("a") + bytes + "b"), among);
-    EXPECT_EQ(PathToBytes(escaped(bytes)), bytes);
+    EXPECT_EQ(pathFromBytes(std::string("a") + bytes + "b"), among);
+    EXPECT_EQ(pathToBytes(escaped(bytes)), bytes);
   }
 }
 
 TEST(PathText, ValidTextAfterABrokenSequenceIsText) {
-  EXPECT_EQ(PathFromBytes("\xE2\x82\xC3\xBC"), escaped("\xE2\x82") + u"ü");
-  EXPECT_EQ(PathFromBytes("\xF0\x9F\xE2\x82\xAC"), escaped("\xF0\x9F") + u"€");
+  EXPECT_EQ(pathFromBytes("\xE2\x82\xC3\xBC"), escaped("\xE2\x82") + u"ü");
+  EXPECT_EQ(pathFromBytes("\xF0\x9F\xE2\x82\xAC"), escaped("\xF0\x9F") + u"€");
 }
 
-TEST(PathText, EveryNameSurvivesTheWayThereAndBack) {
+TEST(PathText, EveryNameSurvivesARoundTrip) {
   std::mt19937 random(1);
   const std::string_view pieces[] = {"a",        "\xC3\xBC", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
                                      "\xED\xA0", "\xED\xB2", "\x80",         "\xF4\x90"};
@@ -78,24 +78,24 @@ TEST(PathText, EveryNameSurvivesTheWayThereAndBack) {
       bytes += anyByte ? std::string(1, static_cast<char>(random()))
                        : std::string(pieces[random() % std::size(pieces)]);
     }
-    EXPECT_EQ(PathToBytes(PathFromBytes(bytes)), bytes);
+    EXPECT_EQ(pathToBytes(pathFromBytes(bytes)), bytes);
   }
 }
 
-TEST(PathText, LoneSurrogateThatIsNoByteBecomesAQuestionMark) {
-  EXPECT_EQ(PathToBytes(std::u16string{u'a', 0xD83D, u'b', 0xDC7F, 0xDD00, 0xD83D}), "a?b???");
+TEST(PathText, LoneSurrogateOutsideTheByteRangeBecomesAQuestionMark) {
+  EXPECT_EQ(pathToBytes(std::u16string{u'a', 0xD83D, u'b', 0xDC7F, 0xDD00, 0xD83D}), "a?b???");
 }
 
 TEST(PathText, EscapedByteAfterAPairStaysApart) {
   const std::string bytes = "\xF0\x9F\x98\x80\x80";
-  EXPECT_EQ(PathFromBytes(bytes).size(), 3U);
-  EXPECT_EQ(PathToBytes(PathFromBytes(bytes)), bytes);
+  EXPECT_EQ(pathFromBytes(bytes).size(), 3U);
+  EXPECT_EQ(pathToBytes(pathFromBytes(bytes)), bytes);
 }
 
 TEST(PathText, NeedsNoFreeDescriptor) {
   NEEDS_DESCRIPTOR_LIMITS();
   const NoMoreDescriptors none;
-  EXPECT_EQ(PathToBytes(PathFromBytes("S\xC3\xBC"
+  EXPECT_EQ(pathToBytes(pathFromBytes("S\xC3\xBC"
                                       "d\xFF")),
             "S\xC3\xBC"
             "d\xFF");
