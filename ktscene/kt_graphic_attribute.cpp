@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "ktscene/kt_scene.h"
-
 namespace {
 
 bool readName(const std::u16string& source, std::u16string& name) {
@@ -32,8 +30,12 @@ KtGraphicItem* KtGraphicAttribute::GetGraphicItem(const double* /*matrix*/, bool
   return node_->hasGraphicItem ? node_ : nullptr;
 }
 
-bool KtGraphicAttribute::GetColorOrMaterial(double* colour, KtMaterial*& material) const {
-  if (node_->color && colour != nullptr) std::ranges::copy(*node_->color, colour);
-  if (node_->material) material = node_->material.get();
+bool KtGraphicAttribute::GetColorOrMaterial(double* color, KtMaterial*& material) const {
+  if (node_->color && color != nullptr) {
+    std::ranges::copy(*node_->color, color);
+  }
+  if (node_->material) {
+    material = node_->material.get();
+  }
   return node_->color.has_value() || node_->material != nullptr;
 }

@@ -10,8 +10,7 @@ namespace {
 
 bool isControl(char16_t c) { return c <= 0x1F || (c >= 0x7F && c <= 0x9F); }
 
-// Reads a label from left to right. Each operation answers false when what stands there does not
-// fit.
+// Reads a label from left to right. Each operation returns false when the text there does not fit.
 class LabelReader {
  public:
   explicit LabelReader(std::u16string_view text) : rest_(text) { SkipSpaces(); }
@@ -20,12 +19,14 @@ class LabelReader {
 
   bool ReadNumber(double& value) {
     constexpr double kLargest = 1e15;
-    return TakeAsciiWord() && parseReal(ascii_, value) && std::abs(value) <= kLargest;
+    return TakeAsciiWord() && dxf2d::parseReal(ascii_, value) && std::abs(value) <= kLargest;
   }
 
   bool ReadAlign(unsigned short& align) {
     const std::u16string_view word = TakeWord();
-    if (word.size() != 1) return false;
+    if (word.size() != 1) {
+      return false;
+    }
     align = word.front();
     return true;
   }
@@ -38,19 +39,27 @@ class LabelReader {
 
   bool ReadFlags(unsigned int& flags) {
     constexpr std::size_t kMostDigits = 10;
-    if (!TakeAsciiWord() || ascii_.empty() || ascii_.size() > kMostDigits) return false;
+    if (!TakeAsciiWord() || ascii_.empty() || ascii_.size() > kMostDigits) {
+      return false;
+    }
     const char* end = ascii_.data() + ascii_.size();
     const auto [read, error] = std::from_chars(ascii_.data(), end, flags);
     return error == std::errc() && read == end;
   }
 
   bool ReadLine(std::u16string& line) {
-    if (!rest_.starts_with(u'"')) return false;
+    if (!rest_.starts_with(u'"')) {
+      return false;
+    }
     for (std::size_t i = 1; i < rest_.size(); ++i) {
-      if (rest_[i] == u'"') return EndLine(i + 1);
+      if (rest_[i] == u'"') {
+        return EndLine(i + 1);
+      }
       if (rest_[i] == u'\\') {
         ++i;
-        if (i == rest_.size() || (rest_[i] != u'"' && rest_[i] != u'\\')) return false;
+        if (i == rest_.size() || (rest_[i] != u'"' && rest_[i] != u'\\')) {
+          return false;
+        }
       }
       line += rest_[i];
     }
@@ -62,7 +71,9 @@ class LabelReader {
 
   bool EndLine(std::size_t size) {
     rest_.remove_prefix(size);
-    if (!rest_.empty() && rest_.front() != u' ') return false;
+    if (!rest_.empty() && rest_.front() != u' ') {
+      return false;
+    }
     SkipSpaces();
     return true;
   }
@@ -76,7 +87,9 @@ class LabelReader {
 
   bool TakeAsciiWord() {
     const std::u16string_view word = TakeWord();
-    if (std::ranges::any_of(word, [](char16_t c) { return c > 0x7F; })) return false;
+    if (std::ranges::any_of(word, [](char16_t c) { return c > 0x7F; })) {
+      return false;
+    }
     ascii_.resize(word.size());
     std::ranges::transform(word, ascii_.begin(), [](char16_t c) { return static_cast<char>(c); });
     return true;
@@ -96,16 +109,26 @@ bool KtV::ParseLabelString(const std::u16string& text, double& width, double& he
   std::ranges::replace_if(plain, isControl, u' ');
   LabelReader reader(plain);
   for (double* number : {&width, &height, &depth, &x, &y, &z, &angle}) {
-    if (!reader.ReadNumber(*number)) return false;
+    if (!reader.ReadNumber(*number)) {
+      return false;
+    }
   }
-  if (!reader.ReadAlign(align) || !reader.ReadFrame(frame)) return false;
+  if (!reader.ReadAlign(align) || !reader.ReadFrame(frame)) {
+    return false;
+  }
   for (double* number : {&red, &green, &blue}) {
-    if (!reader.ReadNumber(*number)) return false;
+    if (!reader.ReadNumber(*number)) {
+      return false;
+    }
   }
-  if (!reader.ReadFlags(flags)) return false;
+  if (!reader.ReadFlags(flags)) {
+    return false;
+  }
   lines.clear();
   while (!reader.AtEnd()) {
-    if (!reader.ReadLine(lines.emplace_back())) return false;
+    if (!reader.ReadLine(lines.emplace_back())) {
+      return false;
+    }
   }
   return true;
 }

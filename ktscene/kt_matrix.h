@@ -2,6 +2,9 @@
 #pragma once
 
 #include <algorithm>
+#include <bit>
+#include <cassert>
+#include <cstdint>
 
 #include "ktscene/export.h"
 
@@ -15,15 +18,31 @@ class KT_SCENE_API KtMatrix {
   // The identity.
   KtMatrix() { Identity(); }
 
-  // `data` points to 16 doubles.
-  void Init(const double* data) { std::copy_n(data, 16, m_); }
+  // Sets all elements from `data`, 16 doubles, not null.
+  void Init(const double* data) {
+    assert(data != nullptr);
+    std::copy_n(data, 16, m_);
+  }
+  // Makes this the identity.
   void Identity() {
     std::fill_n(m_, 16, 0.0);
     m_[0] = m_[5] = m_[10] = m_[15] = 1.0;
   }
-  void GetData(double* data) const { std::copy_n(m_, 16, data); }
+  // Returns whether this is the identity bit for bit. An element of -0 does not count as 0: what it
+  // adds to a product can change the sign of a zero there.
+  bool IsIdentity() const {
+    return std::equal(m_, m_ + 16, KtMatrix().m_, [](double a, double b) {
+      return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+    });
+  }
+  // Writes all elements to `data`, room for 16 doubles, not null.
+  void GetData(double* data) const {
+    assert(data != nullptr);
+    std::copy_n(m_, 16, data);
+  }
+  // The 16 elements; valid as long as the matrix.
   const double* Data() const { return m_; }
-  // Sets elements 12 to 14.
+  // Sets the translation, elements 12 to 14.
   void SetTranslation(double x, double y, double z) {
     m_[12] = x;
     m_[13] = y;
@@ -47,7 +66,7 @@ class KT_SCENE_API KtMatrix {
   // applied before this matrix. An axis without a finite length above 0 changes nothing.
   void Rotate(double axisX, double axisY, double axisZ, double angle);
 
-  // The rotation part is read from the rows X, Y, Z, each divided by its length; Z is turned round
+  // The rotation part is read from the rows X, Y, Z, each divided by its length; Z is negated
   // when the rows are left-handed, so that a mirrored matrix shows as a tilt. A row whose length is
   // 0 or not finite: no rotation, and every output below is 0. The pointers must not be null.
 

@@ -4,11 +4,14 @@
 #include "ktscene/export.h"
 #include "ktscene/kt_matrix.h"
 
+// A point or a direction: three doubles, x, y and z, in drawing units. Plain data; the origin by
+// default. Compile users of this header with -ffp-contract=off, as those of KtMatrix.
 class KtPoint3 {
  public:
   KtPoint3() = default;
   KtPoint3(double x, double y, double z) : x_(x), y_(y), z_(z) {}
 
+  // Sets all three coordinates.
   void Set(double x, double y, double z) {
     x_ = x;
     y_ = y;
@@ -16,6 +19,7 @@ class KtPoint3 {
   }
   // Sets the third coordinate alone.
   void Set2(double z) { z_ = z; }
+  // The coordinates x, y and z.
   double Get0() const { return x_; }
   double Get1() const { return y_; }
   double Get2() const { return z_; }
@@ -36,6 +40,12 @@ class KtPoint3 {
   // Exact; -0 equals 0.
   friend bool operator==(const KtPoint3& a, const KtPoint3& b) {
     return a.x_ == b.x_ && a.y_ == b.y_ && a.z_ == b.z_;
+  }
+
+  // Returns whether all three coordinates are finite.
+  friend bool isFinite(const KtPoint3& point) {
+    // One comparison for three: a product with 0 is 0 for a finite factor and NaN for any other.
+    return (point.x_ * 0.0 + point.y_ * 0.0) + point.z_ * 0.0 == 0.0;
   }
 
  private:

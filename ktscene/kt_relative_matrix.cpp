@@ -13,7 +13,9 @@ std::optional<KtMatrix> inverse(const KtMatrix& matrix) {
       m[6] * m[8] - m[4] * m[10], m[0] * m[10] - m[2] * m[8], m[2] * m[4] - m[0] * m[6],
       m[4] * m[9] - m[5] * m[8],  m[1] * m[8] - m[0] * m[9],  m[0] * m[5] - m[1] * m[4]};
   const double determinant = (m[0] * numerators[0] + m[1] * numerators[3]) + m[2] * numerators[6];
-  if (determinant == 0.0 || !std::isfinite(determinant)) return std::nullopt;
+  if (determinant == 0.0 || !std::isfinite(determinant)) {
+    return std::nullopt;
+  }
 
   double i[9];
   std::transform(numerators, numerators + 9, i, [=](double n) { return n / determinant; });

@@ -9,7 +9,9 @@ using NodeList = std::vector<KtSceneNode>;
 
 // A list of nodes that `node` still owns; null when there is none.
 NodeList* ownedNodes(KtSceneNode& node) {
-  if (node.lod && !node.lod->levels.empty()) return &node.lod->levels;
+  if (node.lod && !node.lod->levels.empty()) {
+    return &node.lod->levels;
+  }
   return node.children.empty() ? nullptr : &node.children;
 }
 
@@ -24,7 +26,9 @@ void dismantle(NodeList list) {
     while (NodeList* owned = ownedNodes(node)) {
       NodeList rest = std::exchange(list, std::move(*owned));
       owned->clear();
-      if (rest.empty()) continue;
+      if (rest.empty()) {
+        continue;
+      }
       *owned = std::move(rest);
       std::swap(node, list.front());
     }
@@ -47,6 +51,8 @@ KtSceneNode& KtSceneNode::operator=(KtSceneNode&& other) noexcept {
 }
 
 KtSceneNode::~KtSceneNode() {
-  if (lod) dismantle(std::move(lod->levels));
+  if (lod) {
+    dismantle(std::move(lod->levels));
+  }
   dismantle(std::move(children));
 }

@@ -1,4 +1,16 @@
-// The scene graph.
+// The scene graph: plain data that a host builds, or reads from a scene file, and has walked.
+//
+// Example, a scene of one box that a drawing places:
+//
+//   KtSceneNode node;
+//   node.graphicName = u"crate";
+//   node.objectId = node.realObjectId = u"crate-1";
+//   node.geometry.emplace_back(KtBox{2.0, 1.0, 0.5});
+//   KtScene scene;
+//   scene.nodes.push_back(std::move(node));
+//
+// Lengths are in drawing units, color components from 0 to 1. Values may be built on any thread; a
+// scene must not change while it is walked.
 #pragma once
 
 #include <array>
@@ -9,17 +21,30 @@
 #include <vector>
 
 #include "ktscene/export.h"
-#include "ktscene/kt_graphic_attribute.h"
 #include "ktscene/kt_matrix.h"
 
-// Tessellated surface. `coords` are x, y, z triples (a remainder is ignored); `indices` are runs of
-// point numbers, each closed by a code: -7 polygon, -6 line strip, -5 triangles, -4 fan, -3 strip,
-// -2 nothing, -1 one segment.
+// The drawable of a node. Its address is its identity; it lives as long as its scene.
+class KtGraphicItem {};
+
+// A surface's colors, each red, green, blue from 0 to 1.
+struct KtMaterial {
+  double ambient[3] = {0.0, 0.0, 0.0};
+  double diffuse[3] = {1.0, 1.0, 1.0};
+  double specular[3] = {0.0, 0.0, 0.0};
+  double emission[3] = {0.0, 0.0, 0.0};
+  double shininess = 0.0;     // 0 (dull) to 1
+  double transparency = 0.0;  // 0 (opaque) to 1
+};
+
+// A tessellated surface.
 struct KtFaceSet {
+  // x, y, z triples in the node's coordinates; a remainder of one or two is ignored.
   std::vector<double> coords;
+  // Runs of point numbers, counted from 0, each ended by a code (ktscene/kt_run_code.h).
   std::vector<int> indices;
   // False: counter-clockwise is the front.
   bool reverseOrientation = false;
+  // True: the set bounds a solid, so that the back of a face is never visible.
   bool closedSurface = true;
 };
 
@@ -29,34 +54,45 @@ struct KtLineSet {
   std::vector<int> indices;
 };
 
-// A box of extents a, b, c centred on the origin in x and y, from z = 0 to c.
+// A box of extents a, b, c, each above 0, centered on the origin in x and y, from z = 0 to c.
 struct KtBox {
   double a = 1.0;
   double b = 1.0;
   double c = 1.0;
 };
 
-// A cylinder about the z axis, from z = 0 to `height`.
+// A cylinder about the z axis, from z = 0 to `height`; both sizes are above 0.
 struct KtCylinder {
   double radius = 1.0;
   double height = 1.0;
 };
 
-// Sets are shared, so that many nodes can show one mesh; never null.
+// The face sets that stand in for shapes which a plug-in declines: closed, counter-clockwise from
+// outside. A box has 8 points and 6 quadrilaterals.
+KT_SCENE_API KtFaceSet MakeBoxMesh(const KtBox& box);
+// A cylinder has 64 points, 32 quadrilaterals about the axis and two 32-gons.
+KT_SCENE_API KtFaceSet MakeCylinderMesh(const KtCylinder& cylinder);
+
+// One item of a node's geometry. Sets are shared, so that many nodes can show one mesh; never null.
 using KtSceneGeometry = std::variant<std::shared_ptr<const KtFaceSet>,
                                      std::shared_ptr<const KtLineSet>, KtBox, KtCylinder>;
 
 struct KtLabel {
-  std::u16string text;  // tag and label string, see KtV::ParseLabelString
-  int colorIndex = 0;   // 1 to 255; any other: the colour in the text
+  // A tag of two characters and a label string, see KtV::ParseLabelString.
+  std::u16string text;
+  // 1 to 255 in the drawing's palette; any other value: the color in the text.
+  int colorIndex = 0;
 };
 
+// A box that holds a node's content, by its lower and upper corner in the node's coordinates.
+// Passed to plug-ins unchanged; nothing compares it with the content.
 struct KtBounds {
   std::array<double, 3> min{};
   std::array<double, 3> max{};
 };
 
-// One node. Plain data; owns its children. Moving and destroying a node is safe at any depth.
+// One node. Owns its children; their order is that of the walk. Moving and destroying a node is
+// safe at any depth and takes no memory; it cannot be copied.
 struct KT_SCENE_API KtSceneNode : KtGraphicItem {
   KtSceneNode();
   KtSceneNode(KtSceneNode&&) noexcept;
@@ -65,27 +101,43 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
   KtSceneNode& operator=(const KtSceneNode&) = delete;
   ~KtSceneNode();
 
-  std::u16string graphicName;  // names what is drawn: nodes that share it may be drawn as instances
-  std::u16string objectId;     // names the object that a drawing places
-  std::u16string realObjectId;  // names the object whose frame holds the geometry
+  // Names what is drawn: nodes that share it must look the same, and may be drawn as instances.
+  std::u16string graphicName;
+  // Names the object that a drawing places.
+  std::u16string objectId;
+  // Names the object in whose frame the geometry is drawn.
+  std::u16string realObjectId;
+  // False: plug-ins are told that the node has no drawable, so that no later node reuses its
+  // drawing.
   bool hasGraphicItem = true;
-  KtMatrix matrix;                             // local transform
-  std::optional<std::array<double, 3>> color;  // own colour, red, green, blue from 0 to 1
-  std::unique_ptr<KtMaterial> material;        // own material
+  // From the node's coordinates to its parent's.
+  KtMatrix matrix;
+  // The node's own color, red, green, blue from 0 to 1; children without one inherit it.
+  std::optional<std::array<double, 3>> color;
+  // The node's own material, null for none; of a node with both, `color` takes the place of the
+  // material's diffuse color.
+  std::unique_ptr<KtMaterial> material;
+  // In the order of the walk.
   std::vector<KtSceneGeometry> geometry;
+  // Null for none.
   std::unique_ptr<KtLabel> label;
+  // Null for none.
   std::unique_ptr<KtBounds> bounds;
 
-  // A level-of-detail group holds levels and nothing else; only the first level is walked.
+  // A level-of-detail group.
   struct Lod {
+    // The distances at which the levels change; shown to plug-ins as they are.
     std::vector<double> ranges;
+    // From fine to coarse. Only the first is walked.
     std::vector<KtSceneNode> levels;
   };
+  // Null for an ordinary node. The walk looks at nothing else of a node that has it.
   std::unique_ptr<Lod> lod;
 
   std::vector<KtSceneNode> children;
 };
 
+// The nodes at the top, in the order of the walk.
 struct KtScene {
   std::vector<KtSceneNode> nodes;
 };

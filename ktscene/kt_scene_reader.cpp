@@ -8,8 +8,8 @@
 #include <optional>
 #include <system_error>
 
-// The text of a number is read anew here; what the library makes of it depends on the locale, up to
-// a failing assertion where the decimal separator has several bytes.
+// The text of a number is parsed again here: the library's result depends on the locale, up to a
+// failed assertion where the decimal separator has several bytes.
 #define JSON_ASSERT(condition) static_cast<void>(0)
 #include <nlohmann/json.hpp>
 
@@ -20,6 +20,7 @@
 
 namespace {
 
+using dxf2d::SceneBuilder;
 using nlohmann::json;
 
 std::string atByte(std::size_t offset) { return " at byte " + std::to_string(offset); }
@@ -34,11 +35,13 @@ bool endsInSurrogateBytes(std::string_view token) {
          static_cast<unsigned char>(token.back()) >= 0xA0;
 }
 
-// The library's sentence without its frame and without the quoted text, which may be no UTF-8.
+// The library's sentence without its frame and without the quoted text, which may not be UTF-8.
 std::string plainReason(std::string_view message) {
   constexpr std::string_view kBefore = " - ";
   const std::size_t begin = message.find(kBefore);
-  if (begin != std::string_view::npos) message.remove_prefix(begin + kBefore.size());
+  if (begin != std::string_view::npos) {
+    message.remove_prefix(begin + kBefore.size());
+  }
   std::string reason(message.substr(0, message.find("; last read: ")));
   for (std::size_t i = reason.find(';'); i != std::string::npos; i = reason.find(';', i)) {
     reason[i] = ',';
@@ -50,7 +53,9 @@ std::string syntaxReason(std::size_t offset, const std::string& token, const cha
   if (contains(message, "surrogate") || endsInSurrogateBytes(token)) {
     return "has a lone surrogate" + atByte(offset);
   }
-  if (contains(message, "UTF-8")) return "is not valid UTF-8" + atByte(offset);
+  if (contains(message, "UTF-8")) {
+    return "is not valid UTF-8" + atByte(offset);
+  }
   return "is not JSON" + atByte(offset) + ": " + plainReason(message);
 }
 
@@ -62,15 +67,16 @@ double readReal(std::string token) {
       [](char c) { return std::string_view("0123456789+-eE").find(c) == std::string_view::npos; },
       '.');
   double value = 0.0;
-  parseReal(token, value);
+  dxf2d::parseReal(token, value);
   return value;
 }
 
-// Hands the library's events to a builder, under the names and with the results that it wants.
+// Passes the library's events to a builder.
 class EventAdapter {
  public:
   explicit EventAdapter(SceneBuilder& builder) : builder_(builder) {}
 
+  // NOLINTBEGIN(readability-identifier-naming): the library calls them by these names.
   bool null() {
     builder_.Null();
     return true;
@@ -129,6 +135,7 @@ class EventAdapter {
     }
     builder_.Refuse(syntaxReason(bytesRead - 1, token, error.what()));
   }
+  // NOLINTEND(readability-identifier-naming)
 
  private:
   SceneBuilder& builder_;
@@ -142,8 +149,12 @@ std::string describeFileError(const std::error_code& error) {
   if (error == std::errc::permission_denied) {
     return "may not be read; ask for the permission to read it or copy it elsewhere";
   }
-  if (error == std::errc::is_a_directory) return "is a directory; name a scene file in it";
-  if (error == std::errc::filename_too_long) return "the name is too long; choose a shorter one";
+  if (error == std::errc::is_a_directory) {
+    return "is a directory; name a scene file in it";
+  }
+  if (error == std::errc::filename_too_long) {
+    return "the name is too long; choose a shorter one";
+  }
   if (error == std::errc::too_many_files_open ||
       error == std::errc::too_many_files_open_in_system) {
     return "too many files are open; close some and try again";
@@ -152,30 +163,42 @@ std::string describeFileError(const std::error_code& error) {
          " of the operating system); check the disk or copy the file elsewhere";
 }
 
+// The path in UTF-8, its zero bytes as "\u0000" so that they do not end the sentence.
+std::string printable(const std::string& path) {
+  std::string name = dxf2d::toUtf8(pathFromBytes(path));
+  std::size_t zero = 0;
+  while ((zero = name.find('\0', zero)) != std::string::npos) {
+    name.replace(zero, 1, "\\u0000");
+  }
+  return name;
+}
+
 std::string readAll(const std::string& path, const std::string& name) {
   const auto refuse = [&name](int error) {
     throw KtSceneError(name + ": " + describeFileError({error, std::generic_category()}));
   };
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
                                                              &std::fclose);
-  if (!file) refuse(errno);
+  if (!file) {
+    refuse(errno);
+  }
   std::string text;
   char block[16384];
   while (const std::size_t count = std::fread(block, 1, sizeof block, file.get())) {
     text.append(block, count);
   }
-  if (std::ferror(file.get()) != 0) refuse(errno);
+  if (std::ferror(file.get()) != 0) {
+    refuse(errno);
+  }
   return text;
 }
 
 }  // namespace
 
-KtSceneError::~KtSceneError() = default;
-
 KtScene ParseScene(std::string_view text, const std::string& name) {
   SceneBuilder builder(name);
   if (text.empty() || text == "\xEF\xBB\xBF") {
-    builder.Refuse("is empty; a scene is a JSON object with \"nodes\"");
+    builder.Refuse("is empty; write a JSON object with \"nodes\" into it");
   }
   // The library takes a zero byte for the end of the text.
   const std::size_t zero = text.find('\0');
@@ -188,6 +211,9 @@ KtScene ParseScene(std::string_view text, const std::string& name) {
 }
 
 KtScene ReadSceneFile(const std::string& path) {
-  const std::string name = toUtf8(PathFromBytes(path));
+  const std::string name = printable(path);
+  if (path.find('\0') != std::string::npos) {
+    throw KtSceneError(name + ": the name has a zero byte; check the name");
+  }
   return ParseScene(readAll(path, name), name);
 }

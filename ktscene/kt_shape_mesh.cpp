@@ -1,10 +1,11 @@
-#include "ktscene/kt_shape_mesh.h"
+#include "ktscene/kt_scene.h"
 
 #include <cmath>
 
+#include "ktscene/kt_run_code.h"
+
 namespace {
 
-constexpr int kPolygonEnd = -7;
 constexpr int kSides = 32;
 
 void addPoint(KtFaceSet& mesh, double x, double y, double z) {
@@ -23,8 +24,9 @@ KtFaceSet MakeBoxMesh(const KtBox& box) {
     addPoint(mesh, x, y, z);
     addPoint(mesh, -x, y, z);
   }
-  mesh.indices = {3, 2, 1, 0, kPolygonEnd, 4, 5, 6, 7, kPolygonEnd, 0, 1, 5, 4, kPolygonEnd,
-                  1, 2, 6, 5, kPolygonEnd, 2, 3, 7, 6, kPolygonEnd, 3, 0, 4, 7, kPolygonEnd};
+  mesh.indices = {3, 2, 1, 0, KtRunCode::kPolygon, 4, 5, 6, 7, KtRunCode::kPolygon,
+                  0, 1, 5, 4, KtRunCode::kPolygon, 1, 2, 6, 5, KtRunCode::kPolygon,
+                  2, 3, 7, 6, KtRunCode::kPolygon, 3, 0, 4, 7, KtRunCode::kPolygon};
   return mesh;
 }
 
@@ -37,13 +39,18 @@ KtFaceSet MakeCylinderMesh(const KtCylinder& cylinder) {
       addPoint(mesh, cylinder.radius * std::cos(phi), cylinder.radius * std::sin(phi), z);
     }
   }
-  for (int i = kSides - 1; i >= 0; --i) mesh.indices.push_back(i);
-  mesh.indices.push_back(kPolygonEnd);
-  for (int i = 0; i < kSides; ++i) mesh.indices.push_back(kSides + i);
-  mesh.indices.push_back(kPolygonEnd);
+  for (int i = kSides - 1; i >= 0; --i) {
+    mesh.indices.push_back(i);
+  }
+  mesh.indices.push_back(KtRunCode::kPolygon);
+  for (int i = 0; i < kSides; ++i) {
+    mesh.indices.push_back(kSides + i);
+  }
+  mesh.indices.push_back(KtRunCode::kPolygon);
   for (int i = 0; i < kSides; ++i) {
     const int next = (i + 1) % kSides;
-    mesh.indices.insert(mesh.indices.end(), {i, next, kSides + next, kSides + i, kPolygonEnd});
+    mesh.indices.insert(mesh.indices.end(),
+                        {i, next, kSides + next, kSides + i, KtRunCode::kPolygon});
   }
   return mesh;
 }

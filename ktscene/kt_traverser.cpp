@@ -1,18 +1,19 @@
 #include "ktscene/kt_traverser.h"
 
+#include <cassert>
 #include <cmath>
 #include <initializer_list>
 
 #include "ktscene/kt_geometry.h"
-#include "ktscene/kt_graphic_attribute.h"
 #include "ktscene/kt_graphic_node.h"
-#include "ktscene/kt_shape_mesh.h"
 
 namespace {
 
 template <typename Callback, typename... Arguments>
 void call(Callback callback, const Arguments&... arguments) {
-  if (callback != nullptr) callback(arguments...);
+  if (callback != nullptr) {
+    callback(arguments...);
+  }
 }
 
 // An analytic shape as its kind and its sizes.
@@ -34,7 +35,9 @@ class LabelView final : public KtGraphicNode {
  public:
   explicit LabelView(const KtLabel* label) : KtGraphicNode(label != nullptr), label_(label) {}
   bool GetLabelText(std::u16string& text) const override {
-    if (label_ == nullptr) return false;
+    if (label_ == nullptr) {
+      return false;
+    }
     text = label_->text;
     return true;
   }
@@ -43,22 +46,30 @@ class LabelView final : public KtGraphicNode {
   const KtLabel* label_;
 };
 
-// Hands one geometry item to the callbacks.
+// Passes one geometry item to the callbacks.
 class GeometryCalls {
  public:
   explicit GeometryCalls(const KtCallbacks& callbacks) : callbacks_(callbacks) {}
 
-  void operator()(const std::shared_ptr<const KtFaceSet>& set) const { ShowFaces(*set); }
+  void operator()(const std::shared_ptr<const KtFaceSet>& set) const {
+    assert(set != nullptr);
+    ShowFaces(*set);
+  }
   void operator()(const std::shared_ptr<const KtLineSet>& set) const {
+    assert(set != nullptr);
     call(callbacks_.lineSet, set->coords, set->indices);
   }
   void operator()(const KtBox& box) const {
     Shape shape(KTV_GRAPHIC_TYPE_BOX, {box.a, box.b, box.c});
-    if (!IsTaken(shape)) ShowFaces(MakeBoxMesh(box));
+    if (!IsTaken(shape)) {
+      ShowFaces(MakeBoxMesh(box));
+    }
   }
   void operator()(const KtCylinder& cylinder) const {
     Shape shape(KTV_GRAPHIC_TYPE_CYLINDER, {cylinder.radius, cylinder.height});
-    if (!IsTaken(shape)) ShowFaces(MakeCylinderMesh(cylinder));
+    if (!IsTaken(shape)) {
+      ShowFaces(MakeCylinderMesh(cylinder));
+    }
   }
 
  private:
@@ -67,7 +78,9 @@ class GeometryCalls {
   }
 
   void ShowFaces(const KtFaceSet& set) const {
-    if (callbacks_.faceGeometry != nullptr && ShowFaceGeometry(set)) return;
+    if (callbacks_.faceGeometry != nullptr && ShowFaceGeometry(set)) {
+      return;
+    }
     call(callbacks_.faceSet, set.coords, set.indices, set.reverseOrientation, set.closedSurface);
   }
 
@@ -93,13 +106,13 @@ void showBounds(const KtCallbacks& callbacks, const KtBounds& bounds) {
 }
 
 void showMaterial(const KtCallbacks& callbacks, const KtSceneNode& node) {
-  const double* colour = node.color ? node.color->data() : nullptr;
+  const double* color = node.color ? node.color->data() : nullptr;
   const KtMaterial* own = node.material.get();
   if (own != nullptr) {
-    call(callbacks.material, own->ambient, colour != nullptr ? colour : own->diffuse, own->specular,
+    call(callbacks.material, own->ambient, color != nullptr ? color : own->diffuse, own->specular,
          own->emission, &own->shininess, &own->transparency);
-  } else if (colour != nullptr) {
-    call(callbacks.material, nullptr, colour, nullptr, nullptr, nullptr, nullptr);
+  } else if (color != nullptr) {
+    call(callbacks.material, nullptr, color, nullptr, nullptr, nullptr, nullptr);
   }
 }
 
@@ -154,9 +167,13 @@ class NodeWalk {
   void ShowNode(const KtSceneNode& node, KtGraphicAttribute& attribute) const {
     call(callbacks_.openNode, &attribute);
     call(callbacks_.matrix, node.matrix.Data());
-    if (node.bounds) showBounds(callbacks_, *node.bounds);
+    if (node.bounds) {
+      showBounds(callbacks_, *node.bounds);
+    }
     showMaterial(callbacks_, node);
-    for (const KtSceneGeometry& item : node.geometry) std::visit(GeometryCalls(callbacks_), item);
+    for (const KtSceneGeometry& item : node.geometry) {
+      std::visit(GeometryCalls(callbacks_), item);
+    }
     LabelView view(node.label.get());
     call(callbacks_.label, &view, false, node.label ? node.label->colorIndex : 0);
   }
@@ -203,8 +220,12 @@ void KtTraverser::Init(KtCallbacks::OpenNode openNode, KtCallbacks::CloseNode cl
 }
 
 bool KtTraverser::Walk(KtScene& scene, const std::u16string& path) const {
-  if (callbacks_.openFile != nullptr && !callbacks_.openFile(path)) return false;
-  for (KtSceneNode& node : scene.nodes) WalkNode(node);
+  if (callbacks_.openFile != nullptr && !callbacks_.openFile(path)) {
+    return false;
+  }
+  for (KtSceneNode& node : scene.nodes) {
+    WalkNode(node);
+  }
   return callbacks_.closeFile == nullptr || callbacks_.closeFile();
 }
 

@@ -5,6 +5,8 @@
 #include <limits>
 #include <system_error>
 
+namespace dxf2d {
+
 namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -18,7 +20,9 @@ std::string_view takeDigits(std::string_view& rest) {
 
 bool takeSign(std::string_view& rest) {
   const bool negative = rest.starts_with('-');
-  if (negative || rest.starts_with('+')) rest.remove_prefix(1);
+  if (negative || rest.starts_with('+')) {
+    rest.remove_prefix(1);
+  }
   return negative;
 }
 
@@ -38,12 +42,16 @@ bool split(std::string_view rest, Parts& parts) {
     rest.remove_prefix(1);
     parts.fraction = takeDigits(rest);
   }
-  if (parts.whole.empty() && parts.fraction.empty()) return false;
+  if (parts.whole.empty() && parts.fraction.empty()) {
+    return false;
+  }
   if (rest.starts_with('e') || rest.starts_with('E')) {
     rest.remove_prefix(1);
     parts.negativeExponent = takeSign(rest);
     parts.exponent = takeDigits(rest);
-    if (parts.exponent.empty()) return false;
+    if (parts.exponent.empty()) {
+      return false;
+    }
   }
   return rest.empty();
 }
@@ -56,7 +64,9 @@ bool isBelowOne(const Parts& parts) {
   for (const char digit : parts.exponent) {
     exponent = std::min(exponent * 10 + (digit - '0'), kLargestExponent);
   }
-  if (parts.negativeExponent) exponent = -exponent;
+  if (parts.negativeExponent) {
+    exponent = -exponent;
+  }
 
   const std::size_t wholeZeros = parts.whole.find_first_not_of('0');
   if (wholeZeros != std::string_view::npos) {
@@ -70,8 +80,12 @@ bool isBelowOne(const Parts& parts) {
 
 bool parseReal(std::string_view text, double& value) {
   Parts parts;
-  if (!split(text, parts)) return false;
-  if (text.starts_with('+')) text.remove_prefix(1);
+  if (!split(text, parts)) {
+    return false;
+  }
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+  }
   const std::errc error = std::from_chars(text.data(), text.data() + text.size(), value).ec;
   if (error == std::errc::result_out_of_range) {
     const double magnitude = isBelowOne(parts) ? 0.0 : std::numeric_limits<double>::infinity();
@@ -79,3 +93,5 @@ bool parseReal(std::string_view text, double& value) {
   }
   return true;
 }
+
+}  // namespace dxf2d

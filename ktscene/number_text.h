@@ -3,7 +3,11 @@
 
 #include <string_view>
 
+namespace dxf2d {
+
 // Reads the whole of `text`, [+-]?(digits[.digits*]|.digits)([eE][+-]?digits)? in ASCII, as the
-// nearest double. What is too small is 0 with its sign, what is too large an infinity. Answers
-// false, and leaves `value` alone, when the text is anything else.
+// nearest double. Underflow gives 0 with the sign of the text, overflow an infinity. Returns
+// false, and leaves `value` alone, for any other text.
 bool parseReal(std::string_view text, double& value);
+
+}  // namespace dxf2d

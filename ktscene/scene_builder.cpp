@@ -1,15 +1,14 @@
 #include "ktscene/scene_builder.h"
 
-#include <algorithm>
-#include <cmath>
-#include <iterator>
+#include <memory>
+#include <utility>
 
-#include "ktscene/kt_scene_reader.h"
+#include "ktscene/kt_scene_error.h"
 #include "ktscene/utf_text.h"
 
-namespace {
+namespace dxf2d {
 
-constexpr double kLargestNumber = 1e15;
+namespace {
 
 std::string quoted(std::string_view name) { return '"' + std::string(name) + '"'; }
 
@@ -20,21 +19,17 @@ std::string_view describe(const SceneKeyRule& rule, bool isElement) {
     case SceneValue::kFlag:
       return "true or false";
     case SceneValue::kInteger:
-      return "an integer of 32 bits";
+      return "a 32-bit integer";
     case SceneValue::kNumbers:
       return isElement ? "a number" : "a list of numbers";
     case SceneValue::kIntegers:
-      return isElement ? "an integer of 32 bits" : "a list of integers";
+      return isElement ? "a 32-bit integer" : "a list of integers";
     case SceneValue::kObject:
       return "an object";
     case SceneValue::kObjects:
       return isElement ? "an object" : "a list of objects";
   }
   return "something else";
-}
-
-std::array<double, 3> triple(const std::vector<double>& numbers) {
-  return {numbers[0], numbers[1], numbers[2]};
 }
 
 }  // namespace
@@ -63,7 +58,9 @@ const SceneKeyRule* SceneBuilder::Expected() const {
 }
 
 void SceneBuilder::FinishValue() {
-  if (levels_.empty()) return;
+  if (levels_.empty()) {
+    return;
+  }
   if (levels_.back().isList) {
     ++levels_.back().done;
   } else {
@@ -77,14 +74,18 @@ void SceneBuilder::Null() { RefuseType("null"); }
 
 void SceneBuilder::Flag(bool value) {
   const SceneKeyRule* rule = Expected();
-  if (rule == nullptr || rule->value != SceneValue::kFlag) RefuseType(value ? "true" : "false");
+  if (rule == nullptr || rule->value != SceneValue::kFlag) {
+    RefuseType(value ? "true" : "false");
+  }
   SetFlag(levels_.back().key, value);
   FinishValue();
 }
 
 void SceneBuilder::Text(std::string_view utf8) {
   const SceneKeyRule* rule = Expected();
-  if (rule == nullptr || rule->value != SceneValue::kText) RefuseType("a string");
+  if (rule == nullptr || rule->value != SceneValue::kText) {
+    RefuseType("a string");
+  }
   SetText(levels_.back().key, fromUtf8(utf8));
   FinishValue();
 }
@@ -103,69 +104,6 @@ void SceneBuilder::Number(double value, std::optional<int> integer) {
   FinishValue();
 }
 
-void SceneBuilder::AddNumber(double value) {
-  if (!(std::abs(value) <= kLargestNumber)) Refuse("must be at most 1e15 in magnitude");
-  CheckElement(value);
-  numbers_.push_back(value);
-}
-
-void SceneBuilder::CheckElement(double value) const {
-  const std::size_t position = numbers_.size();
-  switch (levels_.back().key) {
-    case SceneKey::kMatrix:
-      if (position % 4 == 3 && position < 15 && value != 0.0) Refuse("must be 0");
-      if (position == 15 && value != 1.0) Refuse("must be 1");
-      break;
-    case SceneKey::kColor:
-      if (!(value >= 0.0 && value <= 1.0)) Refuse("must be from 0 to 1");
-      break;
-    case SceneKey::kBox:
-    case SceneKey::kCylinder:
-      if (!(value > 0.0)) Refuse("must be above 0");
-      break;
-    default:
-      break;
-  }
-}
-
-void SceneBuilder::SetText(SceneKey key, std::u16string text) {
-  switch (key) {
-    case SceneKey::kFormat:
-      if (text != u"ktscene") Refuse("must be \"ktscene\"");
-      break;
-    case SceneKey::kGraphicName:
-      Node().graphicName = std::move(text);
-      break;
-    case SceneKey::kObjectId:
-      Node().objectId = std::move(text);
-      break;
-    case SceneKey::kRealObjectId:
-      Node().realObjectId = std::move(text);
-      break;
-    default:
-      Node().label->text = std::move(text);
-      break;
-  }
-}
-
-void SceneBuilder::SetFlag(SceneKey key, bool value) {
-  if (key == SceneKey::kItem) {
-    Node().hasGraphicItem = value;
-  } else if (key == SceneKey::kReverseOrientation) {
-    set_.reverseOrientation = value;
-  } else {
-    set_.closedSurface = value;
-  }
-}
-
-void SceneBuilder::SetInteger(SceneKey key, int value) {
-  if (key == SceneKey::kColorIndex) {
-    Node().label->colorIndex = value;
-  } else if (value != 1) {
-    Refuse("must be 1, the only version there is");
-  }
-}
-
 // ---- Lists
 
 void SceneBuilder::BeginList() {
@@ -173,7 +111,9 @@ void SceneBuilder::BeginList() {
   const bool isList = rule != nullptr && !IsInList() &&
                       (rule->value == SceneValue::kNumbers ||
                        rule->value == SceneValue::kIntegers || rule->value == SceneValue::kObjects);
-  if (!isList) RefuseType("a list");
+  if (!isList) {
+    RefuseType("a list");
+  }
   numbers_.clear();
   integers_.clear();
   const SceneLevel& holder = levels_.back();
@@ -193,38 +133,13 @@ void SceneBuilder::EndList() {
     Refuse("must have " + std::to_string(rule.count) + " numbers, has " +
            std::to_string(numbers_.size()));
   }
-  if (rule.value == SceneValue::kNumbers) SetNumbers(levels_.back().key);
-  if (rule.value == SceneValue::kIntegers) set_.indices = std::move(integers_);
-  FinishValue();
-}
-
-void SceneBuilder::SetNumbers(SceneKey key) {
-  switch (key) {
-    case SceneKey::kMatrix:
-      Node().matrix.Init(numbers_.data());
-      break;
-    case SceneKey::kColor:
-      Node().color = triple(numbers_);
-      break;
-    case SceneKey::kBox:
-      Node().geometry.emplace_back(KtBox{numbers_[0], numbers_[1], numbers_[2]});
-      break;
-    case SceneKey::kCylinder:
-      Node().geometry.emplace_back(KtCylinder{numbers_[0], numbers_[1]});
-      break;
-    case SceneKey::kMin:
-      Node().bounds->min = triple(numbers_);
-      break;
-    case SceneKey::kMax:
-      Node().bounds->max = triple(numbers_);
-      break;
-    case SceneKey::kRanges:
-      Node().lod->ranges = std::move(numbers_);
-      break;
-    default:
-      set_.coords = std::move(numbers_);
-      break;
+  if (rule.value == SceneValue::kNumbers) {
+    SetNumbers(levels_.back().key);
   }
+  if (rule.value == SceneValue::kIntegers) {
+    set_.indices = std::move(integers_);
+  }
+  FinishValue();
 }
 
 // ---- Objects
@@ -233,7 +148,9 @@ void SceneBuilder::BeginObject() {
   const SceneKeyRule* rule = Expected();
   const bool isObject =
       rule == nullptr || rule->value == (IsInList() ? SceneValue::kObjects : SceneValue::kObject);
-  if (!isObject) RefuseType("an object");
+  if (!isObject) {
+    RefuseType("an object");
+  }
   const SceneObject object = rule == nullptr ? SceneObject::kScene : rule->object;
   KtSceneNode* node = StartObject(object);
   levels_.push_back({.node = node,
@@ -273,8 +190,12 @@ KtSceneNode* SceneBuilder::StartObject(SceneObject object) {
 }
 
 KtSceneNode& SceneBuilder::AddNode(SceneKey list) {
-  if (list == SceneKey::kNodes) return scene_.nodes.emplace_back();
-  if (list == SceneKey::kLevels) return Node().lod->levels.emplace_back();
+  if (list == SceneKey::kNodes) {
+    return scene_.nodes.emplace_back();
+  }
+  if (list == SceneKey::kLevels) {
+    return Node().lod->levels.emplace_back();
+  }
   return Node().children.emplace_back();
 }
 
@@ -282,15 +203,19 @@ void SceneBuilder::Key(std::string_view name) {
   SceneLevel& level = levels_.back();
   const SceneObjectRule& rule = ruleOf(level.object);
   const std::optional<SceneKey> key = findKey(level.object, name);
-  if (!key) RefuseMember(name, "is not a key of " + std::string(rule.name));
-  if ((level.seen & bit(*key)) != 0) RefuseMember(name, "stands twice");
+  if (!key) {
+    RefuseMember(name, "is not a key of " + std::string(rule.name));
+  }
+  if ((level.seen & bit(*key)) != 0) {
+    RefuseMember(name, "appears twice");
+  }
   level.seen |= bit(*key);
   const bool isAlone = level.seen == bit(*key);
   if (level.object == SceneObject::kGeometryItem && !isAlone) {
-    RefuseMember(name, "is one key too many for a geometry item");
+    RefuseMember(name, "is a second key; a geometry item has exactly one");
   }
   if (level.object == SceneObject::kNode && !isAlone && (level.seen & bit(SceneKey::kLod)) != 0) {
-    RefuseMember(name, "must not be there: a node with \"lod\" holds nothing else");
+    RefuseMember(name, "is not allowed: a node with \"lod\" has no other key");
   }
   level.key = *key;
   level.hasKey = true;
@@ -300,7 +225,9 @@ void SceneBuilder::EndObject() {
   const SceneLevel level = levels_.back();
   levels_.pop_back();
   const SceneKeys missing = ruleOf(level.object).required & ~level.seen;
-  if (missing != 0) Refuse("must have " + quoted(ruleOf(firstOf(missing)).name));
+  if (missing != 0) {
+    Refuse("must have " + quoted(ruleOf(firstOf(missing)).name));
+  }
   FinishObject(level);
   FinishValue();
 }
@@ -315,3 +242,5 @@ void SceneBuilder::FinishObject(const SceneLevel& level) {
     Refuse(R"(must have one of "faceSet", "lineSet", "box" and "cylinder")");
   }
 }
+
+}  // namespace dxf2d

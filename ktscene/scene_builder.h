@@ -11,8 +11,10 @@
 #include "ktscene/scene_place.h"
 #include "ktscene/scene_schema.h"
 
+namespace dxf2d {
+
 // Takes the events in the order of the text. Each operation throws KtSceneError, with the place,
-// for what must not stand there. Keeps its place in memory of its own, so that any depth is safe.
+// for what is not allowed there. Keeps its place on the heap, so that any depth is safe.
 class SceneBuilder {
  public:
   // `name` stands for the file in messages, in UTF-8.
@@ -62,3 +64,5 @@ class SceneBuilder {
   std::vector<int> integers_;
   KtFaceSet set_;
 };
+
+}  // namespace dxf2d

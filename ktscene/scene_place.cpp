@@ -3,11 +3,14 @@
 #include <algorithm>
 #include <cstdio>
 
+namespace dxf2d {
+
 namespace {
 
 bool isInsideCharacter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 
-// "~" and "/" as the pointer's syntax wants it, control characters so that a message stays a line.
+// Escapes "~" and "/" as JSON pointers require, and control characters so that messages stay on one
+// line.
 void appendToken(std::string& pointer, std::string_view token) {
   pointer += '/';
   for (const char c : token) {
@@ -28,11 +31,17 @@ void appendToken(std::string& pointer, std::string_view token) {
 // A sentence stays readable however deep its subject lies.
 std::string shortened(const std::string& pointer) {
   constexpr std::size_t kKept = 500;
-  if (pointer.size() <= 2 * kKept) return pointer;
+  if (pointer.size() <= 2 * kKept) {
+    return pointer;
+  }
   std::size_t head = kKept;
-  while (head > 0 && isInsideCharacter(pointer[head])) --head;
+  while (head > 0 && isInsideCharacter(pointer[head])) {
+    --head;
+  }
   std::size_t tail = pointer.size() - kKept;
-  while (tail < pointer.size() && isInsideCharacter(pointer[tail])) ++tail;
+  while (tail < pointer.size() && isInsideCharacter(pointer[tail])) {
+    ++tail;
+  }
   return pointer.substr(0, head) + " … " + pointer.substr(tail);
 }
 
@@ -47,6 +56,10 @@ std::string jsonPointer(const std::vector<SceneLevel>& levels, const std::string
       appendToken(pointer, ruleOf(level.key).name);
     }
   }
-  if (unknownKey != nullptr) appendToken(pointer, *unknownKey);
+  if (unknownKey != nullptr) {
+    appendToken(pointer, *unknownKey);
+  }
   return shortened(pointer);
 }
+
+}  // namespace dxf2d

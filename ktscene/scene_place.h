@@ -11,6 +11,8 @@
 
 struct KtSceneNode;
 
+namespace dxf2d {
+
 // An object or a list that is not closed yet.
 struct SceneLevel {
   KtSceneNode* node;   // the node that holds what is read here; null outside the nodes
@@ -27,3 +29,5 @@ struct SceneLevel {
 // middle.
 std::string jsonPointer(const std::vector<SceneLevel>& levels,
                         const std::string_view* unknownKey = nullptr);
+
+}  // namespace dxf2d

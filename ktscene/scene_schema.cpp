@@ -2,6 +2,9 @@
 
 #include <array>
 #include <bit>
+#include <cassert>
+
+namespace dxf2d {
 
 namespace {
 
@@ -75,11 +78,18 @@ const SceneObjectRule& ruleOf(SceneObject object) {
   return kObjectRules[static_cast<std::size_t>(object)];
 }
 
-SceneKey firstOf(SceneKeys keys) { return static_cast<SceneKey>(std::countr_zero(keys)); }
+SceneKey firstOf(SceneKeys keys) {
+  assert(keys != 0);
+  return static_cast<SceneKey>(std::countr_zero(keys));
+}
 
 std::optional<SceneKey> findKey(SceneObject object, std::string_view name) {
   for (SceneKeys left = ruleOf(object).allowed; left != 0; left &= left - 1) {
-    if (ruleOf(firstOf(left)).name == name) return firstOf(left);
+    if (ruleOf(firstOf(left)).name == name) {
+      return firstOf(left);
+    }
   }
   return std::nullopt;
 }
+
+}  // namespace dxf2d

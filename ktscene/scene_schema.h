@@ -7,6 +7,8 @@
 #include <span>
 #include <string_view>
 
+namespace dxf2d {
+
 enum class SceneKey : std::uint8_t {
   kFormat,
   kVersion,
@@ -83,3 +85,5 @@ const SceneObjectRule& ruleOf(SceneObject object);
 std::optional<SceneKey> findKey(SceneObject object, std::string_view name);
 // The first of `keys`, which must not be empty.
 SceneKey firstOf(SceneKeys keys);
+
+}  // namespace dxf2d

@@ -5,6 +5,8 @@
 #include <iterator>
 #include <locale>
 
+namespace dxf2d {
+
 namespace {
 
 // The standard's conversion, which knows no locale; only its destructor is out of reach.
@@ -37,7 +39,9 @@ std::string toUtf8(std::u16string_view text) {
 }
 
 std::u16string fromUtf8(std::string_view text) {
-  if (isAscii(text)) return {text.begin(), text.end()};
+  if (isAscii(text)) {
+    return {text.begin(), text.end()};
+  }
   const Utf utf;
   // Never more units than bytes.
   std::u16string result(text.size(), u'\0');
@@ -57,3 +61,5 @@ std::u16string fromUtf8(std::string_view text) {
   result.resize(static_cast<std::size_t>(written - result.data()));
   return result;
 }
+
+}  // namespace dxf2d

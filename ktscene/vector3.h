@@ -4,6 +4,8 @@
 #include <array>
 #include <cmath>
 
+namespace dxf2d {
+
 using Vector3 = std::array<double, 3>;
 
 inline double dot(const Vector3& u, const Vector3& v) {
@@ -18,3 +20,5 @@ inline double length(const Vector3& v) { return std::sqrt(dot(v, v)); }
 
 // A length that a vector can be divided by.
 inline bool isUsableLength(double value) { return value > 0.0 && std::isfinite(value); }
+
+}  // namespace dxf2d

@@ -5,11 +5,11 @@
 
 #include "ktscene/export.h"
 
-// The user-interface text in the user's language (LC_MESSAGES, from the gettext catalogue
-// "ktscene"), the text itself where there is no translation.
+// Returns the user-interface text in the user's language (LC_MESSAGES, from the gettext catalog
+// "ktscene"), or the text itself where there is no translation.
 KT_SCENE_API std::u16string ZuTranslateText(const char16_t* text);
-// Where catalogues are looked for, a directory with de/LC_MESSAGES/ktscene.mo and so on, in place
-// of the installed one. Null or empty: the installed one.
+// Sets the directory in which catalogs are looked up (de/LC_MESSAGES/ktscene.mo and so on). Null or
+// empty: the installed one.
 KT_SCENE_API void ZuSetCatalogueDirectory(const char* directory);
 
 // Shows an error. `owner` is the owning window, null for none; `style` is 0. Calls the handler that
@@ -18,6 +18,6 @@ KT_SCENE_API void ZuErrorBox(void* owner, const char16_t* title, const char16_t*
 
 using ZuErrorBoxHandler = void (*)(void* owner, const char16_t* title, const char16_t* text,
                                    int style);
-// Sets the handler, null for the default; returns the one before. One for the process; set it
-// before any thread can show an error.
+// Sets the process's handler (null: the default) and returns the previous one. Set it before any
+// thread can show an error.
 KT_SCENE_API ZuErrorBoxHandler ZuSetErrorBoxHandler(ZuErrorBoxHandler handler);

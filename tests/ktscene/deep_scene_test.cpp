@@ -12,7 +12,9 @@ constexpr std::size_t kMany = 1'000'000;
 std::string repeated(std::string_view part, std::size_t times) {
   std::string text;
   text.reserve(part.size() * times);
-  for (std::size_t i = 0; i < times; ++i) text += part;
+  for (std::size_t i = 0; i < times; ++i) {
+    text += part;
+  }
   return text;
 }
 

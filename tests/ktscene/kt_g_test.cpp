@@ -31,7 +31,7 @@ TEST(ComputeNormal, CounterClockwiseIsTheFront) {
   EXPECT_EQ(normalOf(kSquare, {3, 2, 1, 0, -7}), KtPoint3(0, 0, -1));
 }
 
-TEST(ComputeNormal, OrientationFalseTurnsItRound) {
+TEST(ComputeNormal, OrientationFalseReversesIt) {
   const KtPoint3 normal = normalOf(kSquare, {0, 1, 2, 3, -7}, 0, false);
   EXPECT_EQ(normal, KtPoint3(0, 0, -1));
   EXPECT_TRUE(std::signbit(normal.Get0()));
@@ -66,7 +66,7 @@ TEST(ComputeNormal, FewerThanThreeEntriesHaveNone) {
   expectNone(kSquare, {0, 1, 2, -7}, 400);
 }
 
-TEST(ComputeNormal, EntryThatNamesNoPointMeansNone) {
+TEST(ComputeNormal, IndexOutOfRangeHasNone) {
   expectNone(kSquare, {0, 1, 4, -7});
   expectNone(kSquare, {0, 1, 2, -5, -7});
   expectNone(kSquare, {0, 1, -1, 2});
@@ -79,7 +79,7 @@ TEST(ComputeNormal, DegeneratePolygonHasNone) {
   expectNone(kSquare, {0, 0, 0, -7});
 }
 
-TEST(ComputeNormal, SumThatIsNotFiniteMeansNone) {
+TEST(ComputeNormal, NonFiniteSumHasNone) {
   expectNone({{0, 0, 0}, {1e200, 0, 0}, {0, 1e200, 0}}, {0, 1, 2, -7});
   expectNone({{0, 0, 0}, {std::nan(""), 0, 0}, {0, 1, 0}}, {0, 1, 2, -7});
 }

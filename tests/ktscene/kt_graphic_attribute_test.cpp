@@ -21,7 +21,7 @@ TEST(KtGraphicAttribute, ReadsTheNodesNames) {
   EXPECT_EQ(text, u"r1");
 }
 
-TEST(KtGraphicAttribute, MissingNameAnswersFalseAndLeavesTheTextEmpty) {
+TEST(KtGraphicAttribute, MissingNameReturnsFalseAndLeavesTheTextEmpty) {
   KtSceneNode node;
   const KtGraphicAttribute attribute(node);
   std::u16string text = u"old";
@@ -53,33 +53,33 @@ TEST(KtGraphicAttribute, GraphicItemIsTheNodeUnlessItHasNone) {
   EXPECT_EQ(attribute.GetGraphicItem(nullptr, true, KTV_GRAPHIC_CREATE_DEFAULT), nullptr);
 }
 
-TEST(KtGraphicAttribute, PlainNodeHasNeitherColourNorMaterial) {
+TEST(KtGraphicAttribute, PlainNodeHasNeitherColorNorMaterial) {
   KtSceneNode node;
-  double colour[3] = {7, 7, 7};
+  double color[3] = {7, 7, 7};
   KtMaterial* material = nullptr;
-  EXPECT_FALSE(KtGraphicAttribute(node).GetColorOrMaterial(colour, material));
-  EXPECT_EQ(colour[0], 7);
+  EXPECT_FALSE(KtGraphicAttribute(node).GetColorOrMaterial(color, material));
+  EXPECT_EQ(color[0], 7);
   EXPECT_EQ(material, nullptr);
 }
 
-TEST(KtGraphicAttribute, OwnColourIsReported) {
+TEST(KtGraphicAttribute, OwnColorIsReported) {
   KtSceneNode node;
   node.color = {0.25, 0.5, 1.0};
-  double colour[3] = {};
+  double color[3] = {};
   KtMaterial* material = nullptr;
-  EXPECT_TRUE(KtGraphicAttribute(node).GetColorOrMaterial(colour, material));
-  EXPECT_EQ(colour[0], 0.25);
-  EXPECT_EQ(colour[1], 0.5);
-  EXPECT_EQ(colour[2], 1.0);
+  EXPECT_TRUE(KtGraphicAttribute(node).GetColorOrMaterial(color, material));
+  EXPECT_EQ(color[0], 0.25);
+  EXPECT_EQ(color[1], 0.5);
+  EXPECT_EQ(color[2], 1.0);
   EXPECT_EQ(material, nullptr);
 }
 
 TEST(KtGraphicAttribute, OwnMaterialIsReported) {
   KtSceneNode node;
   node.material = std::make_unique<KtMaterial>();
-  double colour[3] = {7, 7, 7};
+  double color[3] = {7, 7, 7};
   KtMaterial* material = nullptr;
-  EXPECT_TRUE(KtGraphicAttribute(node).GetColorOrMaterial(colour, material));
-  EXPECT_EQ(colour[0], 7);
+  EXPECT_TRUE(KtGraphicAttribute(node).GetColorOrMaterial(color, material));
+  EXPECT_EQ(color[0], 7);
   EXPECT_EQ(material, node.material.get());
 }

@@ -92,7 +92,7 @@ TEST(ParseLabelString, ControlCharactersCountAsSpaces) {
   EXPECT_EQ(l.lines, Lines{u"a b"});
 }
 
-TEST(ParseLabelString, NoBreakSpaceIsNoSpace) {
+TEST(ParseLabelString, NoBreakSpaceIsNotASpace) {
   EXPECT_FALSE(parse(u"1\u00A02.5 0 10 20 5 30 C 0 1 0 0 0").isValid);
 }
 
@@ -117,7 +117,7 @@ TEST(ParseLabelString, NumbersMayBeWrittenInManyWays) {
   }
 }
 
-TEST(ParseLabelString, AnythingElseIsNoNumber) {
+TEST(ParseLabelString, AnythingElseIsNotANumber) {
   for (const char16_t* text :
        {u"x",   u"1x",    u"+",     u"-",      u".",       u"+-1",   u"--1",
         u"1e",  u"1e+",   u"e5",    u"0x10",   u"1,5",     u"inf",   u"-inf",
@@ -225,7 +225,9 @@ TEST(ParseLabelString, LoneSurrogateInALineIsKept) {
 
 TEST(ParseLabelString, ManyLinesAreReadInOrder) {
   std::u16string text;
-  for (int i = 0; i < 200000; ++i) text += u"\"l\" ";
+  for (int i = 0; i < 200000; ++i) {
+    text += u"\"l\" ";
+  }
   const Label l = withLines(text);
   EXPECT_TRUE(l.isValid);
   EXPECT_EQ(l.lines.size(), 200000u);

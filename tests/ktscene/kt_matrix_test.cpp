@@ -47,13 +47,27 @@ KtMatrix rotated(double x, double y, double z, double angle) {
 }
 
 void expectNear(const std::array<double, 3>& actual, const std::array<double, 3>& expected) {
-  for (std::size_t i = 0; i < 3; ++i) EXPECT_NEAR(actual[i], expected[i], 1e-15) << i;
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(actual[i], expected[i], 1e-15) << i;
+  }
 }
 
 constexpr std::array<double, 3> kNone = {0.0, 0.0, 0.0};
 constexpr std::array<double, 4> kNoTurn = {0.0, 0.0, 0.0, 0.0};
 
 }  // namespace
+
+TEST(KtMatrix, IsIdentityBitForBit) {
+  EXPECT_TRUE(KtMatrix().IsIdentity());
+  for (int i = 0; i < 16; ++i) {
+    double data[16];
+    KtMatrix().GetData(data);
+    data[i] = data[i] == 0.0 ? -0.0 : std::nextafter(1.0, 2.0);
+    KtMatrix matrix;
+    matrix.Init(data);
+    EXPECT_FALSE(matrix.IsIdentity()) << i;
+  }
+}
 
 TEST(KtMatrix, StartsAsTheIdentity) {
   EXPECT_EQ(dataOf(KtMatrix()),
@@ -69,7 +83,9 @@ TEST(KtMatrix, IdentityForgetsWhatWasThere) {
 
 TEST(KtMatrix, InitTakesSixteenNumbersAsTheyAre) {
   std::vector<double> data;
-  for (int i = 0; i < 16; ++i) data.push_back(i + 0.5);
+  for (int i = 0; i < 16; ++i) {
+    data.push_back(i + 0.5);
+  }
   KtMatrix matrix;
   matrix.Init(data.data());
   EXPECT_EQ(dataOf(matrix), data);
@@ -212,7 +228,7 @@ TEST(GetRotateKoef, MirroredMatrixShowsAsATilt) {
   EXPECT_EQ(std::abs(rotateKoef(rows({1, 0, 0}, {0, -1, 0}, {0, 0, 1}))[0]), pi);
 }
 
-TEST(GetRotateKoef, MirrorAlongZAloneIsNoTilt) {
+TEST(GetRotateKoef, MirrorAlongZAloneIsNotATilt) {
   EXPECT_EQ(rotateKoef(rows({1, 0, 0}, {0, 1, 0}, {0, 0, -1})), kNone);
 }
 

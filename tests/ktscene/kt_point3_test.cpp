@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 using std::numbers::pi;
@@ -20,6 +21,22 @@ TEST(KtPoint3, EqualityIsExactAndTakesMinusZeroForZero) {
   EXPECT_FALSE(KtPoint3(1, 2, 3) == KtPoint3(1, 2, std::nextafter(3.0, 4.0)));
   EXPECT_FALSE(KtPoint3(1, 2, 3) == KtPoint3(0, 2, 3));
   EXPECT_FALSE(KtPoint3(1, 2, 3) == KtPoint3(1, 0, 3));
+}
+
+TEST(KtPoint3, IsFiniteWhenEachCoordinateIs) {
+  const double most = std::numeric_limits<double>::max();
+  const double least = std::numeric_limits<double>::denorm_min();
+  EXPECT_TRUE(isFinite(KtPoint3()));
+  EXPECT_TRUE(isFinite(KtPoint3(most, -most, most)));
+  EXPECT_TRUE(isFinite(KtPoint3(-0.0, least, -least)));
+  for (const double odd :
+       {std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity(),
+        std::numeric_limits<double>::quiet_NaN()}) {
+    EXPECT_FALSE(isFinite(KtPoint3(odd, 1, -1)));
+    EXPECT_FALSE(isFinite(KtPoint3(1, odd, -1)));
+    EXPECT_FALSE(isFinite(KtPoint3(1, -1, odd)));
+    EXPECT_FALSE(isFinite(KtPoint3(odd, -odd, odd)));
+  }
 }
 
 TEST(KtPoint3, MultAppliesRowsAndTranslation) {

@@ -71,7 +71,9 @@ TEST(CalculateNewRelativeMatrix, UndoesBAfterAProduct) {
   KtMatrix world = b;
   world.Mult(local);
   const std::vector<double> result = relative(world, b);
-  for (std::size_t i = 0; i < 16; ++i) EXPECT_NEAR(result[i], local.Data()[i], 1e-14) << i;
+  for (std::size_t i = 0; i < 16; ++i) {
+    EXPECT_NEAR(result[i], local.Data()[i], 1e-14) << i;
+  }
 }
 
 TEST(CalculateNewRelativeMatrix, BWithoutInverseGivesA) {

@@ -176,7 +176,9 @@ TEST(ParseScene, NumbersDoNotDependOnTheLocale) {
   const std::string before = std::setlocale(LC_NUMERIC, nullptr);
   // Separators of one byte and of two.
   for (const char* locale : {"de_DE.UTF-8", "de_DE", "ps_AF", "fa_IR"}) {
-    if (std::setlocale(LC_NUMERIC, locale) == nullptr) continue;
+    if (std::setlocale(LC_NUMERIC, locale) == nullptr) {
+      continue;
+    }
     EXPECT_EQ(coords("1.5, 0.25e1, 7"), (std::vector<double>{1.5, 2.5, 7})) << locale;
   }
   std::setlocale(LC_NUMERIC, before.c_str());
@@ -204,7 +206,9 @@ TEST(ParseScene, ByteOrderMarkIsSkipped) {
 
 TEST(ParseScene, LongCoordinateListsAreRead) {
   std::string numbers = "0";
-  for (int i = 1; i < 300'000; ++i) numbers += ',' + std::to_string(i);
+  for (int i = 1; i < 300'000; ++i) {
+    numbers += ',' + std::to_string(i);
+  }
   const std::vector<double> read = coords(numbers);
   ASSERT_EQ(read.size(), 300'000u);
   EXPECT_EQ(read.back(), 299'999);
@@ -227,6 +231,12 @@ TEST(ReadSceneFile, NameThatIsNotUtf8IsShownAsUtf8) {
   EXPECT_EQ(refusal("no\xFFsuch.json"), "no\uFFFDsuch.json: there is no such file; check the name");
 }
 
+TEST(ReadSceneFile, NameWithAZeroByteIsRefusedAndNotCut) {
+  const TemporaryFile file("scene_reader_test_zero", R"({"nodes":[]})");
+  EXPECT_EQ(refusal(file.Path() + std::string("\0.json", 6)),
+            file.Path() + "\\u0000.json: the name has a zero byte; check the name");
+}
+
 TEST(ReadSceneFile, DirectoryIsRefused) {
   const std::string directory = testing::TempDir();
   EXPECT_EQ(refusal(directory), directory + ": is a directory; name a scene file in it");
@@ -246,7 +256,7 @@ TEST(ReadSceneFile, LinkToItselfIsRefusedWithTheSystemsNumber) {
   std::filesystem::remove(link);
 }
 
-TEST(ReadSceneFile, TooManyOpenFilesAreToldFromAMissingOne) {
+TEST(ReadSceneFile, TooManyOpenFilesAreDistinguishedFromAMissingOne) {
   NEEDS_DESCRIPTOR_LIMITS();
   const TemporaryFile file("scene_reader_test_one_too_many.json", R"({"nodes":[]})");
   const NoMoreDescriptors none;

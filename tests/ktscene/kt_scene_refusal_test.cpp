@@ -32,7 +32,9 @@ void expectNodeRefusals(const std::vector<Case>& cases) {
 }
 
 void expectRefusals(const std::vector<Case>& cases) {
-  for (const Case& c : cases) EXPECT_EQ(refusal(c.text), c.sentence) << c.text;
+  for (const Case& c : cases) {
+    EXPECT_EQ(refusal(c.text), c.sentence) << c.text;
+  }
 }
 
 std::string matrixWith(std::size_t position, const std::string& value) {
@@ -40,7 +42,9 @@ std::string matrixWith(std::size_t position, const std::string& value) {
                                        "0", "0", "1", "0", "0", "0", "0", "1"};
   elements[position] = value;
   std::string text = "\"matrix\":[" + elements[0];
-  for (std::size_t i = 1; i < elements.size(); ++i) text += "," + elements[i];
+  for (std::size_t i = 1; i < elements.size(); ++i) {
+    text += "," + elements[i];
+  }
   return text + "]";
 }
 
@@ -57,13 +61,12 @@ TEST(SceneRefusal, TheSceneItself) {
       {R"({"nodes":null})", "/nodes: must be a list of objects, is null"},
       {R"({"nodes":[[]]})", "/nodes/0: must be an object, is a list"},
       {R"({"nodes":[{},{},3]})", "/nodes/2: must be an object, is an integer"},
-      {R"({"nodes":[],"nodes":[]})", "/nodes: stands twice"},
+      {R"({"nodes":[],"nodes":[]})", "/nodes: appears twice"},
       {R"({"nodes":[],"format":"scene"})", "/format: must be \"ktscene\""},
       {R"({"nodes":[],"format":1})", "/format: must be a string, is an integer"},
-      {R"({"nodes":[],"version":2})", "/version: must be 1, the only version there is"},
-      {R"({"nodes":[],"version":1.0})",
-       "/version: must be an integer of 32 bits, is another number"},
-      {R"({"nodes":[],"version":"1"})", "/version: must be an integer of 32 bits, is a string"},
+      {R"({"nodes":[],"version":2})", "/version: must be 1, the only version"},
+      {R"({"nodes":[],"version":1.0})", "/version: must be a 32-bit integer, is another number"},
+      {R"({"nodes":[],"version":"1"})", "/version: must be a 32-bit integer, is a string"},
       {R"({"nodes":[],"node":[]})", "/node: is not a key of a scene"},
   });
 }
@@ -88,9 +91,9 @@ TEST(SceneRefusal, UnknownKeys) {
 
 TEST(SceneRefusal, DoubledKeys) {
   expectNodeRefusals({
-      {R"("objectId":"a","objectId":"a")", "/objectId: stands twice"},
-      {R"("label":{"text":"a","text":"b"})", "/label/text: stands twice"},
-      {R"("geometry":[{"box":[1,1,1],"box":[1,1,1]}])", "/geometry/0/box: stands twice"},
+      {R"("objectId":"a","objectId":"a")", "/objectId: appears twice"},
+      {R"("label":{"text":"a","text":"b"})", "/label/text: appears twice"},
+      {R"("geometry":[{"box":[1,1,1],"box":[1,1,1]}])", "/geometry/0/box: appears twice"},
   });
 }
 
@@ -111,16 +114,16 @@ TEST(SceneRefusal, MissingKeys) {
 
 TEST(SceneRefusal, GeometryItemHasOneKey) {
   expectNodeRefusals({{R"("geometry":[{"box":[1,1,1],"cylinder":[1,1]}])",
-                       "/geometry/0/cylinder: is one key too many for a geometry item"}});
+                       "/geometry/0/cylinder: is a second key; a geometry item has exactly one"}});
 }
 
 TEST(SceneRefusal, NodeWithLodHoldsNothingElse) {
-  const std::string reason = ": must not be there: a node with \"lod\" holds nothing else";
+  const std::string reason = ": is not allowed: a node with \"lod\" has no other key";
   expectNodeRefusals({
       {R"("lod":{"levels":[]},"item":true)", "/item" + reason},
       {R"("objectId":"","lod":{"levels":[]})", "/lod" + reason},
       {R"("lod":{"levels":[]},"children":[])", "/children" + reason},
-      {R"("lod":{"levels":[]},"lod":{"levels":[]})", "/lod: stands twice"},
+      {R"("lod":{"levels":[]},"lod":{"levels":[]})", "/lod: appears twice"},
   });
 }
 
@@ -200,7 +203,7 @@ TEST(SceneRefusal, NumbersOutOfRange) {
 }
 
 TEST(SceneRefusal, IntegersBeyond32BitsOrWithAFraction) {
-  const std::string reason = ": must be an integer of 32 bits, is another number";
+  const std::string reason = ": must be a 32-bit integer, is another number";
   for (const char* number : {"1.0", "1e2", "2147483648", "-2147483649", "9223372036854775808",
                              "-9223372036854775809", "99999999999999999999999", "1e400"}) {
     expectNodeRefusals({
@@ -239,8 +242,8 @@ TEST(SceneRefusal, TextThatIsNotUtf8) {
 TEST(SceneRefusal, TextThatIsNotJson) {
   const std::string zero(1, '\0');
   expectRefusals({
-      {"", "is empty; a scene is a JSON object with \"nodes\""},
-      {"\xEF\xBB\xBF", "is empty; a scene is a JSON object with \"nodes\""},
+      {"", "is empty; write a JSON object with \"nodes\" into it"},
+      {"\xEF\xBB\xBF", "is empty; write a JSON object with \"nodes\" into it"},
       {" \n", "is not JSON at byte 2: unexpected end of input, expected '[', '{', or a literal"},
       {"nodes", "is not JSON at byte 1: invalid literal"},
       {"{nodes:[]}", "is not JSON at byte 2: invalid literal"},
@@ -287,7 +290,9 @@ TEST(SceneRefusal, UnfinishedTextAnywhereIsRefused) {
 
 TEST(SceneRefusal, LongPointerIsCutInItsMiddle) {
   std::string key;
-  for (int i = 0; i < 1000; ++i) key += "ü";
+  for (int i = 0; i < 1000; ++i) {
+    key += "ü";
+  }
   const std::string sentence = refusal("{\"" + key + "\":1}");
   EXPECT_LT(sentence.size(), 1100u);
   EXPECT_TRUE(sentence.starts_with("/üüü"));

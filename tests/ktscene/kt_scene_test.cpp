@@ -83,7 +83,7 @@ TEST(KtSceneNode, MoveToItselfChangesNothing) {
   EXPECT_EQ(node.children.size(), 1u);
 }
 
-TEST(KtSceneNode, DestructionReachesEveryNodeOfATangledTree) {
+TEST(KtSceneNode, DestructionFreesEveryNodeOfATangledTree) {
   const auto mesh = std::make_shared<const KtFaceSet>();
   {
     const KtSceneNode node = tangled(mesh, 500);
@@ -92,10 +92,12 @@ TEST(KtSceneNode, DestructionReachesEveryNodeOfATangledTree) {
   EXPECT_EQ(mesh.use_count(), 1);
 }
 
-TEST(KtSceneNode, EmptyingItsListReachesEveryNodeBelow) {
+TEST(KtSceneNode, ClearingItsListFreesEveryNodeBelow) {
   const auto mesh = std::make_shared<const KtFaceSet>();
   KtSceneNode node;
-  for (int i = 0; i < 5; ++i) node.children.push_back(tangled(mesh, 20 + i));
+  for (int i = 0; i < 5; ++i) {
+    node.children.push_back(tangled(mesh, 20 + i));
+  }
   node.children.clear();
   EXPECT_EQ(mesh.use_count(), 1);
 }

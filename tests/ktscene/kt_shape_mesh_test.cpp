@@ -1,4 +1,4 @@
-#include "ktscene/kt_shape_mesh.h"
+#include "ktscene/kt_scene.h"
 
 #include <gtest/gtest.h>
 
@@ -17,21 +17,23 @@ std::vector<KtPoint3> pointsOf(const KtFaceSet& mesh) {
   return points;
 }
 
-// How far the polygon's normal points away from `centre`.
-double outwardness(const KtFaceSet& mesh, unsigned first, const KtPoint3& centre) {
+// How far the polygon's normal points away from `center`.
+double outwardness(const KtFaceSet& mesh, unsigned first, const KtPoint3& center) {
   const std::vector<KtPoint3> points = pointsOf(mesh);
   KtPoint3 n;
   EXPECT_TRUE(KtG::ComputeNormal(points, mesh.indices, first, true, n));
   const KtPoint3& p = points[static_cast<std::size_t>(mesh.indices[first])];
-  return n.Get0() * (p.Get0() - centre.Get0()) + n.Get1() * (p.Get1() - centre.Get1()) +
-         n.Get2() * (p.Get2() - centre.Get2());
+  return n.Get0() * (p.Get0() - center.Get0()) + n.Get1() * (p.Get1() - center.Get1()) +
+         n.Get2() * (p.Get2() - center.Get2());
 }
 
-void expectNormalsOutwards(const KtFaceSet& mesh, const KtPoint3& centre) {
+void expectNormalsOutwards(const KtFaceSet& mesh, const KtPoint3& center) {
   unsigned first = 0;
   for (unsigned i = 0; i < mesh.indices.size(); ++i) {
-    if (mesh.indices[i] != -7) continue;
-    EXPECT_GT(outwardness(mesh, first, centre), 0.0) << first;
+    if (mesh.indices[i] != -7) {
+      continue;
+    }
+    EXPECT_GT(outwardness(mesh, first, center), 0.0) << first;
     first = i + 1;
   }
   EXPECT_EQ(first, mesh.indices.size());

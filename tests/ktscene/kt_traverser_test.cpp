@@ -8,11 +8,10 @@
 #include "ktscene/kt_geometry.h"
 #include "ktscene/kt_graphic_node.h"
 #include "ktscene/kt_scene_reader.h"
-#include "ktscene/kt_shape_mesh.h"
 
 namespace {
 
-// What the callbacks below were called with, in order, and what they answer.
+// What the callbacks below were called with, in order, and what they return.
 struct Record {
   std::vector<std::string> calls;
   bool reuses = false;
@@ -35,13 +34,17 @@ std::string nameOf(KtGraphicAttribute* attribute) {
 std::string number(double value) {
   std::string text = std::to_string(value);
   text.erase(text.find_last_not_of('0') + 1);
-  if (text.ends_with('.')) text.pop_back();
+  if (text.ends_with('.')) {
+    text.pop_back();
+  }
   return text;
 }
 
-std::string colourText(const double* colour) {
-  if (colour == nullptr) return "-";
-  return number(colour[0]) + "," + number(colour[1]) + "," + number(colour[2]);
+std::string colorText(const double* color) {
+  if (color == nullptr) {
+    return "-";
+  }
+  return number(color[0]) + "," + number(color[1]) + "," + number(color[2]);
 }
 
 std::string setText(const std::vector<double>& coords, const std::vector<int>& indices) {
@@ -59,12 +62,12 @@ void openLod(const std::vector<double>& ranges, double distance) {
 }
 void closeLod() { note("close lod"); }
 void boundingBox(const double* min, const double* max, double size) {
-  note("bounds " + colourText(min) + " " + colourText(max) + " " + number(size));
+  note("bounds " + colorText(min) + " " + colorText(max) + " " + number(size));
 }
 void material(const double* ambient, const double* diffuse, const double* specular,
               const double* emission, const double* shininess, const double* transparency) {
-  note("material " + colourText(ambient) + " " + colourText(diffuse) + " " + colourText(specular) +
-       " " + colourText(emission) + " " + (shininess != nullptr ? number(*shininess) : "-") + " " +
+  note("material " + colorText(ambient) + " " + colorText(diffuse) + " " + colorText(specular) +
+       " " + colorText(emission) + " " + (shininess != nullptr ? number(*shininess) : "-") + " " +
        (transparency != nullptr ? number(*transparency) : "-"));
 }
 void matrix(const double* data) { note("matrix " + number(data[12])); }
@@ -82,7 +85,9 @@ bool faceGeometry(const std::vector<double>& coords, const std::vector<int>& coo
 }
 bool faceSet(const std::vector<double>& coords, const std::vector<int>& indices,
              bool reverseOrientation, bool closedSurface) {
-  if (record.throwsAtFaceSet) throw std::runtime_error("full");
+  if (record.throwsAtFaceSet) {
+    throw std::runtime_error("full");
+  }
   note("face set " + setText(coords, indices) + (reverseOrientation ? " reverse" : "") +
        (closedSurface ? " closed" : ""));
   return true;
@@ -96,7 +101,9 @@ bool specialGeometry(KtGeometry* geometry, bool flag) {
   EXPECT_TRUE(geometry->GetParameters(sizes));
   EXPECT_FALSE(flag);
   std::string text = "shape " + std::to_string(geometry->GetGraphicType());
-  for (const double size : sizes) text.append(" ").append(number(size));
+  for (const double size : sizes) {
+    text.append(" ").append(number(size));
+  }
   note(text);
   return record.takesShapes;
 }
@@ -189,7 +196,7 @@ TEST(KtTraverser, InitKeepsTheCallbacksInSlotOrder) {
   EXPECT_EQ(callbacks.closeFile, closeFile);
 }
 
-TEST_F(KtTraverserWalk, ShowsANodeInItsFixedOrder) {
+TEST_F(KtTraverserWalk, VisitsANodeInItsFixedOrder) {
   const std::string nodes = R"([{
     "children": [{"graphicName": "child"}],
     "label": {"text": "T:x", "colorIndex": 4},
@@ -219,7 +226,7 @@ TEST_F(KtTraverserWalk, GoesThroughChildrenInOrderAndInDepth) {
                    "open e", "close"}));
 }
 
-TEST_F(KtTraverserWalk, LodGroupShowsItsFirstLevelAlone) {
+TEST_F(KtTraverserWalk, LodGroupWalksItsFirstLevelOnly) {
   const std::string nodes = R"([{"lod": {"ranges": [10, 20],
     "levels": [{"graphicName": "near", "children": [{"graphicName": "x"}]},
                {"graphicName": "far"}]}}])";
@@ -239,7 +246,7 @@ TEST_F(KtTraverserWalk, LodGroupsNest) {
             (Calls{"lod 0 0", "lod 0 0", "open a", "close", "close lod", "close lod"}));
 }
 
-TEST_F(KtTraverserWalk, LodGroupHidesWhatElseItsNodeHolds) {
+TEST_F(KtTraverserWalk, LodGroupReplacesTheNodesOtherContent) {
   KtSceneNode node;
   node.lod = std::make_unique<KtSceneNode::Lod>();
   node.children.emplace_back();
@@ -248,7 +255,7 @@ TEST_F(KtTraverserWalk, LodGroupHidesWhatElseItsNodeHolds) {
   EXPECT_EQ(record.calls, (Calls{"lod 0 0", "close lod"}));
 }
 
-TEST_F(KtTraverserWalk, ReusedNodeIsClosedAndNotShown) {
+TEST_F(KtTraverserWalk, ReusedNodeIsClosedAndItsContentSkipped) {
   record.reuses = true;
   EXPECT_EQ(callsOf(R"([{"graphicName": "a", "geometry": [{"box": [1, 1, 1]}],
                          "children": [{"graphicName": "b"}]}])",
@@ -256,7 +263,7 @@ TEST_F(KtTraverserWalk, ReusedNodeIsClosedAndNotShown) {
             (Calls{"reuse a", "close"}));
 }
 
-TEST_F(KtTraverserWalk, TakenShapeIsNoFaceSet) {
+TEST_F(KtTraverserWalk, TakenShapeIsNotSentAsAFaceSet) {
   record.takesShapes = true;
   KtCallbacks callbacks = plainCallbacks();
   callbacks.specialGeometry = specialGeometry;
@@ -264,13 +271,13 @@ TEST_F(KtTraverserWalk, TakenShapeIsNoFaceSet) {
             (Calls{"open ", "shape 2 2 5", "shape 1 1 2 3", "close"}));
 }
 
-TEST_F(KtTraverserWalk, ShapesGoAsFaceSetsWhereNobodyTakesShapes) {
+TEST_F(KtTraverserWalk, ShapesAreSentAsFaceSetsWithoutAShapeCallback) {
   EXPECT_EQ(
       callsOf(R"([{"geometry": [{"cylinder": [2, 5]}, {"box": [1, 2, 3]}]}])", plainCallbacks()),
       (Calls{"open ", "face set 192 226 closed", "face set 24 30 closed", "close"}));
 }
 
-TEST_F(KtTraverserWalk, TakenFaceGeometryIsNoFaceSet) {
+TEST_F(KtTraverserWalk, TakenFaceGeometryIsNotSentAsAFaceSet) {
   record.takesFaceGeometry = true;
   KtCallbacks callbacks = plainCallbacks();
   callbacks.faceGeometry = faceGeometry;
@@ -289,7 +296,7 @@ TEST_F(KtTraverserWalk, WithoutCallbacksNothingHappens) {
             Calls{});
 }
 
-TEST_F(KtTraverserWalk, OwnMaterialIsShownWhole) {
+TEST_F(KtTraverserWalk, OwnMaterialIsPassedWhole) {
   KtSceneNode node;
   node.material = std::make_unique<KtMaterial>();
   node.material->diffuse[0] = 0.5;
@@ -300,7 +307,7 @@ TEST_F(KtTraverserWalk, OwnMaterialIsShownWhole) {
   EXPECT_EQ(record.calls, Calls{"material 0,0,0 0.5,1,1 0,0,0 0,0,0 0.25 0"});
 }
 
-TEST_F(KtTraverserWalk, OwnColourStandsForTheMaterialsDiffuseOne) {
+TEST_F(KtTraverserWalk, OwnColorReplacesTheMaterialsDiffuseOne) {
   KtSceneNode node;
   node.material = std::make_unique<KtMaterial>();
   node.color = {1, 0, 0};
@@ -310,7 +317,7 @@ TEST_F(KtTraverserWalk, OwnColourStandsForTheMaterialsDiffuseOne) {
   EXPECT_EQ(record.calls, Calls{"material 0,0,0 1,0,0 0,0,0 0,0,0 0 0"});
 }
 
-TEST_F(KtTraverserWalk, StandsBetweenTheFilesCallbacks) {
+TEST_F(KtTraverserWalk, RunsBetweenTheFilesCallbacks) {
   KtScene scene = ParseScene(R"({"nodes": [{"graphicName": "a"}]})", "test");
   KtCallbacks callbacks = plainCallbacks();
   callbacks.openFile = openFile;
@@ -326,7 +333,7 @@ TEST_F(KtTraverserWalk, FileThatDoesNotOpenEndsTheWalk) {
   EXPECT_EQ(record.calls, Calls{"open file plan.dxf"});
 }
 
-TEST_F(KtTraverserWalk, AnswersWhatTheClosingCallbackAnswers) {
+TEST_F(KtTraverserWalk, ReturnsWhatTheClosingCallbackReturns) {
   record.closesFile = false;
   KtScene scene;
   EXPECT_FALSE(traverserWith(allCallbacks()).Walk(scene, u"plan.dxf"));

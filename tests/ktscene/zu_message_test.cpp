@@ -3,46 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstdlib>
-#include <optional>
 #include <string>
 
+#include "tests/support/german_messages.h"
+
 namespace {
-
-// Puts an environment variable and LC_MESSAGES back as they were.
-class German {
- public:
-  German() : before_(std::setlocale(LC_MESSAGES, nullptr)) {
-    if (const char* language = std::getenv("LANGUAGE")) language_ = language;
-    setenv("LANGUAGE", "de", 1);
-    // gettext looks at LANGUAGE under any locale but the plain "C".
-    for (const char* locale : {"C.UTF-8", "de_DE.UTF-8", "en_US.UTF-8"}) {
-      if (std::setlocale(LC_MESSAGES, locale) != nullptr) {
-        isSet_ = true;
-        break;
-      }
-    }
-    ZuSetCatalogueDirectory(KT_SCENE_TEST_CATALOGUES);
-  }
-  ~German() {
-    if (language_) {
-      setenv("LANGUAGE", language_->c_str(), 1);
-    } else {
-      unsetenv("LANGUAGE");
-    }
-    std::setlocale(LC_MESSAGES, before_.c_str());
-    ZuSetCatalogueDirectory(nullptr);
-  }
-  German(const German&) = delete;
-  German& operator=(const German&) = delete;
-
-  bool IsSet() const { return isSet_; }
-
- private:
-  std::string before_;
-  std::optional<std::string> language_;
-  bool isSet_ = false;
-};
 
 struct Shown {
   void* owner = nullptr;
@@ -64,23 +29,25 @@ std::string errorOutputOf(const char16_t* title, const char16_t* text) {
 
 }  // namespace
 
-TEST(ZuTranslateText, WithoutALanguageTheTextStands) {
+TEST(ZuTranslateText, WithoutALanguageTheTextIsUnchanged) {
   EXPECT_EQ(ZuTranslateText(u"DXF export error"), u"DXF export error");
 }
 
-TEST(ZuTranslateText, SpeaksGerman) {
-  const German german;
-  if (!german.IsSet()) GTEST_SKIP() << "the C library has no locale that allows translations";
+TEST(ZuTranslateText, TranslatesToGerman) {
+  const GermanMessages german(KT_SCENE_TEST_CATALOGS);
+  if (!german.IsSet()) {
+    GTEST_SKIP() << "the C library has no locale that allows translations";
+  }
   EXPECT_EQ(ZuTranslateText(u"DXF export error"), u"DXF-Exportfehler");
 }
 
-TEST(ZuTranslateText, UnknownTextStandsInEveryLanguage) {
-  const German german;
+TEST(ZuTranslateText, UnknownTextIsUnchangedInEveryLanguage) {
+  const GermanMessages german(KT_SCENE_TEST_CATALOGS);
   EXPECT_EQ(ZuTranslateText(u"Größe € 😀"), u"Größe € 😀");
 }
 
-TEST(ZuTranslateText, EmptyTextIsNotTheCataloguesHeader) {
-  const German german;
+TEST(ZuTranslateText, EmptyTextIsNotTheCatalogsHeader) {
+  const GermanMessages german(KT_SCENE_TEST_CATALOGS);
   EXPECT_EQ(ZuTranslateText(u""), u"");
   EXPECT_EQ(ZuTranslateText(nullptr), u"");
 }

@@ -1,0 +1,3 @@
+#include "ktscene/kt_scene_error.h"
+
+KtSceneError::~KtSceneError() = default;
