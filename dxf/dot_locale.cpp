@@ -5,6 +5,8 @@
 #include "platform/cstring.h"
 #include "platform/locale.h"
 
+namespace dxf2d {
+
 namespace {
 
 int guards = 0;
@@ -30,3 +32,5 @@ DotLocale::~DotLocale() {
     _wsetlocale(LC_NUMERIC, savedName());
   }
 }
+
+}  // namespace dxf2d

@@ -1,9 +1,12 @@
-// A decimal point for as long as it lives.
+// A scope in which numbers are formatted with a decimal point.
 #pragma once
 
-// Scoped guard: while at least one lives, the process's LC_NUMERIC locale is "C"; the last one to
-// go restores what the first one found. Process-wide, so not safe against other threads that format
-// numbers. The export deliberately creates none: a drawing's decimal separator is the host's.
+namespace dxf2d {
+
+// Scoped guard: while at least one exists, the process's LC_NUMERIC locale is "C"; the last one
+// restores the locale that the first one found. Process-wide, so not safe against other threads
+// that format numbers. The export deliberately creates none: a drawing's decimal separator is the
+// host's.
 class DotLocale {
  public:
   DotLocale();
@@ -11,3 +14,5 @@ class DotLocale {
   DotLocale(const DotLocale&) = delete;
   DotLocale& operator=(const DotLocale&) = delete;
 };
+
+}  // namespace dxf2d

@@ -6,6 +6,8 @@
 // names are empty, not left out.
 #include "dxf/dxf_writer.h"
 
+namespace dxf2d {
+
 namespace {
 
 // One variable a line: group 9 with its name, then its values.
@@ -114,3 +116,5 @@ constexpr char kHeader[] =
 }  // namespace
 
 void DxfWriter::WriteHeaderSection() { Write(kHeader); }
+
+}  // namespace dxf2d

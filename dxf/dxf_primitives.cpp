@@ -1,26 +1,27 @@
-// The vocabulary of the drawing: each primitive writes a fixed run of groups.
+// The primitives that entities are made of: each writes a fixed sequence of groups.
 #include <array>
 #include <cmath>
 #include <string_view>
 
-#include "dxf/color_palette.h"
 #include "dxf/dxf_writer.h"
-#include "dxf/vertex_text.h"
+#include "dxf/palette/color_palette.h"
 #include "ktscene/kt_matrix.h"
 #include "ktscene/kt_point3.h"
 #include "platform/number_format.h"
-#include "session/block_node.h"
+#include "session/record/block_node.h"
+
+namespace dxf2d {
 
 namespace {
 
 // Tilt, in radians, above which a placement is not a plan view.
 constexpr double kPlacementTilt = 0.01;
-// Turn about z, in radians, up to which no rotation is written.
+// Rotation about z, in radians, up to which no group 50 is written.
 constexpr double kNegligibleTurn = 0.001;
 constexpr double kDegreesPerRadian = 57.29577951308232;
-// What a colour index of -1, no material received, is written as.
+// Color index written for a node that received no material.
 constexpr int kColorWithoutMaterial = 254;
-// White, what an index outside the palette is written as.
+// White, written for an index outside the palette.
 constexpr int kColorOutsidePalette = 7;
 
 KtPoint3 transformed(const BlockNode* node, double x, double y, double z) {
@@ -28,19 +29,18 @@ KtPoint3 transformed(const BlockNode* node, double x, double y, double z) {
     // What multiplying by the identity does: -0 becomes 0 and nothing else changes.
     return {x + 0.0, y + 0.0, z + 0.0};
   }
-  KtMatrix matrix;
-  matrix.Init(node->matrix);
   KtPoint3 point(x, y, z);
-  point.Mult(matrix);
+  point.Mult(node->matrix);
   return point;
 }
 
-// Texts are placed as they are where there is no node: not even -0 changes.
+// Without a node a text's point stays exactly as it is: not even -0 changes.
 KtPoint3 transformedIfNode(const BlockNode* node, double x, double y, double z) {
   return node != nullptr ? transformed(node, x, y, z) : KtPoint3(x, y, z);
 }
 
-// All but the decimal separator of a rare locale is ASCII; it stands before the six decimals.
+// Everything but the decimal separator of a rare locale is ASCII; the separator precedes the six
+// decimals.
 bool isAsciiReal(std::string_view text) {
   constexpr std::size_t kFromSeparator = 7;
   return text.size() < kFromSeparator ||
@@ -52,16 +52,16 @@ double finiteOrZero(double value) { return std::isfinite(value) ? value : 0.0; }
 }  // namespace
 
 void DxfWriter::WriteReal(double value) {
-  // Made in the file's own buffer: a drawing is mostly reals.
+  // Formatted in the file's own buffer: a drawing is mostly reals.
   char* room = file_.Reserve(kFixed6Size + 1);
-  const std::size_t length = FormatFixed6(value, room);
+  const std::size_t length = formatFixed6(value, room);
   if (isAsciiReal({room, length})) {
     room[length] = '\n';
     file_.Commit(length + 1);
     return;
   }
   std::array<char16_t, kFixed6Size + 2> line;
-  const std::size_t units = FormatFixed6(value, line.data());
+  const std::size_t units = formatFixed6(value, line.data());
   line[units] = u'\n';
   line[units + 1] = u'\0';
   WriteWide({line.data(), units + 1});
@@ -77,8 +77,8 @@ void DxfWriter::WriteLayer() { Write("  8\n0\n"); }
 
 void DxfWriter::WriteLineLayer() { Write("  8\n0\n"); }
 
-// NOLINTBEGIN(performance-unnecessary-value-param): names are handed over by value, as the
-// framework's text is everywhere.
+// NOLINTBEGIN(performance-unnecessary-value-param): names are passed by value, as the framework's
+// strings are everywhere.
 void DxfWriter::WriteBlockName(CString name) {
   Write("  2\n");
   Write(name);
@@ -121,15 +121,13 @@ void DxfWriter::WriteInsert(const BlockNode* node) {
   Write("  0\nSEQEND\n");
 }
 
-void DxfWriter::WriteInsertPlacement(const double* matrix) {
-  KtMatrix placement;
-  placement.Init(matrix);
-  double x = finiteOrZero(matrix[12]);
-  double y = finiteOrZero(matrix[13]);
+void DxfWriter::WriteInsertPlacement(const KtMatrix& matrix) {
+  double x = finiteOrZero(matrix.Data()[12]);
+  double y = finiteOrZero(matrix.Data()[13]);
   double tiltX = 0.0;
   double tiltY = 0.0;
   double turn = 0.0;
-  placement.GetRotateKoef(&tiltX, &tiltY, &turn);
+  matrix.GetRotateKoef(&tiltX, &tiltY, &turn);
   if (std::fabs(tiltX) + std::fabs(tiltY) > kPlacementTilt) {
     x = 0.0;
     y = 0.0;
@@ -194,10 +192,7 @@ void DxfWriter::WriteTextPoint11(const BlockNode* node, double x, double y, doub
 }
 
 void DxfWriter::WriteExtrusion(const BlockNode* node, double x, double y, double z) {
-  KtMatrix matrix;
-  if (node != nullptr) {
-    matrix.Init(node->matrix);
-  }
+  KtMatrix matrix = node != nullptr ? node->matrix : KtMatrix();
   matrix.SetTranslation(0.0, 0.0, 0.0);
   KtPoint3 direction(x, y, z);
   direction.Mult(matrix);
@@ -239,54 +234,6 @@ void DxfWriter::WriteSolidBegin() { Write("  0\nSOLID\n"); }
 
 void DxfWriter::WriteCircleBegin() { Write("  0\nCIRCLE\n"); }
 
-void DxfWriter::WritePolylineBegin(const int* color, bool closed) {
-  Write("  0\nPOLYLINE\n");
-  WriteLayer();
-  if (color != nullptr) {
-    WriteColor(*color);
-  }
-  WriteVerticesFollow();
-  WriteBasePoint(0.0, 0.0, 0.0);
-  WritePolylineFlags(closed);
-}
-
-void DxfWriter::WriteVerticesFollow() { Write(" 66\n1\n"); }
-
-void DxfWriter::WritePolylineFlags(bool closed) {
-  if (closed) {
-    Write(" 70\n1\n");
-  } else {
-    Write(" 70\n0\n");
-  }
-}
-
-void DxfWriter::WriteVertexBegin(const BlockNode* /*node*/) {
-  Write("  0\nVERTEX\n");
-  WriteLayer();
-  WriteVertexFlags();
-}
-
-void DxfWriter::WriteVertexFlags() { Write(" 70\n0\n"); }
-
-void DxfWriter::WriteVertexBatch(Fixed6Lines& reals, std::size_t count) {
-  if (!reals.IsAscii()) {
-    for (std::size_t k = 0; k < count; ++k) {
-      WriteVertexBegin(nullptr);
-      WritePoint10(nullptr, reals.Value(2 * k), reals.Value(2 * k + 1), 0.0);
-    }
-    return;
-  }
-  reals.Make(2 * count);
-  for (std::size_t k = 0; k < count; ++k) {
-    static_assert(kVertexTextSize <= CFile::kMaxReserve);
-    char* const room = file_.Reserve(kVertexTextSize);
-    const char* const end = writeVertexText(reals, 2 * k, 2 * k + 1, room);
-    file_.Commit(static_cast<std::size_t>(end - room));
-  }
-}
-
-void DxfWriter::WriteSeqEnd() { Write("  0\nSEQEND\n"); }
-
 void DxfWriter::WriteColor(int color) {
   Write(" 62\n");
   WriteInteger(color == -1 ? kColorWithoutMaterial : color);
@@ -304,3 +251,5 @@ void DxfWriter::WriteColorRgb(double r, double g, double b) {
 int DxfWriter::NearestColorIndex(double r, double g, double b) {
   return nearestPaletteIndex(r, g, b);
 }
+
+}  // namespace dxf2d

@@ -4,6 +4,8 @@
 // table although the header and every text name the style STANDARD: readers supply it.
 #include "dxf/dxf_writer.h"
 
+namespace dxf2d {
+
 namespace {
 
 constexpr char kTables[] =
@@ -22,3 +24,5 @@ constexpr char kTables[] =
 }  // namespace
 
 void DxfWriter::WriteTablesSection() { Write(kTables); }
+
+}  // namespace dxf2d

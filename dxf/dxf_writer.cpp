@@ -9,9 +9,11 @@
 #include "ktscene/zu_message.h"
 #include "platform/code_page.h"
 
+namespace dxf2d {
+
 namespace {
 
-// Not a smart pointer's job alone: a host may never close an export, and unloading ends it too.
+// Also destroyed when the module is unloaded: a host may never close an export.
 std::unique_ptr<DxfWriter>& instance() {
   static std::unique_ptr<DxfWriter> writer;
   return writer;
@@ -23,6 +25,20 @@ void showOpenError(const CFileException& exception) {
   if (exception.GetErrorMessage(message.data(), kMessageSize, nullptr)) {
     ZuErrorBox(nullptr, ZuTranslateText(u"DXF export error").c_str(), message.data(), 0);
   }
+}
+
+// What is thrown when a text needs more room than its drawing has, two bytes per UTF-16 unit.
+CFileException unconvertible(std::u16string_view text, const CString& path) {
+  // A label may be longer than a message should be.
+  constexpr std::size_t kQuoted = 40;
+  CString page;
+  page.Format(u"%u", GetThreadCodePage());
+  CFileException exception(CFileException::invalidFile, -1, path.GetString());
+  exception.m_strReason = u" cannot take the text \"" + CString(text.substr(0, kQuoted)) +
+                          (text.size() > kQuoted ? u"...\"" : u"\"") +
+                          u", which needs more than two bytes per character in code page " + page +
+                          u".";
+  return exception;
 }
 
 // Copies `text` into `bytes` as long as it is ASCII; true when all of it is.
@@ -46,7 +62,7 @@ DxfWriter* DxfWriter::Instance() {
 
 void DxfWriter::Release() { instance().reset(); }
 
-// NOLINTNEXTLINE(performance-unnecessary-value-param): by value, as names are.
+// NOLINTNEXTLINE(performance-unnecessary-value-param): passed by value, as names are.
 bool DxfWriter::Open(CString path) {
   CFileException exception(CFileException::none, -1, nullptr);
   file_.Close();
@@ -54,6 +70,7 @@ bool DxfWriter::Open(CString path) {
     showOpenError(exception);
     return false;
   }
+  path_ = path;
   WriteHeaderSection();
   WriteTablesSection();
   Write("  0\nSECTION\n  2\nBLOCKS\n");
@@ -74,7 +91,7 @@ void DxfWriter::FlushQuietly() noexcept {
 }
 
 void DxfWriter::Write(const CString& text) {
-  // A null inside ends what is converted, and zeros follow it.
+  // A null inside ends the conversion, and zero bytes follow.
   if (text.View().find(u'\0') == std::u16string_view::npos) {
     WriteWide(text.View());
   } else {
@@ -83,7 +100,7 @@ void DxfWriter::Write(const CString& text) {
 }
 
 void DxfWriter::WriteWide(std::u16string_view text) {
-  // Room for every number and name; what is longer is a label's.
+  // Enough for every number and name; only labels are longer.
   constexpr std::size_t kShort = 512;
   std::array<char, kShort> bytes;
   if (text.size() <= kShort && narrowAscii(text, bytes.data())) {
@@ -94,16 +111,28 @@ void DxfWriter::WriteWide(std::u16string_view text) {
 }
 
 void DxfWriter::WriteConverted(std::u16string_view text) {
-  // Two bytes a unit and the null's, on the heap because a label may be longer than a stack. A
-  // conversion that needs more fails, and the write of no bytes then fails as CFile says.
+  // Two bytes per unit and for the null. Short texts are converted on the stack; a label may be
+  // longer than a stack.
+  constexpr std::size_t kShort = 128;
   constexpr std::size_t kTooLong = 0x40000000;
-  const int units = lstrlenW(text.data()) + 1;
-  std::vector<char> bytes;
+  std::array<char, 2 * (kShort + 1)> shortBytes{};
+  std::vector<char> longBytes;
+  char* bytes = shortBytes.data();
   int converted = 0;
   if (text.size() + 1 < kTooLong) {
-    bytes.resize(2 * (text.size() + 1));
-    converted = WideCharToMultiByte(CP_THREAD_ACP, 0, text.data(), -1, bytes.data(), 2 * units,
-                                    nullptr, nullptr);
+    if (text.size() > kShort) {
+      longBytes.resize(2 * (text.size() + 1));
+      bytes = longBytes.data();
+    }
+    // What follows a null inside the text is not converted.
+    const int units = lstrlenW(text.data()) + 1;
+    converted =
+        WideCharToMultiByte(CP_THREAD_ACP, 0, text.data(), -1, bytes, 2 * units, nullptr, nullptr);
   }
-  file_.Write(converted > 0 ? bytes.data() : nullptr, text.size());
+  if (converted <= 0 && file_.IsOpen()) {
+    throw unconvertible(text, path_);
+  }
+  file_.Write(bytes, text.size());
 }
+
+}  // namespace dxf2d

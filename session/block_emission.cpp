@@ -5,21 +5,23 @@
 #include "dxf/dxf_writer.h"
 #include "session/export_session.h"
 
+namespace dxf2d {
+
 namespace {
 
 // A leaf's block, if any, was written during the walk. Whether there is one is deliberately not
-// asked: a reused leaf has none of its own and is placed under the name that it borrowed.
+// tested: a reused leaf has none of its own and is placed under the name that it borrows.
 void collectLeaf(ExportSession& session, BlockNode* leaf) {
   if (!leaf->objectId.empty() && !leaf->graphicName.empty()) {
     session.insertList.push_back(leaf);
   }
 }
 
-// An inner node's block inserts the children that have geometry, at the origin: a child's own block
-// already stands in the frame that they share. Writing it does not mark the node, so its parent
-// does not insert it in turn; it is drawn when it is an object, through the insert list. A node
-// with geometry of its own gets a second block of the same name here. Both are as readers of these
-// drawings know them.
+// An inner node's block inserts the children that have geometry, at the origin: a child's block is
+// already in the coordinate system that they share. Writing the block does not mark the node, so
+// its parent does not insert it in turn; it is drawn through the insert list if it is an object. A
+// node with geometry of its own gets a second block of the same name here. Readers of these
+// drawings rely on both.
 void writeInnerBlock(ExportSession& session, BlockNode* node) {
   if (std::none_of(node->children.begin(), node->children.end(),
                    [](const BlockNode* child) { return child->hasGeometry; })) {
@@ -82,3 +84,5 @@ void writePlacement(DxfWriter& writer, const BlockNode& node) {
   writer.WriteInsertPlacement(node.matrix);
   writer.Write("  0\nSEQEND\n");
 }
+
+}  // namespace dxf2d

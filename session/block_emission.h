@@ -3,6 +3,8 @@
 
 #include <vector>
 
+namespace dxf2d {
+
 struct BlockNode;
 struct ExportSession;
 class DxfWriter;
@@ -18,3 +20,5 @@ void pruneInsertList(std::vector<BlockNode*>& insertList);
 
 // Places a node's block in the drawing, by its world matrix.
 void writePlacement(DxfWriter& writer, const BlockNode& node);
+
+}  // namespace dxf2d

@@ -1,17 +1,22 @@
 #include "session/export_session.h"
 
+#include <cassert>
+
+namespace dxf2d {
+
 ExportSession& exportSession() {
   static ExportSession session;
   return session;
 }
 
 BlockNode* ExportSession::Enter(const BlockNode& record) {
+  assert(currentNode != nullptr);
   BlockNode* node = tree.Keep(record);
   lastNode = node;
   currentNode->children.push_back(node);
   currentNode = node;
   ++blockCounter;
-  // Wraps rather than overflows: a host may open nodes for as long as it likes.
+  // Wraps instead of overflowing: nothing limits the number of nodes that a host opens.
   depth = static_cast<std::int32_t>(static_cast<std::uint32_t>(depth) + 1U);
   return node;
 }
@@ -24,3 +29,5 @@ void ExportSession::ClearTree() {
   reuseMap.clear();
   tree.Clear();
 }
+
+}  // namespace dxf2d

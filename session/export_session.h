@@ -7,13 +7,15 @@
 #include <utility>
 #include <vector>
 
-#include "session/block_node.h"
-#include "session/block_tree.h"
+#include "session/record/block_node.h"
 
-class DxfWriter;
 class KtGraphicItem;
 
-// The host's callbacks carry no context, so what one export knows stands here, from the callback
+namespace dxf2d {
+
+class DxfWriter;
+
+// The host's callbacks carry no context, so the state of an export is kept here, from the callback
 // that opens the file to the one that closes it. One export at a time, on the host's thread.
 struct ExportSession {
   using ReuseMap =
@@ -24,26 +26,31 @@ struct ExportSession {
   // The node opened last; the root right after the file was opened.
   BlockNode* lastNode = nullptr;
   BlockNode* root = nullptr;
-  // The open writer; null outside an export. Stays after a failed open, with its file closed.
+  // Null outside an export. Stays set after a failed open, with its file closed.
   DxfWriter* writer = nullptr;
   // The number of the next block.
   std::uint32_t blockCounter = 0;
-  // Nodes open now; kept for whoever debugs a walk, never consulted.
+  // The number of nodes that are open; never read, but useful in a debugger.
   std::int32_t depth = 0;
   // The nodes to be placed as INSERTs, in the order in which the block pass meets them.
   std::vector<BlockNode*> insertList;
   // Graphic name to the drawable and the record that may be drawn again under that name.
   ReuseMap reuseMap;
-  // Nodes that could have been reused but whose graphic name could not be read, since load.
+  // The number of nodes, since load, that could have been reused but had no readable graphic name.
   std::uint32_t unnamedReusableCount = 0;
   BlockTree tree;
 
-  // Attaches a copy of `record` to the current node and makes it the current one. Its block number
-  // is consumed, also where the record borrows another's name.
+  // Whether there is a writer, and a node to write for.
+  bool CanDraw() const { return writer != nullptr && currentNode != nullptr; }
+
+  // Attaches a copy of `record` to the current node and makes it the current one. Uses up a block
+  // number, also for a record that borrows another's name. There must be a current node.
   BlockNode* Enter(const BlockNode& record);
-  // Ends every record and forgets what points to one.
+  // Frees every record and drops the pointers to them.
   void ClearTree();
 };
 
 // The one session of the module. Built at load, so that it outlives every export.
 ExportSession& exportSession();
+
+}  // namespace dxf2d

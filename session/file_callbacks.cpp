@@ -1,17 +1,17 @@
 // The callbacks that begin and end an export.
 #include "dxf/dxf_writer.h"
-#include "ktscene/kt_matrix.h"
-#include "plugin/exports.h"
 #include "session/block_emission.h"
+#include "session/callbacks.h"
 #include "session/export_session.h"
 
 namespace {
 
+using dxf2d::BlockNode;
+using dxf2d::DxfWriter;
+using dxf2d::ExportSession;
+
 BlockNode* makeRoot(ExportSession& session) {
   BlockNode root;
-  KtMatrix identity;
-  identity.Identity();
-  identity.GetData(root.matrix);
   root.blockNumber = session.blockCounter;
   return session.tree.Keep(root);
 }
@@ -20,7 +20,7 @@ void writeDrawingEnd(ExportSession& session) {
   DxfWriter& writer = *session.writer;
   writeBlocks(session, session.root);
   writer.Write("  0\nENDSEC\n  0\nSECTION\n  2\nENTITIES\n");
-  pruneInsertList(session.insertList);
+  dxf2d::pruneInsertList(session.insertList);
   for (const BlockNode* node : session.insertList) {
     writePlacement(writer, *node);
   }
@@ -29,8 +29,8 @@ void writeDrawingEnd(ExportSession& session) {
   writer.Close();
 }
 
-// Ends the session however closing went, so that the next export finds a clean one and no file
-// stays open behind a failed write.
+// Ends the session even if closing fails, so that the next export starts with a clean one and no
+// file stays open after a failed write.
 class SessionEnd {
  public:
   explicit SessionEnd(ExportSession& session) : session_(session) {}
@@ -49,7 +49,7 @@ class SessionEnd {
 }  // namespace
 
 bool DXF2dOpenFileForModel(const std::u16string& path) {
-  ExportSession& session = exportSession();
+  ExportSession& session = dxf2d::exportSession();
   session.ClearTree();
   session.blockCounter = 0;
   session.depth = 0;
@@ -62,11 +62,11 @@ bool DXF2dOpenFileForModel(const std::u16string& path) {
 }
 
 bool DXF2dCloseFileForModel() {
-  ExportSession& session = exportSession();
+  ExportSession& session = dxf2d::exportSession();
   if (session.writer == nullptr) {
     return false;
   }
-  // Nodes that the host left open change nothing: the drawing is that of the whole tree.
+  // Nodes that the host left open change nothing: the whole tree is drawn.
   session.currentNode = session.root;
   const SessionEnd end(session);
   writeDrawingEnd(session);

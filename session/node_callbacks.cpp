@@ -4,23 +4,24 @@
 #include "dxf/dxf_writer.h"
 #include "ktscene/kt_graphic_attribute.h"
 #include "ktscene/kt_matrix.h"
-#include "plugin/exports.h"
+#include "session/callbacks.h"
 #include "session/export_session.h"
 #include "session/plain_instance.h"
 
 namespace {
 
-// `matrix` (16 doubles, a world matrix) becomes matrix x local.
-void multiplyInPlace(double* matrix, const double* local) {
-  KtMatrix world;
-  world.Init(matrix);
+using dxf2d::BlockNode;
+using dxf2d::ExportSession;
+using dxf2d::exportSession;
+
+// `world` becomes world x local; `local` points to 16 doubles.
+void multiply(KtMatrix& world, const double* local) {
   KtMatrix step;
   step.Init(local);
   world.Mult(step);
-  world.GetData(matrix);
 }
 
-// The strings that a node is known by, and whether the host has them; a read that fails leaves its
+// The strings that identify a node, and whether the host has them; a read that fails leaves its
 // string empty.
 struct Identity {
   std::u16string graphicName;
@@ -38,9 +39,9 @@ struct Identity {
   }
 };
 
-// Builds a record below the current one, with the next block's number, its parent's colour and its
-// world matrix. It is not attached and takes no number until it is entered, and its texts are those
-// of `identity` until they are kept.
+// Builds a record below the current one, with the next block's number, its parent's color and its
+// world matrix. Until it is entered it is not attached and does not use up the number, and its
+// texts refer to `identity`.
 BlockNode createBlockNode(const ExportSession& session, const KtGraphicAttribute* attribute,
                           const Identity& identity) {
   BlockNode record = *session.currentNode;
@@ -56,7 +57,7 @@ BlockNode createBlockNode(const ExportSession& session, const KtGraphicAttribute
   if (attribute != nullptr) {
     double local[16];
     attribute->GetMatrix(local);
-    multiplyInPlace(record.matrix, local);
+    multiply(record.matrix, local);
   }
   return record;
 }
@@ -75,8 +76,8 @@ BlockNode* enterRecord(ExportSession& session, BlockNode record, std::u16string_
   return node;
 }
 
-// A node's drawing may be used again when the node is an object with a drawable, seen in plan and
-// without a colour of its own. Of two under one name the later one is kept.
+// A node's drawing may be reused when the node is an object with a drawable, seen in plan and
+// without a color of its own. Of two with the same name the later one is kept.
 void registerForReuse(ExportSession& session, const KtGraphicAttribute& attribute,
                       const Identity& identity, const BlockNode* node) {
   if (!identity.hasRealObjectId) {
@@ -138,7 +139,7 @@ void DXF2dCloseNode() {
 void DXF2dMatrix(const double* matrix) {
   const ExportSession& session = exportSession();
   if (session.currentNode != nullptr && matrix != nullptr) {
-    multiplyInPlace(session.currentNode->matrix, matrix);
+    multiply(session.currentNode->matrix, matrix);
   }
 }
 
@@ -146,13 +147,13 @@ void DXF2dMaterial(const double* /*ambient*/, const double* color, const double*
                    const double* /*emission*/, const double* /*shininess*/,
                    const double* /*transparency*/) {
   const ExportSession& session = exportSession();
-  if (color == nullptr || session.writer == nullptr || session.currentNode == nullptr) {
+  if (color == nullptr || !session.CanDraw()) {
     return;
   }
   session.currentNode->colorIndex = session.writer->NearestColorIndex(color[0], color[1], color[2]);
 }
 
-// Levels of detail and bounding boxes do not shape a plan: these are registered, and do nothing.
+// Levels of detail and bounding boxes have no effect on a plan, but the slots are filled.
 void DXF2dOpenLODNode(const std::vector<double>& /*ranges*/, double /*distance*/) {}
 
 void DXF2dCloseLODNode() {}

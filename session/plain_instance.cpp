@@ -3,7 +3,8 @@
 #include <cmath>
 
 #include "ktscene/kt_graphic_attribute.h"
-#include "ktscene/kt_matrix.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -19,11 +20,11 @@ bool isPlainInstance(const BlockNode* node, const KtGraphicAttribute* attribute)
   if ((attribute != nullptr && hasOwnColor(*attribute)) || node == nullptr) {
     return false;
   }
-  KtMatrix matrix;
-  matrix.Init(node->matrix);
   double aboutX = 0.0;
   double aboutY = 0.0;
   double aboutZ = 0.0;
-  matrix.GetRotateKoef(&aboutX, &aboutY, &aboutZ);
+  node->matrix.GetRotateKoef(&aboutX, &aboutY, &aboutZ);
   return std::fabs(aboutX) + std::fabs(aboutY) <= kPlainTilt;
 }
+
+}  // namespace dxf2d

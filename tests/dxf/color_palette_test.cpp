@@ -1,4 +1,4 @@
-#include "dxf/color_palette.h"
+#include "dxf/palette/color_palette.h"
 
 #include <gtest/gtest.h>
 
@@ -7,10 +7,13 @@
 #include <cstdlib>
 #include <limits>
 #include <set>
+#include <vector>
 
 #include "session/export_session.h"
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -49,12 +52,28 @@ TEST(ColorPalette, EveryIndexOccursOnce) {
   EXPECT_EQ(*indices.rbegin(), 255);
 }
 
-TEST(ColorPalette, SearchBeginsAtDarkBlueAndEndsAtWhite) {
-  EXPECT_EQ(kColorPalette.front().index, 178);
-  EXPECT_EQ(kColorPalette[4].index, 5);
-  EXPECT_EQ(kColorPalette[250].index, 51);
-  EXPECT_EQ(kColorPalette[251].index, 7);
-  EXPECT_EQ(kColorPalette.back().index, 255);
+TEST(ColorPalette, IsSearchedInThisOrder) {
+  // Of colors that are equally near, the first one is chosen.
+  const std::vector<int> order = {
+      178, 176, 174, 172, 5,   170, 168, 158, 166, 148, 164, 98,  108, 128, 138, 156, 118, 162, 146,
+      154, 160, 96,  106, 116, 126, 136, 152, 144, 142, 94,  104, 114, 124, 134, 150, 92,  102, 112,
+      122, 132, 140, 3,   90,  100, 110, 120, 4,   130, 188, 88,  198, 186, 179, 169, 159, 149, 78,
+      99,  109, 119, 129, 139, 86,  189, 89,  208, 199, 68,  79,  184, 84,  209, 69,  18,  248, 238,
+      228, 218, 196, 28,  38,  19,  249, 239, 229, 219, 29,  48,  39,  49,  58,  59,  177, 167, 157,
+      147, 76,  97,  107, 117, 127, 137, 182, 82,  187, 87,  206, 197, 66,  77,  194, 180, 175, 165,
+      155, 145, 74,  95,  105, 115, 125, 135, 80,  207, 67,  16,  246, 236, 226, 216, 26,  36,  17,
+      247, 237, 227, 217, 27,  46,  37,  47,  56,  57,  185, 85,  192, 173, 163, 153, 143, 72,  93,
+      103, 113, 123, 133, 250, 204, 195, 64,  75,  183, 83,  205, 65,  251, 202, 193, 62,  73,  14,
+      244, 234, 224, 214, 190, 24,  34,  15,  245, 235, 225, 215, 25,  44,  35,  45,  54,  55,  171,
+      161, 151, 141, 70,  91,  101, 111, 121, 131, 203, 63,  252, 181, 81,  12,  242, 232, 222, 212,
+      22,  32,  13,  243, 233, 223, 213, 23,  42,  33,  43,  52,  53,  253, 200, 191, 60,  71,  254,
+      201, 61,  1,   10,  240, 230, 220, 6,   210, 20,  30,  11,  241, 231, 221, 211, 21,  40,  31,
+      41,  2,   50,  51,  7,   8,   9,   255};
+  std::vector<int> found;
+  for (const PaletteColor& color : kColorPalette) {
+    found.push_back(color.index);
+  }
+  EXPECT_EQ(found, order);
 }
 
 TEST(ColorPalette, EightAndNineAreWhite) {
@@ -74,7 +93,7 @@ TEST(ColorPalette, HuesHaveFiveFullAndFiveHalfSaturatedShades) {
   expectEntry(249, 0.15, 0.15 * 0.5, 0.15 * (0.5 + 0.5 * 0.25));
 }
 
-TEST(ColorPalette, HuesGoRoundTheColourCircleInQuartersOfAPrimary) {
+TEST(ColorPalette, HuesGoRoundTheColorCircleInQuartersOfAPrimary) {
   const auto part = [](double full) { return std::clamp(full, 0.0, 1.0); };
   for (int hue = 0; hue < 24; ++hue) {
     const double red = part(std::abs(hue - 12) / 4.0 - 1);
@@ -91,7 +110,7 @@ TEST(ColorPalette, TwoEntriesDepartFromTheirRow) {
   expectEntry(118, 0, 0.15, 0.75);
 }
 
-TEST(ColorPalette, GreysCloseTheTable) {
+TEST(ColorPalette, GraysCloseTheTable) {
   expectEntry(250, 0.33, 0.33, 0.33);
   expectEntry(251, 0.464, 0.464, 0.464);
   expectEntry(252, 0.598, 0.598, 0.598);
@@ -99,7 +118,7 @@ TEST(ColorPalette, GreysCloseTheTable) {
   expectEntry(254, 0.866, 0.866, 0.866);
 }
 
-TEST(NearestPaletteIndex, BasicColoursAreTheirOwnIndices) {
+TEST(NearestPaletteIndex, BasicColorsAreTheirOwnIndices) {
   EXPECT_EQ(nearestPaletteIndex(1, 1, 1), 7);
   EXPECT_EQ(nearestPaletteIndex(1, 0, 0), 1);
   EXPECT_EQ(nearestPaletteIndex(1, 1, 0), 2);
@@ -109,7 +128,7 @@ TEST(NearestPaletteIndex, BasicColoursAreTheirOwnIndices) {
   EXPECT_EQ(nearestPaletteIndex(1, 0, 1), 6);
 }
 
-TEST(NearestPaletteIndex, HalfGreyIsTheGreyBelowIt) {
+TEST(NearestPaletteIndex, HalfGrayIsTheGrayBelowIt) {
   EXPECT_EQ(nearestPaletteIndex(0.5, 0.5, 0.5), 251);
 }
 
@@ -138,14 +157,14 @@ TEST(NearestPaletteIndex, ComponentsOutsideTheRangeAreNotClamped) {
   EXPECT_EQ(nearestPaletteIndex(200, 200, 200), 7);
 }
 
-TEST(NearestPaletteIndex, NothingIsNearToWhatIsNoNumberOrEnormous) {
+TEST(NearestPaletteIndex, NanAndEnormousComponentsHaveNoNearestColor) {
   EXPECT_EQ(nearestPaletteIndex(kNaN, 0, 0), 0);
   EXPECT_EQ(nearestPaletteIndex(0, 1e300, 0), 0);
   EXPECT_EQ(nearestPaletteIndex(0, 0, 10001.0), 0);
   EXPECT_EQ(nearestPaletteIndex(0, 0, 10000.5), 5);
 }
 
-TEST(Material, NullColourLeavesTheNodesColour) {
+TEST(Material, NullColorLeavesTheNodesColor) {
   DrawingSession session;
   receiveMaterial(1, 0, 0);
   const double unread[3] = {0, 1, 0};
@@ -187,7 +206,7 @@ TEST(Material, AppliesFromWhereItIsReceived) {
                                 blockText(1, unitLineText(7)));
 }
 
-TEST(Material, ComponentThatIsNoNumberIsStoredAndWrittenAsZero) {
+TEST(Material, NanComponentIsStoredAndWrittenAsZero) {
   DrawingSession session;
   DXF2dOpenNode(nullptr);
   receiveMaterial(0, kNaN, 0);
@@ -195,3 +214,5 @@ TEST(Material, ComponentThatIsNoNumberIsStoredAndWrittenAsZero) {
   drawUnitLine();
   EXPECT_EQ(session.Body(), blockText(1, unitLineText(0)));
 }
+
+}  // namespace dxf2d

@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <initializer_list>
 #include <optional>
 #include <string>
 
 #include "tests/dxf/written_by.h"
 #include "tests/platform/numeric_locale.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -77,15 +80,37 @@ TEST(DotLocale, LastOfOverlappingGuardsRestores) {
   EXPECT_EQ(numericLocale(), before);
 }
 
+// Sets every category to C.UTF-8, which every C library has, until the end of the scope.
+class Utf8Locale {
+ public:
+  Utf8Locale() : before_(std::setlocale(LC_ALL, nullptr)) {
+    EXPECT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
+  }
+  ~Utf8Locale() { std::setlocale(LC_ALL, before_.c_str()); }
+  Utf8Locale(const Utf8Locale&) = delete;
+  Utf8Locale& operator=(const Utf8Locale&) = delete;
+
+ private:
+  std::string before_;
+};
+
 TEST(DotLocale, LeavesTheOtherCategoriesAlone) {
-  const std::string collate = std::setlocale(LC_COLLATE, nullptr);
-  const std::string ctype = std::setlocale(LC_CTYPE, nullptr);
-  const DotLocale guard;
-  EXPECT_EQ(std::setlocale(LC_COLLATE, nullptr), collate);
-  EXPECT_EQ(std::setlocale(LC_CTYPE, nullptr), ctype);
+  const std::initializer_list<int> others = {LC_COLLATE, LC_CTYPE, LC_MESSAGES, LC_MONETARY,
+                                             LC_TIME};
+  const Utf8Locale locale;
+  {
+    const DotLocale guard;
+    EXPECT_EQ(numericLocale(), "C");
+    for (const int category : others) {
+      EXPECT_STREQ(std::setlocale(category, nullptr), "C.UTF-8") << category;
+    }
+    ASSERT_NE(std::setlocale(LC_TIME, "C"), nullptr);
+  }
+  EXPECT_EQ(numericLocale(), "C.UTF-8");
+  EXPECT_STREQ(std::setlocale(LC_TIME, nullptr), "C");
 }
 
-TEST(DotLocale, ExportCreatesNone) {
+TEST(DotLocale, TheExportCreatesNone) {
   const NumericLocale locale(kCommaLocales);
   if (!locale.Found()) {
     GTEST_SKIP() << kNoCommaLocale;
@@ -112,3 +137,5 @@ TEST(DotLocale, MakesAWholeExportPoints) {
   EXPECT_EQ(body.find(','), std::string::npos);
   EXPECT_NE(body.find(" 10\n0.500000\n"), std::string::npos);
 }
+
+}  // namespace dxf2d

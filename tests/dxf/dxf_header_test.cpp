@@ -5,6 +5,8 @@
 #include "tests/dxf/written_by.h"
 #include "tests/platform/numeric_locale.h"
 
+namespace dxf2d {
+
 namespace {
 
 std::string headerSection() {
@@ -78,3 +80,5 @@ TEST(HeaderSection, DoesNotDependOnTheScene) {
   session.Close();
   EXPECT_EQ(session.Written().substr(0, opened.size()), opened);
 }
+
+}  // namespace dxf2d

@@ -5,15 +5,17 @@
 #include <numbers>
 
 #include "ktscene/kt_matrix.h"
-#include "session/block_node.h"
+#include "session/record/block_node.h"
 #include "tests/dxf/written_by.h"
 #include "tests/support/expected_groups.h"
+
+namespace dxf2d {
 
 namespace {
 
 BlockNode nodeWith(const KtMatrix& matrix, std::uint32_t number = 1) {
   BlockNode node;
-  matrix.GetData(node.matrix);
+  node.matrix = matrix;
   node.blockNumber = number;
   return node;
 }
@@ -25,7 +27,7 @@ BlockNode translatedNode() {
 }
 
 std::string placementOf(const KtMatrix& matrix) {
-  return writtenBy([&](DxfWriter& writer) { writer.WriteInsertPlacement(matrix.Data()); });
+  return writtenBy([&](DxfWriter& writer) { writer.WriteInsertPlacement(matrix); });
 }
 
 KtMatrix turned(double x, double y, double z, double angle) {
@@ -163,7 +165,7 @@ TEST(Primitives, EntitiesOpenWithTheirType) {
   EXPECT_EQ(writtenBy([](DxfWriter& writer) { writer.WriteVerticesFollow(); }), " 66\n1\n");
 }
 
-TEST(Primitives, PolylineWithoutColourHasNoGroup62) {
+TEST(Primitives, PolylineWithoutColorHasNoGroup62) {
   const std::string text =
       writtenBy([](DxfWriter& writer) { writer.WritePolylineBegin(nullptr, true); });
   EXPECT_EQ(text,
@@ -171,7 +173,7 @@ TEST(Primitives, PolylineWithoutColourHasNoGroup62) {
             " 70\n1\n");
 }
 
-TEST(Primitives, PolylineWithColourIsOpenOrClosed) {
+TEST(Primitives, PolylineWithColorIsOpenOrClosed) {
   const int color = -1;
   EXPECT_EQ(writtenBy([&](DxfWriter& writer) { writer.WritePolylineBegin(&color, false); }),
             "  0\nPOLYLINE\n  8\n0\n 62\n254\n 66\n1\n 10\n0.000000\n 20\n0.000000\n"
@@ -185,7 +187,7 @@ TEST(Primitives, VertexHasLayerAndFlags) {
   EXPECT_EQ(writtenBy([](DxfWriter& writer) { writer.WriteVertexBegin(nullptr); }), expected);
 }
 
-TEST(Primitives, RecordColourIsReplacedOnlyWhereThereWasNoMaterial) {
+TEST(Primitives, RecordColorIsReplacedOnlyWhereThereWasNoMaterial) {
   const auto colorOf = [](int color) {
     return writtenBy([&](DxfWriter& writer) { writer.WriteColor(color); });
   };
@@ -206,7 +208,7 @@ TEST(Primitives, IndexOutsideThePaletteIsWhite) {
   EXPECT_EQ(colorOf(255), " 62\n255\n");
 }
 
-TEST(Primitives, RgbIsTheNearestIndexAndWhiteWhereThereIsNone) {
+TEST(Primitives, RgbIsTheNearestIndexOrElseWhite) {
   EXPECT_EQ(writtenBy([](DxfWriter& writer) { writer.WriteColorRgb(0, 0, 0); }), " 62\n178\n");
   EXPECT_EQ(writtenBy([](DxfWriter& writer) { writer.WriteColorRgb(1e9, 0, 0); }), " 62\n7\n");
 }
@@ -241,6 +243,13 @@ TEST(InsertPlacement, NegligibleTurnIsNotWritten) {
   EXPECT_EQ(placementOf(turned(0, 0, 1, -0.0009)), pointText(10, {"5.000000", "6.000000"}));
 }
 
+TEST(InsertPlacement, RotationIsWrittenFromJustAboveAThousandthOfARadian) {
+  for (const double sign : {1.0, -1.0}) {
+    EXPECT_EQ(placementOf(turned(0, 0, 1, sign * 0.0009999999)).find(" 50\n"), std::string::npos);
+    EXPECT_NE(placementOf(turned(0, 0, 1, sign * 0.0010000001)).find(" 50\n"), std::string::npos);
+  }
+}
+
 TEST(InsertPlacement, HalfARadianIsWrittenInDegrees) {
   EXPECT_EQ(placementOf(turned(0, 0, 1, 0.5)),
             pointText(10, {"5.000000", "6.000000"}) + " 50\n28.647890\n");
@@ -265,3 +274,5 @@ TEST(InsertPlacement, CoordinateThatIsNotFiniteIsZero) {
   matrix.SetTranslation(-kInfinity, 2, kInfinity);
   EXPECT_EQ(placementOf(matrix), pointText(10, {"0.000000", "2.000000"}));
 }
+
+}  // namespace dxf2d

@@ -4,6 +4,8 @@
 
 #include "tests/dxf/written_by.h"
 
+namespace dxf2d {
+
 namespace {
 
 std::string tablesSection() {
@@ -47,3 +49,5 @@ TEST(TablesSection, IsTheSameInEveryDrawingAndBlocksFollowIt) {
   EXPECT_TRUE(opened.ends_with(tablesSection() + "  0\nSECTION\n  2\nBLOCKS\n"));
   EXPECT_EQ(openedDrawing(), opened);
 }
+
+}  // namespace dxf2d

@@ -12,6 +12,9 @@
 #include "tests/dxf/written_by.h"
 #include "tests/support/code_page_setting.h"
 #include "tests/support/error_boxes.h"
+#include "tests/support/german_messages.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -26,19 +29,31 @@ std::string writtenReal(double value) {
 
 }  // namespace
 
+TEST(DxfWriterOpen, BoxHasItsTitleInTheUsersLanguage) {
+  const GermanMessages german(KT_SCENE_TEST_CATALOGS);
+  if (!german.IsSet()) {
+    GTEST_SKIP() << "the C library has no locale that allows translations";
+  }
+  const ErrorBoxes boxes;
+  DxfWriter writer;
+  EXPECT_FALSE(writer.Open(u"/dev/null/drawing.dxf"));
+  ASSERT_EQ(boxes.Shown().size(), 1U);
+  EXPECT_EQ(boxes.Shown().front().title, u"DXF-Exportfehler");
+}
+
 TEST(DxfWriterOpen, MissingFolderShowsABoxAndCreatesNothing) {
   const TempFile folder("");
   const std::string path = folder.Path() + "/drawing.dxf";
   const ErrorBoxes boxes;
   DxfWriter writer;
-  EXPECT_FALSE(writer.Open(PathFromBytes(path)));
+  EXPECT_FALSE(writer.Open(pathFromBytes(path)));
   ASSERT_EQ(boxes.Shown().size(), 1U);
   const ErrorBoxes::Box& box = boxes.Shown().front();
   EXPECT_EQ(box.owner, nullptr);
-  EXPECT_EQ(box.title, ZuTranslateText(u"DXF export error"));
+  EXPECT_EQ(box.title, u"DXF export error");
   EXPECT_EQ(box.style, 0);
   std::array<char16_t, 1024> message{};
-  ASSERT_TRUE(CFileException(CFileException::badPath, -1, PathFromBytes(path).c_str())
+  ASSERT_TRUE(CFileException(CFileException::badPath, -1, pathFromBytes(path).c_str())
                   .GetErrorMessage(message.data(), message.size()));
   EXPECT_EQ(box.text, message.data());
   EXPECT_FALSE(std::filesystem::exists(path));
@@ -48,7 +63,7 @@ TEST(DxfWriterOpen, MissingFolderShowsABoxAndCreatesNothing) {
 TEST(DxfWriterOpen, FolderInPlaceOfAFileShowsABox) {
   const ErrorBoxes boxes;
   DxfWriter writer;
-  EXPECT_FALSE(writer.Open(PathFromBytes(testing::TempDir())));
+  EXPECT_FALSE(writer.Open(pathFromBytes(testing::TempDir())));
   EXPECT_EQ(boxes.Shown().size(), 1U);
 }
 
@@ -96,7 +111,7 @@ TEST(DxfWriterOpen, FailureLeavesAWriterThatCanBeOpenedAgain) {
   const ErrorBoxes boxes;
   const TempFile file;
   DxfWriter writer;
-  EXPECT_FALSE(writer.Open(PathFromBytes(testing::TempDir())));
+  EXPECT_FALSE(writer.Open(pathFromBytes(testing::TempDir())));
   EXPECT_THROW(writer.WriteLayer(), CFileException);
   ASSERT_TRUE(writer.Open(file.WidePath()));
   writer.Close();
@@ -106,7 +121,7 @@ TEST(DxfWriterOpen, FailureLeavesAWriterThatCanBeOpenedAgain) {
 TEST(DxfWriterOpen, FileNameNeedNotBeUtf8) {
   const std::string path = testing::TempDir() + "dxf2d_\xFF\xFE_name.dxf";
   DxfWriter writer;
-  ASSERT_TRUE(writer.Open(PathFromBytes(path)));
+  ASSERT_TRUE(writer.Open(pathFromBytes(path)));
   writer.Close();
   EXPECT_EQ(readFile(path), openedDrawing());
   std::filesystem::remove(path);
@@ -202,6 +217,36 @@ TEST(DxfWriterWrite, TextThatItsCodePageNeedsTooManyBytesForFails) {
   EXPECT_EQ(bodyOf(readFile(file.Path())), "  0\nSEQEND\n");
 }
 
+TEST(DxfWriterWrite, FailureOfTheCodePageNamesTheTextAndThePage) {
+  const CodePageSetting page(65001);
+  const TempFile file;
+  DxfWriter writer;
+  ASSERT_TRUE(writer.Open(file.WidePath()));
+  try {
+    writer.Write(CString(u"\u65e5\u672c\u8a9e\u65e5\u672c"));
+    FAIL() << "five letters of three bytes were written";
+  } catch (const CFileException& error) {
+    EXPECT_EQ(error.m_cause, CFileException::invalidFile);
+    EXPECT_EQ(error.what(), "The file \"" + file.Path() +
+                                "\" cannot take the text \"\u65e5\u672c\u8a9e\u65e5\u672c\", which "
+                                "needs more than two bytes per character in code page 65001.");
+  }
+}
+
+TEST(DxfWriterWrite, FailureOfTheCodePageQuotesTheBeginningOfALongText) {
+  const CodePageSetting page(65001);
+  const TempFile file;
+  DxfWriter writer;
+  ASSERT_TRUE(writer.Open(file.WidePath()));
+  try {
+    writer.Write(CString(std::u16string(1000, u'\u65e5')));
+    FAIL() << "1000 letters of three bytes were written";
+  } catch (const CFileException& error) {
+    EXPECT_NE(error.m_strReason.View().find(std::u16string(40, u'\u65e5') + u"...\""),
+              std::u16string_view::npos);
+  }
+}
+
 TEST(DxfWriterWrite, WithoutAnOpenFileFails) {
   DxfWriter writer;
   EXPECT_THROW(writer.WriteLayer(), CFileException);
@@ -224,3 +269,5 @@ TEST(DxfWriterWrite, FullDiskIsReported) {
   writer.Close();
   EXPECT_EQ(readFile(file.Path()), openedDrawing());
 }
+
+}  // namespace dxf2d

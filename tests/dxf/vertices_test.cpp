@@ -9,6 +9,8 @@
 #include "tests/dxf/written_by.h"
 #include "tests/platform/numeric_locale.h"
 
+namespace dxf2d {
+
 namespace {
 
 std::string writtenTogether(const std::vector<KtPoint3>& points) {
@@ -43,7 +45,7 @@ TEST(Vertices, VertexIsItsGroups) {
             "  0\nVERTEX\n  8\n0\n 70\n0\n 10\n1.500000\n 20\n-2.000000\n 30\n0.000000\n");
 }
 
-TEST(Vertices, NoneIsNothing) { EXPECT_EQ(writtenTogether({}), ""); }
+TEST(Vertices, ZeroVerticesWriteNothing) { EXPECT_EQ(writtenTogether({}), ""); }
 
 TEST(Vertices, AnyCountIsAsOneByOne) {
   for (const int count : {1, 2, 3, 4, 5, 31, 32, 33, 63, 64, 65, 1000}) {
@@ -83,3 +85,5 @@ TEST(Vertices, SeparatorIsThatOfTheLocale) {
     EXPECT_EQ(text, writtenOneByOne(points));
   }
 }
+
+}  // namespace dxf2d

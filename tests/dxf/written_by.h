@@ -8,6 +8,8 @@
 #include "dxf/dxf_writer.h"
 #include "tests/support/drawing_session.h"
 
+namespace dxf2d {
+
 // Runs `write(writer)` on a writer with an open file and returns what follows the head.
 template <class Write>
 std::string writtenBy(Write write) {
@@ -27,3 +29,5 @@ inline std::string openedDrawing() {
   writer.Close();
   return readFile(file.Path());
 }
+
+}  // namespace dxf2d

@@ -8,6 +8,8 @@
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
 
+namespace dxf2d {
+
 namespace {
 
 // The drawing of one leaf object with the given matrix, as far as its placement.
@@ -52,7 +54,7 @@ TEST(BlockEmission, GroupOfObjectsIsWrittenAndItsPartsArePlaced) {
                 drawingEndText(insertText(2) + insertText(3, {"2.000000", "0.000000"})));
 }
 
-TEST(BlockEmission, GroupOfPartsThatAreNoObjectsIsPlacedItself) {
+TEST(BlockEmission, GroupWhosePartsAreNotObjectsIsPlacedItself) {
   HostNode group(u"", u"G");
   HostNode part(u"part");
   group.node.matrix = placed(7, 8, 0);
@@ -237,3 +239,5 @@ TEST(PruneInsertList, ChildThatIsNotPlacedCountsAsWell) {
   DXF2dCloseNode();
   EXPECT_TRUE(session.Close().ends_with(drawingEndText("")));
 }
+
+}  // namespace dxf2d

@@ -5,7 +5,7 @@
 #include <random>
 #include <vector>
 
-#include "geometry/outline_block.h"
+#include "geometry/callbacks.h"
 #include "ktscene/kt_graphic_node.h"
 #include "labels/label_callback.h"
 #include "platform/cfile_exception.h"
@@ -14,6 +14,8 @@
 #include "tests/support/drawing_session.h"
 #include "tests/support/error_boxes.h"
 #include "tests/support/expected_groups.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -77,12 +79,12 @@ void expectNoCallbackDoesAnything() {
 
 }  // namespace
 
-TEST(CallbackOrder, BeforeOpenNothingHappens) {
+TEST(CallbackOrder, CallsBeforeOpenHaveNoEffect) {
   expectNoCallbackDoesAnything();
   expectNextExportIsRight();
 }
 
-TEST(CallbackOrder, AfterCloseNothingHappens) {
+TEST(CallbackOrder, CallsAfterCloseHaveNoEffect) {
   DrawingSession session;
   DXF2dOpenNode(nullptr);
   drawUnitLine();
@@ -120,7 +122,7 @@ TEST(CallbackOrder, MoreClosesThanOpensEndTheDrawingsContent) {
 
 TEST(CallbackOrder, CloseAfterAFailedOpenLeavesACleanSession) {
   const ErrorBoxes boxes;
-  ASSERT_FALSE(DXF2dOpenFileForModel(PathFromBytes(testing::TempDir())));
+  ASSERT_FALSE(DXF2dOpenFileForModel(pathFromBytes(testing::TempDir())));
   EXPECT_THROW(DXF2dCloseFileForModel(), CFileException);
   expectNoCallbackDoesAnything();
   expectNextExportIsRight();
@@ -128,7 +130,7 @@ TEST(CallbackOrder, CloseAfterAFailedOpenLeavesACleanSession) {
 
 TEST(CallbackOrder, WalkAfterAFailedOpenIsReportedWriteByWrite) {
   const ErrorBoxes boxes;
-  ASSERT_FALSE(DXF2dOpenFileForModel(PathFromBytes(testing::TempDir())));
+  ASSERT_FALSE(DXF2dOpenFileForModel(pathFromBytes(testing::TempDir())));
   DXF2dOpenNode(nullptr);
   EXPECT_THROW(drawUnitLine(), CFileException);
   EXPECT_THROW(drawLabel(), CFileException);
@@ -140,21 +142,21 @@ TEST(CallbackOrder, AnyOrderLeavesTheNextExportRight) {
   const ErrorBoxes boxes;
   const TempFile file;
   HostNode plain(u"g", u"A", u"A");
-  HostNode coloured(u"g", u"B", u"B");
-  coloured.node.color = {1, 0, 0};
+  HostNode colored(u"g", u"B", u"B");
+  colored.node.color = {1, 0, 0};
   HostNode unnamed(u"", u"C", u"C");
   const std::vector<std::function<void()>> calls = {
       [&] { DXF2dOpenFileForModel(file.WidePath()); },
-      [&] { DXF2dOpenFileForModel(PathFromBytes(testing::TempDir())); },
+      [&] { DXF2dOpenFileForModel(pathFromBytes(testing::TempDir())); },
       [] { DXF2dCloseFileForModel(); },
       [&] { DXF2dOpenNode(plain.Attribute()); },
-      [&] { DXF2dOpenNode(coloured.Attribute()); },
+      [&] { DXF2dOpenNode(colored.Attribute()); },
       [&] { DXF2dOpenNode(unnamed.Attribute()); },
       [] { DXF2dOpenNode(nullptr); },
       [] { DXF2dCloseNode(); },
       [] { DXF2dCloseNode(); },
       [&] { DXF2DReuseCallback(plain.Attribute()); },
-      [&] { DXF2DReuseCallback(coloured.Attribute()); },
+      [&] { DXF2DReuseCallback(colored.Attribute()); },
       [] { receiveRed(); },
       [] { drawTriangle(); },
       [] { drawUnitLine(); },
@@ -176,3 +178,5 @@ TEST(CallbackOrder, AnyOrderLeavesTheNextExportRight) {
     expectNextExportIsRight();
   }
 }
+
+}  // namespace dxf2d

@@ -7,6 +7,8 @@
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
 
+namespace dxf2d {
+
 namespace {
 
 constexpr int kMillion = 1000000;
@@ -115,3 +117,5 @@ TEST(WideTree, PruningTakesEveryGroupOfObjects) {
   }
   EXPECT_TRUE(session.Close().ends_with(drawingEndText("")));
 }
+
+}  // namespace dxf2d

@@ -4,6 +4,8 @@
 
 #include <limits>
 
+namespace dxf2d {
+
 namespace {
 
 BlockNode* enterRoot(ExportSession& session) {
@@ -37,7 +39,7 @@ TEST(ExportSession, DepthWraps) {
   EXPECT_EQ(session.depth, std::numeric_limits<std::int32_t>::min());
 }
 
-TEST(ExportSession, ClearedTreeLeavesNothingThatPointsIntoIt) {
+TEST(ExportSession, ClearingTheTreeClearsThePointersIntoIt) {
   ExportSession session;
   BlockNode* root = enterRoot(session);
   session.insertList.push_back(root);
@@ -51,3 +53,5 @@ TEST(ExportSession, ClearedTreeLeavesNothingThatPointsIntoIt) {
 }
 
 TEST(ExportSession, ModuleHasOne) { EXPECT_EQ(&exportSession(), &exportSession()); }
+
+}  // namespace dxf2d

@@ -6,12 +6,15 @@
 #include "session/export_session.h"
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
+#include "tests/support/node_without_writer.h"
+
+namespace dxf2d {
 
 namespace {
 
 ExportSession& state() { return exportSession(); }
 
-void receiveColour(double red, double green, double blue) {
+void receiveColor(double red, double green, double blue) {
   const double color[3] = {red, green, blue};
   DXF2dMaterial(nullptr, color, nullptr, nullptr, nullptr, nullptr);
 }
@@ -49,7 +52,7 @@ TEST(OpenNode, NullAttributeGivesANamelessNodeOnItsParentsMatrix) {
   DrawingSession session;
   DXF2dOpenNode(host.Attribute());
   DXF2dOpenNode(nullptr);
-  EXPECT_EQ(state().currentNode->matrix[12], 1.0);
+  EXPECT_EQ(state().currentNode->matrix.Data()[12], 1.0);
   EXPECT_TRUE(state().currentNode->graphicName.empty());
   EXPECT_TRUE(state().currentNode->objectId.empty());
 }
@@ -64,8 +67,8 @@ TEST(OpenNode, MatrixIsParentTimesLocal) {
   DXF2dOpenNode(outer.Attribute());
   DXF2dOpenNode(inner.Attribute());
   // Two units along the outer node's turned x axis.
-  EXPECT_NEAR(state().currentNode->matrix[12], 10.0, 1e-12);
-  EXPECT_NEAR(state().currentNode->matrix[13], 2.0, 1e-12);
+  EXPECT_NEAR(state().currentNode->matrix.Data()[12], 10.0, 1e-12);
+  EXPECT_NEAR(state().currentNode->matrix.Data()[13], 2.0, 1e-12);
 }
 
 TEST(OpenNode, WithoutAnExportDoesNothing) {
@@ -137,15 +140,15 @@ TEST(Reuse, TiltOfAnAncestorCounts) {
   EXPECT_FALSE(DXF2DReuseCallback(second.Attribute()));
 }
 
-TEST(Reuse, ColouredOccurrenceGetsABlockOfItsOwn) {
+TEST(Reuse, ColoredOccurrenceGetsABlockOfItsOwn) {
   HostNode first(u"g", u"A", u"A");
-  HostNode coloured(u"g", u"B", u"B");
-  coloured.node.color = {1, 0, 0};
+  HostNode colored(u"g", u"B", u"B");
+  colored.node.color = {1, 0, 0};
   HostNode material(u"g", u"C", u"C");
   material.node.material = std::make_unique<KtMaterial>();
   DrawingSession session;
   walkLeaf(first, false);
-  EXPECT_FALSE(DXF2DReuseCallback(coloured.Attribute()));
+  EXPECT_FALSE(DXF2DReuseCallback(colored.Attribute()));
   EXPECT_FALSE(DXF2DReuseCallback(material.Attribute()));
   EXPECT_EQ(state().blockCounter, 2U);
 }
@@ -246,12 +249,12 @@ TEST(Registration, AsksForTheFourConditions) {
   undrawable.node.hasGraphicItem = false;
   HostNode tilted(u"c", u"C", u"C");
   tilted.node.matrix.Rotate(1, 0, 0, 1);
-  HostNode coloured(u"d", u"D", u"D");
-  coloured.node.color = {0, 0, 0};
+  HostNode colored(u"d", u"D", u"D");
+  colored.node.color = {0, 0, 0};
   HostNode plain(u"e", u"", u"E");
   DrawingSession session;
   const std::uint32_t unnamed = state().unnamedReusableCount;
-  for (HostNode* host : {&unreal, &undrawable, &tilted, &coloured, &plain}) {
+  for (HostNode* host : {&unreal, &undrawable, &tilted, &colored, &plain}) {
     walkLeaf(*host, false);
   }
   EXPECT_EQ(state().reuseMap.size(), 1U);
@@ -261,41 +264,41 @@ TEST(Registration, AsksForTheFourConditions) {
 }
 
 TEST(Registration, UnnamedNodesThatFailAnotherConditionAreNotCounted) {
-  HostNode coloured(u"", u"A", u"A");
-  coloured.node.color = {0, 0, 0};
+  HostNode colored(u"", u"A", u"A");
+  colored.node.color = {0, 0, 0};
   DrawingSession session;
   const std::uint32_t before = state().unnamedReusableCount;
-  walkLeaf(coloured, false);
+  walkLeaf(colored, false);
   EXPECT_EQ(state().unnamedReusableCount, before);
 }
 
-TEST(Colour, RootHasNoneUntilAMaterialComes) {
+TEST(Color, RootHasNoneUntilAMaterialComes) {
   DrawingSession session;
   EXPECT_EQ(state().currentNode->colorIndex, -1);
-  receiveColour(0, 0, 1);
+  receiveColor(0, 0, 1);
   EXPECT_EQ(state().currentNode->colorIndex, 5);
 }
 
-TEST(Colour, ChildTakesItsParentsAtCreation) {
+TEST(Color, ChildTakesItsParentsAtCreation) {
   DrawingSession session;
   DXF2dOpenNode(nullptr);
-  receiveColour(1, 0, 0);
+  receiveColor(1, 0, 0);
   DXF2dOpenNode(nullptr);
   const BlockNode* child = state().currentNode;
   EXPECT_EQ(child->colorIndex, 1);
   DXF2dCloseNode();
-  receiveColour(0, 1, 0);
+  receiveColor(0, 1, 0);
   EXPECT_EQ(child->colorIndex, 1);
   DXF2dOpenNode(nullptr);
   EXPECT_EQ(state().currentNode->colorIndex, 3);
 }
 
-TEST(Colour, ReusedNodeTakesItsParents) {
+TEST(Color, ReusedNodeTakesItsParents) {
   HostNode first(u"g", u"A", u"A");
   HostNode second(u"g", u"B", u"B");
   DrawingSession session;
   walkLeaf(first, false);
-  receiveColour(1, 0, 0);
+  receiveColor(1, 0, 0);
   ASSERT_TRUE(DXF2DReuseCallback(second.Attribute()));
   EXPECT_EQ(state().currentNode->colorIndex, 1);
 }
@@ -308,9 +311,9 @@ TEST(MatrixCallback, MultipliesTheCurrentNodesMatrix) {
   DrawingSession session;
   DXF2dOpenNode(host.Attribute());
   DXF2dMatrix(step.Data());
-  EXPECT_NEAR(state().currentNode->matrix[12], 0.0, 1e-12);
-  EXPECT_NEAR(state().currentNode->matrix[13], 3.0, 1e-12);
-  EXPECT_EQ(state().root->matrix[13], 0.0);
+  EXPECT_NEAR(state().currentNode->matrix.Data()[12], 0.0, 1e-12);
+  EXPECT_NEAR(state().currentNode->matrix.Data()[13], 3.0, 1e-12);
+  EXPECT_EQ(state().root->matrix.Data()[13], 0.0);
 }
 
 TEST(MatrixCallback, WithoutANodeOrAMatrixDoesNothing) {
@@ -319,7 +322,7 @@ TEST(MatrixCallback, WithoutANodeOrAMatrixDoesNothing) {
   DXF2dMatrix(step.Data());
   DrawingSession session;
   DXF2dMatrix(nullptr);
-  EXPECT_EQ(state().root->matrix[0], 1.0);
+  EXPECT_EQ(state().root->matrix.Data()[0], 1.0);
 }
 
 TEST(EmptyCallbacks, LevelsOfDetailAndBoundsChangeNothing) {
@@ -337,3 +340,12 @@ TEST(EmptyCallbacks, LevelsOfDetailAndBoundsChangeNothing) {
   EXPECT_TRUE(node->children.empty());
   EXPECT_EQ(session.Body(), "");
 }
+
+TEST(Material, WithoutAWriterTheColorStays) {
+  const NodeWithoutWriter session;
+  const double red[3] = {1, 0, 0};
+  DXF2dMaterial(nullptr, red, nullptr, nullptr, nullptr, nullptr);
+  EXPECT_EQ(exportSession().currentNode->colorIndex, -1);
+}
+
+}  // namespace dxf2d

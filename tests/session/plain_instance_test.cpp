@@ -6,13 +6,25 @@
 
 #include "tests/support/drawing_session.h"
 
+namespace dxf2d {
+
 namespace {
+
+// The unrotated node with element 0 of its matrix replaced.
+BlockNode nodeWithFirstElement(double value) {
+  BlockNode node;
+  double data[16];
+  node.matrix.GetData(data);
+  data[0] = value;
+  node.matrix.Init(data);
+  return node;
+}
 
 BlockNode turnedNode(double x, double y, double z, double angle) {
   KtMatrix matrix;
   matrix.Rotate(x, y, z, angle);
   BlockNode node;
-  matrix.GetData(node.matrix);
+  node.matrix = matrix;
   return node;
 }
 
@@ -39,29 +51,27 @@ TEST(IsPlainInstance, TiltsAboutBothAxesAddUp) {
   matrix.Rotate(1, 0, 0, 0.02);
   matrix.Rotate(0, 1, 0, -0.02);
   BlockNode node;
-  matrix.GetData(node.matrix);
+  node.matrix = matrix;
   EXPECT_FALSE(isPlainInstance(&node, nullptr));
 }
 
 TEST(IsPlainInstance, MirroredNodeIsTilted) {
-  BlockNode node = turnedNode(0, 0, 1, 0);
-  node.matrix[0] = -1;
+  const BlockNode node = nodeWithFirstElement(-1);
   EXPECT_FALSE(isPlainInstance(&node, nullptr));
 }
 
 TEST(IsPlainInstance, MatrixWithoutARotationIsPlain) {
-  BlockNode node = turnedNode(0, 0, 1, 0);
-  node.matrix[0] = 0;
+  const BlockNode node = nodeWithFirstElement(0);
   EXPECT_TRUE(isPlainInstance(&node, nullptr));
 }
 
-TEST(IsPlainInstance, OwnColourOrMaterialIsNot) {
+TEST(IsPlainInstance, OwnColorOrMaterialIsNot) {
   const BlockNode node = turnedNode(0, 0, 1, 0);
   HostNode bare;
   EXPECT_TRUE(isPlainInstance(&node, bare.Attribute()));
-  HostNode coloured;
-  coloured.node.color = {1, 0, 0};
-  EXPECT_FALSE(isPlainInstance(&node, coloured.Attribute()));
+  HostNode colored;
+  colored.node.color = {1, 0, 0};
+  EXPECT_FALSE(isPlainInstance(&node, colored.Attribute()));
   HostNode material;
   material.node.material = std::make_unique<KtMaterial>();
   EXPECT_FALSE(isPlainInstance(&node, material.Attribute()));
@@ -72,3 +82,5 @@ TEST(IsPlainInstance, NullNodeIsNot) {
   EXPECT_FALSE(isPlainInstance(nullptr, nullptr));
   EXPECT_FALSE(isPlainInstance(nullptr, host.Attribute()));
 }
+
+}  // namespace dxf2d

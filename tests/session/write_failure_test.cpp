@@ -1,35 +1,22 @@
 // Disks that fill up while a drawing is written.
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include <filesystem>
 #include <functional>
 
-#include "geometry/outline_block.h"
+#include "geometry/callbacks.h"
 #include "labels/label_callback.h"
+#include "platform/cfile.h"
 #include "platform/cfile_exception.h"
 #include "session/export_session.h"
 #include "tests/support/code_page_setting.h"
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
+#include "tests/support/file_size_limit.h"
+
+namespace dxf2d {
 
 namespace {
-
-// Lets files grow up to `size` bytes, for this process and until the end of the scope.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(std::uintmax_t size) {
-    getrlimit(RLIMIT_FSIZE, &before_);
-    const rlimit limit{size, before_.rlim_max};
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-  }
-  ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &before_); }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
- private:
-  rlimit before_{};
-};
 
 CFileException::Cause causeOf(const std::function<void()>& call) {
   try {
@@ -133,3 +120,24 @@ TEST(WriteFailure, NothingIsWrittenTwiceOnceThereIsRoomAgain) {
   EXPECT_EQ(bodyOf(readFile(file.Path())),
             "  0\nBLOCK\n" + blockText(0, unitLineText()) + drawingEndText(""));
 }
+
+TEST(WriteFailure, CloseUnlocksTheFile) {
+  const TempFile file;
+  ASSERT_TRUE(DXF2dOpenFileForModel(file.WidePath()));
+  CFile other;
+  ASSERT_FALSE(other.Open(file.WidePath().c_str(), CFile::modeWrite, nullptr));
+  {
+    const FileSizeLimit limit(std::filesystem::file_size(file.Path()) + 3);
+    EXPECT_EQ(causeOf([] {
+                // More than the file's buffer holds, so that writing fails and not closing.
+                for (int i = 0; i < 100000; ++i) {
+                  exportSession().insertList.push_back(exportSession().root);
+                }
+                DXF2dCloseFileForModel();
+              }),
+              CFileException::diskFull);
+  }
+  EXPECT_TRUE(other.Open(file.WidePath().c_str(), CFile::modeWrite, nullptr));
+}
+
+}  // namespace dxf2d

@@ -3,10 +3,12 @@
 
 #include <string>
 
-#include "geometry/outline_block.h"
+#include "geometry/callbacks.h"
 #include "labels/label_callback.h"
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
+
+namespace dxf2d {
 
 TEST(WrittenAtOnce, FileGrowsByEachCallbacksBlock) {
   const PlanPoint right = {"1.000000", "0.000000"};
@@ -59,3 +61,5 @@ TEST(WrittenAtOnce, BlockLargerThanAnyBufferIsThereToo) {
   EXPECT_TRUE(body.ends_with("  0\nSEQEND\n  0\nENDBLK\n  8\n0\n"));
   EXPECT_TRUE(session.Close().starts_with(body + "  0\nENDSEC\n"));
 }
+
+}  // namespace dxf2d

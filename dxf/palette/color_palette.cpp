@@ -1,7 +1,9 @@
-#include "dxf/color_palette.h"
+#include "dxf/palette/color_palette.h"
 
 #include <cmath>
 #include <cstddef>
+
+namespace dxf2d {
 
 namespace {
 
@@ -38,7 +40,7 @@ constexpr std::array<Rgb, 9> kBasicColors = {{{1, 0, 0},
                                               {1, 1, 1},
                                               {1, 1, 1}}};
 
-// The full colours of the 24 hues, ten indices each from 10 on.
+// The full colors of the 24 hues, ten indices each from 10 on.
 constexpr std::array<Rgb, 24> kHues = {
     {{1, 0, 0},   {1, 0.25, 0}, {1, 0.5, 0}, {1, 0.75, 0}, {1, 1, 0},   {0.75, 1, 0},
      {0.5, 1, 0}, {0.25, 1, 0}, {0, 1, 0},   {0, 1, 0.25}, {0, 1, 0.5}, {0, 1, 0.75},
@@ -48,7 +50,7 @@ constexpr std::array<Rgb, 24> kHues = {
 // Brightness of a hue's five pairs of a full and a half-saturated shade.
 constexpr std::array<double, 5> kShades = {1.0, 0.65, 0.5, 0.3, 0.15};
 
-constexpr std::array<double, 6> kGreys = {0.33, 0.464, 0.598, 0.732, 0.866, 1.0};
+constexpr std::array<double, 6> kGrays = {0.33, 0.464, 0.598, 0.732, 0.866, 1.0};
 
 constexpr Rgb hueShade(int index) {
   const Rgb& hue = kHues[static_cast<std::size_t>((index - 10) / 10)];
@@ -65,8 +67,8 @@ constexpr Rgb colorOf(int index) {
     return kBasicColors[static_cast<std::size_t>(index - 1)];
   }
   if (index >= 250) {
-    const double grey = kGreys[static_cast<std::size_t>(index - 250)];
-    return {grey, grey, grey};
+    const double gray = kGrays[static_cast<std::size_t>(index - 250)];
+    return {gray, gray, gray};
   }
   if (index == 108) {
     return {0, 0.15, 0.09375};
@@ -105,3 +107,5 @@ int nearestPaletteIndex(double r, double g, double b) {
   }
   return result;
 }
+
+}  // namespace dxf2d

@@ -1,8 +1,10 @@
-#include "session/block_node.h"
+#include "session/record/block_node.h"
 
 #include <gtest/gtest.h>
 
 #include <vector>
+
+namespace dxf2d {
 
 TEST(BlockNode, NameEndsInALineFeed) {
   BlockNode node;
@@ -12,7 +14,7 @@ TEST(BlockNode, NameEndsInALineFeed) {
   EXPECT_EQ(node.Name(), CString(u"GO_1234567\n"));
 }
 
-TEST(BlockNode, BeginsWithoutColourGeometryOrNames) {
+TEST(BlockNode, BeginsWithoutColorGeometryOrNames) {
   const BlockNode node{};
   EXPECT_EQ(node.colorIndex, -1);
   EXPECT_FALSE(node.hasGeometry);
@@ -53,3 +55,5 @@ TEST(ChildList, KeepsTheOrderOfOpening) {
   EXPECT_EQ(std::vector<BlockNode*>(children.begin(), children.end()),
             (std::vector<BlockNode*>{&first, &second, &third}));
 }
+
+}  // namespace dxf2d

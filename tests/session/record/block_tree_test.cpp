@@ -1,8 +1,10 @@
-#include "session/block_tree.h"
+#include "session/record/block_node.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+
+namespace dxf2d {
 
 TEST(BlockTree, RecordsStayWhereTheyAre) {
   BlockTree tree;
@@ -36,3 +38,5 @@ TEST(BlockTree, CanBeFilledAgainAfterClear) {
   tree.Clear();
   tree.Clear();
 }
+
+}  // namespace dxf2d
