@@ -1,15 +1,17 @@
 // Face geometry as a wire frame, for hosts that call it directly: every distinct edge in plan as a
 // line, without silhouettes.
-#include <utility>
-
 #include "dxf/dxf_writer.h"
-#include "dxf/flushed.h"
+#include "dxf/flush_guard.h"
+#include "geometry/callbacks.h"
 #include "geometry/face_wires.h"
 #include "geometry/indexed_outline.h"
-#include "plugin/exports.h"
 #include "session/export_session.h"
 
 namespace {
+
+using dxf2d::BlockNode;
+using dxf2d::DxfWriter;
+using dxf2d::IndexedOutline;
 
 std::vector<KtPoint3> pointsOf(const std::vector<double>& coords) {
   std::vector<KtPoint3> points(coords.size() / 3);
@@ -27,26 +29,25 @@ bool DXF2dFaceGeometry(const std::vector<double>& coords, const std::vector<int>
                        const std::vector<int>& /*texIndex*/, bool /*reverseOrientation*/,
                        bool /*closedSurface*/, bool /*normalPerVertex*/, bool /*convex*/,
                        const Texture* /*texture*/) {
-  const ExportSession& session = exportSession();
-  if (session.writer == nullptr || session.currentNode == nullptr || coordIndex.empty() ||
-      coords.empty()) {
+  const dxf2d::ExportSession& session = dxf2d::exportSession();
+  if (!session.CanDraw() || coordIndex.empty() || coords.empty()) {
     return false;
   }
   BlockNode& node = *session.currentNode;
-  // One normal for the whole set: it is planar, and edges inside it are no edges.
+  // One normal for the whole set: it is planar, and the edges inside it are not drawn.
   const bool planar = normals.size() == 3;
   IndexedOutline wires;
   wires.points = pointsOf(coords);
-  wires.indices =
-      distinctSegments(edgeRuns(regroupRuns(coordIndex), planar), wires.points, node.matrix);
+  wires.indices = dxf2d::distinctSegments(dxf2d::edgeRuns(dxf2d::regroupRuns(coordIndex), planar),
+                                          wires.points, node.matrix);
   if (wires.indices.empty()) {
     return false;
   }
-  return flushed(*session.writer, [&](DxfWriter& writer) {
-    writer.WriteBlockHeader(node);
-    node.MarkGeometry();
-    writeIndexedOutline(writer, node, wires);
-    writer.WriteBlockEnd();
-    return true;
-  });
+  DxfWriter& writer = *session.writer;
+  const dxf2d::FlushGuard flush(writer);
+  writer.WriteBlockHeader(node);
+  node.MarkGeometry();
+  writeIndexedOutline(writer, node, wires);
+  writer.WriteBlockEnd();
+  return true;
 }

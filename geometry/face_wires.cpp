@@ -1,34 +1,32 @@
 #include "geometry/face_wires.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <span>
 
-#include "geometry/edge.h"
-#include "geometry/index_codes.h"
+#include "geometry/outline/edge.h"
+#include "geometry/outline/runs.h"
 #include "geometry/segment_grid.h"
-#include "ktscene/kt_matrix.h"
+#include "ktscene/kt_run_code.h"
+
+namespace dxf2d {
 
 namespace {
 
-// Calls visit(run, code) for every run of a list in which each negative entry closes one.
+// Calls visit(run, code) for every run of a list in which each negative entry is a code.
 template <class Visit>
-void forEachRun(std::span<const int> indices, Visit visit) {
-  std::size_t begin = 0;
-  for (std::size_t k = 0; k < indices.size(); ++k) {
-    if (indices[k] < 0) {
-      visit(indices.subspan(begin, k - begin), indices[k]);
-      begin = k + 1;
-    }
-  }
+void forEachRunAndCode(std::span<const int> indices, Visit visit) {
+  forEachRun(indices, {}, [&](std::size_t begin, std::size_t end) {
+    visit(indices.subspan(begin, end - begin), indices[end]);
+    return true;
+  });
 }
 
 void append(std::vector<int>& list, std::span<const int> run) {
   list.insert(list.end(), run.begin(), run.end());
 }
 
-// Every edge once, in edge order; with `planar` only those that stand an odd number of times.
+// Every edge once, in edge order; with `planar` only those that occur an odd number of times.
 void appendTriangleEdges(std::span<const int> run, bool planar, std::vector<int>& runs) {
   if (run.size() % 3 != 0) {
     return;
@@ -45,7 +43,7 @@ void appendTriangleEdges(std::span<const int> run, bool planar, std::vector<int>
   for (auto begin = edges.begin(); begin != edges.end();) {
     const auto end = std::find_if(begin, edges.end(), [&](const Edge& e) { return e != *begin; });
     if (!planar || (end - begin) % 2 == 1) {
-      runs.insert(runs.end(), {begin->first, begin->second, kSegmentCode});
+      runs.insert(runs.end(), {begin->first, begin->second, KtRunCode::kSegment});
     }
     begin = end;
   }
@@ -53,7 +51,7 @@ void appendTriangleEdges(std::span<const int> run, bool planar, std::vector<int>
 
 void appendFanLoop(std::span<const int> run, std::vector<int>& runs) {
   append(runs, run);
-  runs.insert(runs.end(), {run.front(), kLineStripCode});
+  runs.insert(runs.end(), {run.front(), KtRunCode::kLineStrip});
 }
 
 // Up one side of the strip and down the other.
@@ -65,21 +63,15 @@ void appendStripLoop(std::span<const int> run, std::vector<int>& runs) {
   for (std::size_t k = (run.size() - 1) / 2 * 2; k >= 2; k -= 2) {
     runs.push_back(run[k]);
   }
-  runs.insert(runs.end(), {run.front(), kLineStripCode});
+  runs.insert(runs.end(), {run.front(), KtRunCode::kLineStrip});
 }
 
-bool isFinite(const KtPoint3& point) {
-  return std::isfinite(point.Get0()) && std::isfinite(point.Get1()) && std::isfinite(point.Get2());
-}
-
-std::vector<char> drawablePoints(const std::vector<KtPoint3>& points, const double* matrix) {
-  KtMatrix world;
-  world.Init(matrix);
+std::vector<char> drawablePoints(const std::vector<KtPoint3>& points, const KtMatrix& matrix) {
   std::vector<char> drawable;
   drawable.reserve(points.size());
   for (const KtPoint3& point : points) {
     KtPoint3 placed = point;
-    placed.Mult(world);
+    placed.Mult(matrix);
     drawable.push_back(isFinite(point) && isFinite(placed) ? 1 : 0);
   }
   return drawable;
@@ -90,35 +82,34 @@ std::vector<char> drawablePoints(const std::vector<KtPoint3>& points, const doub
 std::vector<int> regroupRuns(const std::vector<int>& coordIndex) {
   std::vector<int> regrouped;
   const auto appendRuns = [&](int wanted) {
-    forEachRun(coordIndex, [&](std::span<const int> run, int code) {
+    forEachRunAndCode(coordIndex, [&](std::span<const int> run, int code) {
       if (code == wanted) {
         append(regrouped, run);
-        if (code != kTrianglesCode) {
+        if (code != KtRunCode::kTriangles) {
           regrouped.push_back(code);
         }
       }
     });
   };
-  appendRuns(kTrianglesCode);
+  appendRuns(KtRunCode::kTriangles);
   if (!regrouped.empty()) {
-    regrouped.push_back(kTrianglesCode);
+    regrouped.push_back(KtRunCode::kTriangles);
   }
-  appendRuns(kFanCode);
-  appendRuns(kStripCode);
-  appendRuns(kPolygonCode);
+  appendRuns(KtRunCode::kTriangleFan);
+  appendRuns(KtRunCode::kTriangleStrip);
+  appendRuns(KtRunCode::kPolygon);
   return regrouped;
 }
 
 std::vector<int> edgeRuns(const std::vector<int>& regrouped, bool planar) {
   std::vector<int> runs;
-  // Polygons come last and give nothing, so that a polygon's run is not advanced past has no
-  // effect.
-  forEachRun(regrouped, [&](std::span<const int> run, int code) {
-    if (code == kTrianglesCode) {
+  // Polygons contribute no edges.
+  forEachRunAndCode(regrouped, [&](std::span<const int> run, int code) {
+    if (code == KtRunCode::kTriangles) {
       appendTriangleEdges(run, planar, runs);
-    } else if (code == kFanCode && run.size() >= 3) {
+    } else if (code == KtRunCode::kTriangleFan && run.size() >= 3) {
       appendFanLoop(run, runs);
-    } else if (code == kStripCode && run.size() >= 3) {
+    } else if (code == KtRunCode::kTriangleStrip && run.size() >= 3) {
       appendStripLoop(run, runs);
     }
   });
@@ -126,30 +117,32 @@ std::vector<int> edgeRuns(const std::vector<int>& regrouped, bool planar) {
 }
 
 std::vector<int> distinctSegments(const std::vector<int>& edgeRuns,
-                                  const std::vector<KtPoint3>& points, const double* matrix) {
+                                  const std::vector<KtPoint3>& points, const KtMatrix& matrix) {
   const std::vector<char> drawable = drawablePoints(points, matrix);
   const auto canDraw = [&](int index) {
     return namesPoint(index, points.size()) && drawable[static_cast<std::size_t>(index)];
   };
-  SegmentGrid kept;
+  SegmentGrid distinct;
   std::vector<int> segments;
-  const auto keep = [&](int i, int j) {
+  const auto addIfDistinct = [&](int i, int j) {
     if (!canDraw(i) || !canDraw(j)) {
       return;
     }
     const KtPoint3& a = points[static_cast<std::size_t>(i)];
     const KtPoint3& b = points[static_cast<std::size_t>(j)];
-    if (kept.KeepIfNew({a.Get0(), a.Get1(), b.Get0(), b.Get1()})) {
-      segments.insert(segments.end(), {i, j, kSegmentCode});
+    if (distinct.InsertIfAbsent({a.Get0(), a.Get1(), b.Get0(), b.Get1()})) {
+      segments.insert(segments.end(), {i, j, KtRunCode::kSegment});
     }
   };
-  forEachRun(edgeRuns, [&](std::span<const int> run, int code) {
-    if (code == kLineStripCode) {
-      keep(run.front(), run.back());
+  forEachRunAndCode(edgeRuns, [&](std::span<const int> run, int code) {
+    if (code == KtRunCode::kLineStrip) {
+      addIfDistinct(run.front(), run.back());
     }
     for (std::size_t k = 0; k + 1 < run.size(); ++k) {
-      keep(run[k], run[k + 1]);
+      addIfDistinct(run[k], run[k + 1]);
     }
   });
   return segments;
 }
+
+}  // namespace dxf2d

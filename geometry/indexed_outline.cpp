@@ -5,9 +5,12 @@
 #include <stdexcept>
 
 #include "dxf/dxf_writer.h"
-#include "geometry/edge.h"
-#include "geometry/index_codes.h"
-#include "session/block_node.h"
+#include "geometry/outline/edge.h"
+#include "geometry/outline/runs.h"
+#include "ktscene/kt_run_code.h"
+#include "session/record/block_node.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -21,7 +24,7 @@ class RunWriter {
     writer_.WritePolylineBegin(&node_.colorIndex, true);
     for (const int index : run) {
       writer_.WriteVertexBegin(&node_);
-      const KtPoint3& point = pointAt(index);
+      const KtPoint3& point = PointAt(index);
       writer_.WritePoint10(&node_, point.Get0(), point.Get1(), point.Get2());
     }
     writer_.WriteSeqEnd();
@@ -32,15 +35,15 @@ class RunWriter {
       writer_.WriteLineBegin();
       writer_.WriteLineLayer();
       writer_.WriteColor(node_.colorIndex);
-      const KtPoint3& start = pointAt(run[k]);
+      const KtPoint3& start = PointAt(run[k]);
       writer_.WritePoint10(&node_, start.Get0(), start.Get1(), start.Get2());
-      const KtPoint3& end = pointAt(run[k + 1]);
+      const KtPoint3& end = PointAt(run[k + 1]);
       writer_.WritePoint11(&node_, end.Get0(), end.Get1(), end.Get2());
     }
   }
 
  private:
-  const KtPoint3& pointAt(int index) const {
+  const KtPoint3& PointAt(int index) const {
     if (!namesPoint(index, points_.size())) {
       throw std::out_of_range("invalid vector<T> subscript");
     }
@@ -57,20 +60,17 @@ class RunWriter {
 void writeIndexedOutline(DxfWriter& writer, const BlockNode& node, const IndexedOutline& outline) {
   RunWriter runs(writer, node, outline.points);
   const std::span<const int> indices(outline.indices);
-  for (std::size_t begin = 0; begin < indices.size();) {
-    std::size_t end = begin + 1;
-    while (end < indices.size() && indices[end] >= 0) {
-      ++end;
-    }
-    if (end >= indices.size()) {
-      return;
-    }
+  // A run has at least one entry, whatever it is.
+  constexpr RunScan kOneEntryAtLeast{.skippedInFirst = 1, .skippedInLater = 1};
+  forEachRun(indices, kOneEntryAtLeast, [&](std::size_t begin, std::size_t end) {
     const std::span<const int> run = indices.subspan(begin, end - begin);
-    if (indices[end] == kLineStripCode) {
+    if (indices[end] == KtRunCode::kLineStrip) {
       runs.WriteClosedPolyline(run);
-    } else if (indices[end] == kSegmentCode) {
+    } else if (indices[end] == KtRunCode::kSegment) {
       runs.WriteLines(run);
     }
-    begin = end + 1;
-  }
+    return true;
+  });
 }
+
+}  // namespace dxf2d

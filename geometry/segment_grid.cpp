@@ -1,13 +1,16 @@
 #include "geometry/segment_grid.h"
 
+#include <cassert>
 #include <cmath>
 
-#include "geometry/point_index.h"
+#include "geometry/outline/point_index.h"
+
+namespace dxf2d {
 
 namespace {
 
-// Wider than the tolerance by more than any rounding, so that what is within it of a point lies in
-// the point's cell or one of the eight around it.
+// Larger than the tolerance by more than any rounding error, so that points within the tolerance of
+// a point are in its cell or in one of the eight around it.
 constexpr double kCellSize = 4 * kSegmentTolerance;
 
 bool near(double a, double b) { return std::fabs(a - b) <= kSegmentTolerance; }
@@ -24,8 +27,8 @@ std::size_t SegmentGrid::CellHash::operator()(const Cell& cell) const {
 }
 
 SegmentGrid::Cell SegmentGrid::CellOf(double x, double y) {
-  // Far out, neighbouring numbers are further apart than a cell and each is a cell of its own; a
-  // step to the next cell then leads nowhere, and need not.
+  // Far from the origin neighboring numbers are farther apart than a cell, so each is in a cell of
+  // its own. The steps to adjacent cells then have no effect, and none is needed.
   return {std::floor(x / kCellSize), std::floor(y / kCellSize)};
 }
 
@@ -37,8 +40,8 @@ bool SegmentGrid::HasCoincidentNear(double x, double y, const PlanSegment& segme
       if (found == cells_.end()) {
         continue;
       }
-      for (const std::uint32_t kept : found->second) {
-        if (coincide(segments_[kept], segment)) {
+      for (const std::uint32_t stored : found->second) {
+        if (coincide(segments_[stored], segment)) {
           return true;
         }
       }
@@ -47,7 +50,9 @@ bool SegmentGrid::HasCoincidentNear(double x, double y, const PlanSegment& segme
   return false;
 }
 
-bool SegmentGrid::KeepIfNew(const PlanSegment& segment) {
+bool SegmentGrid::InsertIfAbsent(const PlanSegment& segment) {
+  assert(std::isfinite(segment.x1) && std::isfinite(segment.y1) && std::isfinite(segment.x2) &&
+         std::isfinite(segment.y2));
   if (HasCoincidentNear(segment.x1, segment.y1, segment) ||
       HasCoincidentNear(segment.x2, segment.y2, segment)) {
     return false;
@@ -56,3 +61,5 @@ bool SegmentGrid::KeepIfNew(const PlanSegment& segment) {
   segments_.push_back(segment);
   return true;
 }
+
+}  // namespace dxf2d

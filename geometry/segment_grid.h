@@ -1,10 +1,12 @@
-// Finds segments that lie, within a tolerance, where another does.
+// Finds segments that coincide within a tolerance.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
+
+namespace dxf2d {
 
 // A segment in plan.
 struct PlanSegment {
@@ -14,18 +16,18 @@ struct PlanSegment {
   double y2;
 };
 
-// Coordinates that differ by no more than this, in drawing units, are the same.
+// Coordinates that differ by no more than this, in drawing units, count as equal.
 inline constexpr double kSegmentTolerance = 0.0001;
 
-// True when `a` and `b` agree in every coordinate, in the same direction or reversed.
+// Returns whether `a` and `b` agree in every coordinate, in the same direction or reversed.
 bool coincide(const PlanSegment& a, const PlanSegment& b);
 
-// The segments kept so far, in cells by their first end, so that only a handful are compared.
+// A set of segments, in grid cells by their first end, so that only a few are compared.
 class SegmentGrid {
  public:
-  // Keeps `segment` and answers true, unless it coincides with one that is kept. Coordinates are
-  // finite.
-  bool KeepIfNew(const PlanSegment& segment);
+  // Inserts `segment` and returns true, unless it coincides with a segment in the set. Its
+  // coordinates must be finite.
+  bool InsertIfAbsent(const PlanSegment& segment);
 
  private:
   struct Cell {
@@ -43,3 +45,5 @@ class SegmentGrid {
   std::vector<PlanSegment> segments_;
   std::unordered_map<Cell, std::vector<std::uint32_t>, CellHash> cells_;
 };
+
+}  // namespace dxf2d

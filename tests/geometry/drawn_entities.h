@@ -10,6 +10,8 @@
 #include "tests/support/drawing_groups.h"
 #include "tests/support/drawing_session.h"
 
+namespace dxf2d {
+
 using PlanPlace = std::pair<double, double>;
 using PlanPlaces = std::vector<PlanPlace>;
 using PlanLine = std::pair<PlanPlace, PlanPlace>;
@@ -55,3 +57,5 @@ std::vector<PlanPlaces> drawnAtTheRoot(Draw draw) {
   EXPECT_TRUE(draw());
   return polylinesIn(session.Body(), "GO_0");
 }
+
+}  // namespace dxf2d

@@ -5,10 +5,14 @@
 #include <limits>
 #include <vector>
 
-#include "plugin/exports.h"
+#include "geometry/callbacks.h"
+#include "plugin/entry.h"
+#include "session/callbacks.h"
 #include "session/export_session.h"
 #include "tests/geometry/drawn_entities.h"
 #include "tests/support/drawing_session.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -53,6 +57,14 @@ TEST(FaceGeometry, EdgeThatTwoTrianglesOfAPlaneShareCancelsOut) {
                 {{0, 0}, {1, 0}}, {{0, 0}, {0, 1}}, {{1, 0}, {1, 1}}, {{1, 1}, {0, 1}}}));
 }
 
+TEST(FaceGeometry, OnlyExactlyThreeDoublesAreOneNormal) {
+  for (const std::size_t size : {0u, 1u, 2u, 4u, 5u, 6u}) {
+    const std::vector<double> normals(size, 1.0);
+    EXPECT_EQ(linesOfSet(kSquare, kTwoTriangles, normals).size(), 5U) << size;
+  }
+  EXPECT_EQ(linesOfSet(kSquare, kTwoTriangles, {0, 0, 0}).size(), 4U);
+}
+
 TEST(FaceGeometry, WithTwoNormalsTheSharedEdgeIsDrawnToo) {
   EXPECT_EQ(linesOfSet(kSquare, kTwoTriangles, kTwoNormals),
             (std::vector<PlanLine>{{{0, 0}, {1, 0}},
@@ -74,7 +86,7 @@ TEST(FaceGeometry, SegmentsThatDifferByHalfTheToleranceAreDrawnOnce) {
             5U);
 }
 
-TEST(FaceGeometry, TriangleListOfFourIndicesIsNothing) {
+TEST(FaceGeometry, TriangleListOfFourIndicesIsIgnored) {
   expectNothingDrawn(kSquare, {0, 1, 2, 3, -5});
 }
 
@@ -82,9 +94,9 @@ TEST(FaceGeometry, TriangleListOfFourIndicesLeavesTheOtherRuns) {
   EXPECT_EQ(linesOfSet(kSquare, {0, 1, 2, 3, -5, 0, 1, 2, -4}).size(), 4U);
 }
 
-TEST(FaceGeometry, PolygonsAloneAreNothing) { expectNothingDrawn(kSquare, {0, 1, 2, 3, -7}); }
+TEST(FaceGeometry, PolygonsAloneAreIgnored) { expectNothingDrawn(kSquare, {0, 1, 2, 3, -7}); }
 
-TEST(FaceGeometry, ExplicitLinesAreNothing) {
+TEST(FaceGeometry, ExplicitLinesAreIgnored) {
   expectNothingDrawn(kSquare, {0, 1, 2, -6, 0, 1, -1});
 }
 
@@ -154,7 +166,7 @@ TEST(FaceGeometry, UprightNodeShowsTheHeightOfEveryPoint) {
             (std::vector<PlanLine>{{{5, 0}, {6, 0}}, {{5, 0}, {7, 1}}, {{6, 0}, {7, 1}}}));
 }
 
-TEST(FaceGeometry, LinesHaveTheNodesColour) {
+TEST(FaceGeometry, LinesHaveTheNodesColor) {
   const DrawingSession session;
   exportSession().currentNode->colorIndex = 3;
   EXPECT_TRUE(draw(kSquare, {0, 1, 2, -5}));
@@ -180,7 +192,7 @@ TEST(FaceGeometry, SegmentsWithAnEndThatIsNotThereAreLeftOut) {
             (std::vector<PlanLine>{{{0, 0}, {1, 0}}}));
 }
 
-TEST(FaceGeometry, WithoutAFileANodeOrInputItAnswersFalse) {
+TEST(FaceGeometry, ReturnsFalseWithoutAFileANodeOrInput) {
   EXPECT_FALSE(draw(kSquare, kTwoTriangles));
   const DrawingSession session;
   EXPECT_FALSE(draw({}, kTwoTriangles));
@@ -189,3 +201,5 @@ TEST(FaceGeometry, WithoutAFileANodeOrInputItAnswersFalse) {
   EXPECT_FALSE(draw(kSquare, kTwoTriangles));
   EXPECT_TRUE(session.Body().empty());
 }
+
+}  // namespace dxf2d

@@ -7,6 +7,8 @@
 
 #include "ktscene/kt_matrix.h"
 
+namespace dxf2d {
+
 namespace {
 
 using Indices = std::vector<int>;
@@ -15,7 +17,7 @@ using Points = std::vector<KtPoint3>;
 const Points kSquare = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}};
 
 Indices segmentsOf(const Indices& runs, const Points& points) {
-  return distinctSegments(runs, points, KtMatrix().Data());
+  return distinctSegments(runs, points, KtMatrix());
 }
 
 }  // namespace
@@ -33,7 +35,7 @@ TEST(RegroupRuns, RunsOfOtherCodesAreDropped) {
   EXPECT_TRUE(regroupRuns({0, 1, -1, 0, 1, 2, -6, 0, 1, -2, 0, 1, 2, -8}).empty());
 }
 
-TEST(RegroupRuns, RunThatNothingClosesIsDropped) {
+TEST(RegroupRuns, RunWithoutATerminatorIsDropped) {
   EXPECT_EQ(regroupRuns({0, 1, 2, -4, 3, 4, 5}), (Indices{0, 1, 2, -4}));
 }
 
@@ -52,12 +54,12 @@ TEST(EdgeRuns, OutOfAPlaneEveryEdgeStaysOnce) {
             (Indices{0, 1, -1, 0, 2, -1, 0, 3, -1, 1, 2, -1, 2, 3, -1}));
 }
 
-TEST(EdgeRuns, ListThatIsNoMultipleOfThreeIsNothing) {
+TEST(EdgeRuns, ListsWithIncompleteTrianglesAreIgnored) {
   EXPECT_TRUE(edgeRuns({0, 1, 2, 3, -5}, false).empty());
   EXPECT_TRUE(edgeRuns({0, 1, 2, 3, -5}, true).empty());
 }
 
-TEST(EdgeRuns, RunAfterAListOfNothingIsStillRead) {
+TEST(EdgeRuns, RunAfterAnIgnoredListIsRead) {
   EXPECT_EQ(edgeRuns({0, 1, 2, 3, -5, 4, 5, 6, -4}, false), (Indices{4, 5, 6, 4, -6}));
 }
 
@@ -73,7 +75,7 @@ TEST(EdgeRuns, StripIsItsOuterLoop) {
   EXPECT_TRUE(edgeRuns({0, 1, -3}, false).empty());
 }
 
-TEST(EdgeRuns, PolygonsAreNothing) {
+TEST(EdgeRuns, PolygonsAreIgnored) {
   EXPECT_TRUE(edgeRuns({0, 1, 2, -7, 1, 2, 3, -7}, false).empty());
 }
 
@@ -112,6 +114,9 @@ TEST(DistinctSegments, PointsThatTheMatrixTakesToInfinityAreInNoSegment) {
   double data[16];
   matrix.GetData(data);
   data[0] = 1e10;
-  EXPECT_EQ(distinctSegments({0, 1, 2, -1}, {{0, 0, 0}, {1, 0, 0}, {1e300, 0, 0}}, data),
+  matrix.Init(data);
+  EXPECT_EQ(distinctSegments({0, 1, 2, -1}, {{0, 0, 0}, {1, 0, 0}, {1e300, 0, 0}}, matrix),
             (Indices{0, 1, -1}));
 }
+
+}  // namespace dxf2d

@@ -10,6 +10,8 @@
 #include "tests/geometry/drawn_entities.h"
 #include "tests/support/drawing_session.h"
 
+namespace dxf2d {
+
 namespace {
 
 const std::vector<KtPoint3> kPoints = {{0, 0, 1}, {1, 0, 2}, {1, 1, 3}};
@@ -46,11 +48,11 @@ TEST(IndexedOutline, RunsOfOtherCodesAreNotWritten) {
   EXPECT_TRUE(written({0, 1, 2, -7, 0, 1, 2, -5, 0, 1, -2}).empty());
 }
 
-TEST(IndexedOutline, RunThatNothingClosesIsNotWritten) {
+TEST(IndexedOutline, RunWithoutATerminatorIsNotWritten) {
   EXPECT_EQ(written({0, 1, -1, 1, 2}).size(), 1U);
 }
 
-TEST(IndexedOutline, NodesMatrixAndColourAreApplied) {
+TEST(IndexedOutline, NodesMatrixAndColorAreApplied) {
   const DrawingSession session;
   HostNode host;
   host.node.matrix.SetTranslation(10, 20, 30);
@@ -81,3 +83,5 @@ TEST(IndexedOutline, RunThatBeginsWithACodeThrows) {
   const DrawingSession session;
   EXPECT_THROW(write({-1, 1, -6}), std::out_of_range);
 }
+
+}  // namespace dxf2d

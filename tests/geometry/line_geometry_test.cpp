@@ -3,10 +3,14 @@
 
 #include <vector>
 
-#include "plugin/exports.h"
+#include "geometry/callbacks.h"
+#include "plugin/entry.h"
+#include "session/callbacks.h"
 #include "session/export_session.h"
 #include "tests/geometry/drawn_entities.h"
 #include "tests/support/drawing_session.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -80,7 +84,7 @@ TEST(LineGeometry, NodeAndEveryAncestorAreMarked) {
   EXPECT_TRUE(exportSession().root->hasGeometry);
 }
 
-TEST(LineGeometry, WithoutAFileANodeOrInputItAnswersFalse) {
+TEST(LineGeometry, ReturnsFalseWithoutAFileANodeOrInput) {
   EXPECT_FALSE(DXF2dLineGeometry(kLine, kLineRun));
   const DrawingSession session;
   EXPECT_FALSE(DXF2dLineGeometry({}, kLineRun));
@@ -89,3 +93,5 @@ TEST(LineGeometry, WithoutAFileANodeOrInputItAnswersFalse) {
   EXPECT_FALSE(DXF2dLineGeometry(kLine, kLineRun));
   EXPECT_TRUE(session.Body().empty());
 }
+
+}  // namespace dxf2d

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+namespace dxf2d {
+
 TEST(Coincide, DifferenceOfExactlyTheToleranceStillMatches) {
   EXPECT_TRUE(coincide({0, 0, 1, 1}, {0.0001, 0, 1, 1}));
   EXPECT_TRUE(coincide({0, 0, 1, 1}, {0, -0.0001, 1, 1}));
@@ -23,8 +25,8 @@ TEST(Coincide, ReversedSegmentsMatch) {
 
 TEST(SegmentGrid, SegmentsThatDifferByHalfTheToleranceAreOne) {
   SegmentGrid grid;
-  EXPECT_TRUE(grid.KeepIfNew({0, 0, 1, 0}));
-  EXPECT_FALSE(grid.KeepIfNew({0.00005, 0, 1.00005, 0}));
+  EXPECT_TRUE(grid.InsertIfAbsent({0, 0, 1, 0}));
+  EXPECT_FALSE(grid.InsertIfAbsent({0.00005, 0, 1.00005, 0}));
 }
 
 TEST(SegmentGrid, DifferenceOfExactlyTheToleranceStillMatches) {
@@ -36,51 +38,61 @@ TEST(SegmentGrid, DifferenceOfExactlyTheToleranceStillMatches) {
     while (y - x > 0.0001) {
       y = std::nextafter(y, 0.0);
     }
-    EXPECT_TRUE(grid.KeepIfNew({x, 7, 3, 7})) << step;
-    EXPECT_FALSE(grid.KeepIfNew({y, 7, 3, 7})) << step;
-    EXPECT_FALSE(grid.KeepIfNew({3, 7, y, 7})) << step;
+    EXPECT_TRUE(grid.InsertIfAbsent({x, 7, 3, 7})) << step;
+    EXPECT_FALSE(grid.InsertIfAbsent({y, 7, 3, 7})) << step;
+    EXPECT_FALSE(grid.InsertIfAbsent({3, 7, y, 7})) << step;
   }
 }
 
 TEST(SegmentGrid, DifferenceAboveTheToleranceIsAnother) {
   SegmentGrid grid;
-  EXPECT_TRUE(grid.KeepIfNew({0, 0, 1, 0}));
-  EXPECT_TRUE(grid.KeepIfNew({0, 0.00011, 1, 0}));
+  EXPECT_TRUE(grid.InsertIfAbsent({0, 0, 1, 0}));
+  EXPECT_TRUE(grid.InsertIfAbsent({0, 0.00011, 1, 0}));
 }
 
 TEST(SegmentGrid, OnlyKeptSegmentsAreComparedWith) {
   SegmentGrid grid;
-  EXPECT_TRUE(grid.KeepIfNew({0, 0, 1, 0}));
-  EXPECT_FALSE(grid.KeepIfNew({0.00008, 0, 1, 0}));
+  EXPECT_TRUE(grid.InsertIfAbsent({0, 0, 1, 0}));
+  EXPECT_FALSE(grid.InsertIfAbsent({0.00008, 0, 1, 0}));
   // Near the one that was dropped, not near the one that was kept.
-  EXPECT_TRUE(grid.KeepIfNew({0.00016, 0, 1, 0}));
+  EXPECT_TRUE(grid.InsertIfAbsent({0.00016, 0, 1, 0}));
 }
 
 TEST(SegmentGrid, ReversedSegmentIsFoundByItsOtherEnd) {
   SegmentGrid grid;
-  EXPECT_TRUE(grid.KeepIfNew({0, 0, 100, 50}));
-  EXPECT_FALSE(grid.KeepIfNew({100, 50, 0, 0}));
-  EXPECT_FALSE(grid.KeepIfNew({100.00005, 49.99995, -0.00005, 0.00005}));
+  EXPECT_TRUE(grid.InsertIfAbsent({0, 0, 100, 50}));
+  EXPECT_FALSE(grid.InsertIfAbsent({100, 50, 0, 0}));
+  EXPECT_FALSE(grid.InsertIfAbsent({100.00005, 49.99995, -0.00005, 0.00005}));
 }
 
 TEST(SegmentGrid, SegmentWithoutLengthIsKeptOnce) {
   SegmentGrid grid;
-  EXPECT_TRUE(grid.KeepIfNew({2, 2, 2, 2}));
-  EXPECT_FALSE(grid.KeepIfNew({2, 2, 2, 2}));
+  EXPECT_TRUE(grid.InsertIfAbsent({2, 2, 2, 2}));
+  EXPECT_FALSE(grid.InsertIfAbsent({2, 2, 2, 2}));
 }
 
 TEST(SegmentGrid, ZerosOfBothSignsAreOnePlace) {
   SegmentGrid grid;
-  EXPECT_TRUE(grid.KeepIfNew({0.0, 0.0, 1, 0}));
-  EXPECT_FALSE(grid.KeepIfNew({-0.0, -0.0, 1, 0}));
+  EXPECT_TRUE(grid.InsertIfAbsent({0.0, 0.0, 1, 0}));
+  EXPECT_FALSE(grid.InsertIfAbsent({-0.0, -0.0, 1, 0}));
 }
 
-TEST(SegmentGrid, FarCoordinatesMatchThemselvesAndNotTheirNeighbours) {
+TEST(SegmentGrid, FarCoordinatesMatchThemselvesAndNotTheirNeighbors) {
   for (const double far : {1e9, 1e12, 4e12, 1e15, 1e300, std::numeric_limits<double>::max()}) {
     SegmentGrid grid;
     const double next = std::nextafter(far, 0.0);
-    EXPECT_TRUE(grid.KeepIfNew({far, -far, far, 0})) << far;
-    EXPECT_FALSE(grid.KeepIfNew({far, 0, far, -far})) << far;
-    EXPECT_EQ(grid.KeepIfNew({next, -far, far, 0}), far - next > kSegmentTolerance) << far;
+    EXPECT_TRUE(grid.InsertIfAbsent({far, -far, far, 0})) << far;
+    EXPECT_FALSE(grid.InsertIfAbsent({far, 0, far, -far})) << far;
+    EXPECT_EQ(grid.InsertIfAbsent({next, -far, far, 0}), far - next > kSegmentTolerance) << far;
   }
 }
+
+#ifndef NDEBUG
+TEST(SegmentGridDeathTest, AssertsThatCoordinatesAreFinite) {
+  SegmentGrid grid;
+  const double infinity = std::numeric_limits<double>::infinity();
+  EXPECT_DEATH(grid.InsertIfAbsent({0, 0, infinity, 0}), "isfinite");
+}
+#endif
+
+}  // namespace dxf2d

@@ -1,12 +1,14 @@
-// The wire frames against the rules written down plainly.
+// The wire frames against their reference implementation.
 #include <gtest/gtest.h>
 
 #include <vector>
 
 #include "geometry/face_wires.h"
 #include "ktscene/kt_matrix.h"
-#include "tests/geometry/plain_wires.h"
-#include "tests/geometry/random_sets.h"
+#include "tests/geometry/outline/random_sets.h"
+#include "tests/geometry/reference_wires.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -24,19 +26,20 @@ KtMatrix anyMatrix(Random& random) {
   return matrix;
 }
 
-// Whether the three stages agree with the plain ones on `set`; `kept` counts the segments.
+// Whether the three stages agree with the reference implementation on `set`; `kept` counts the
+// segments.
 testing::AssertionResult agree(const IndexedSet& set, const KtMatrix& matrix, std::size_t& kept) {
   const std::vector<int> regrouped = regroupRuns(set.indices);
-  if (regrouped != plainRegroupRuns(set.indices)) {
+  if (regrouped != referenceRegroupRuns(set.indices)) {
     return testing::AssertionFailure() << "regroupRuns of " << set;
   }
   for (const bool planar : {false, true}) {
     const std::vector<int> runs = edgeRuns(regrouped, planar);
-    if (runs != plainEdgeRuns(regrouped, planar)) {
+    if (runs != referenceEdgeRuns(regrouped, planar)) {
       return testing::AssertionFailure() << "edgeRuns, planar " << planar << ", of " << set;
     }
-    const std::vector<int> segments = distinctSegments(runs, set.points, matrix.Data());
-    if (segments != plainDistinctSegments(runs, set.points, matrix.Data())) {
+    const std::vector<int> segments = distinctSegments(runs, set.points, matrix);
+    if (segments != referenceDistinctSegments(runs, set.points, matrix)) {
       return testing::AssertionFailure() << "distinctSegments, planar " << planar << ", of " << set;
     }
     kept += segments.size() / 3;
@@ -57,7 +60,7 @@ void shake(Random& random, IndexedSet& set) {
 
 }  // namespace
 
-TEST(WiresAgainstPlainRules, HostileSets) {
+TEST(WiresAgainstReference, HostileSets) {
   Random random(11);
   std::size_t kept = 0;
   for (int i = 0; i < 40000; ++i) {
@@ -66,7 +69,7 @@ TEST(WiresAgainstPlainRules, HostileSets) {
   EXPECT_GT(kept, 40000U);
 }
 
-TEST(WiresAgainstPlainRules, TrianglesThatAlmostCoincide) {
+TEST(WiresAgainstReference, TrianglesThatAlmostCoincide) {
   Random random(12);
   std::size_t kept = 0;
   for (int i = 0; i < 3000; ++i) {
@@ -77,7 +80,7 @@ TEST(WiresAgainstPlainRules, TrianglesThatAlmostCoincide) {
   EXPECT_GT(kept, 6000U);
 }
 
-TEST(WiresAgainstPlainRules, BoxesWhoseEdgesAlmostCoincide) {
+TEST(WiresAgainstReference, BoxesWhoseEdgesAlmostCoincide) {
   Random random(13);
   std::size_t kept = 0;
   for (int i = 0; i < 500; ++i) {
@@ -88,7 +91,7 @@ TEST(WiresAgainstPlainRules, BoxesWhoseEdgesAlmostCoincide) {
   EXPECT_GT(kept, 1000U);
 }
 
-TEST(WiresAgainstPlainRules, TerrainsAndSpheres) {
+TEST(WiresAgainstReference, TerrainsAndSpheres) {
   Random random(14);
   std::size_t kept = 0;
   for (int size = 3; size < 24; ++size) {
@@ -98,10 +101,12 @@ TEST(WiresAgainstPlainRules, TerrainsAndSpheres) {
   EXPECT_GT(kept, 1000U);
 }
 
-TEST(WiresAgainstPlainRules, LargeRandomMeshes) {
+TEST(WiresAgainstReference, LargeRandomMeshes) {
   Random random(15);
   std::size_t kept = 0;
   ASSERT_TRUE(agree(triangleSoup(random, 6, 2000), KtMatrix(), kept));
   ASSERT_TRUE(agree(triangleSoup(random, 40, 1500), KtMatrix(), kept));
   EXPECT_GT(kept, 3000U);
 }
+
+}  // namespace dxf2d
