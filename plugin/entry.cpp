@@ -1,11 +1,13 @@
-// The module's face towards the host: the table of callbacks.
-#include <cmath>
+#include "plugin/entry.h"
 
-#include "geometry/outline_block.h"
+#include <cmath>
+#include <vector>
+
+#include "geometry/callbacks.h"
 #include "ktscene/kt_geometry.h"
 #include "ktscene/kt_traverser.h"
 #include "labels/label_callback.h"
-#include "plugin/exports.h"
+#include "session/callbacks.h"
 
 bool InitializeTraverser(KtTraverser* traverser, void* /*reserved*/) {
   if (traverser == nullptr) {
@@ -18,15 +20,15 @@ bool InitializeTraverser(KtTraverser* traverser, void* /*reserved*/) {
                   DXF2dCloseLODNode,        // 5
                   DXF2dBBox,                // 6
                   DXF2dMaterial,            // 7
-                  nullptr,                  // 8: DXF2dMatrix exists and is deliberately left out
-                  nullptr,                  // 9: so is DXF2dFaceGeometry
-                  faceSetCallback,          // 10
+                  nullptr,                  // 8: deliberately not DXF2dMatrix
+                  nullptr,                  // 9: deliberately not DXF2dFaceGeometry
+                  dxf2d::faceSetCallback,   // 10
                   DXF2dLineGeometry,        // 11
                   nullptr,                  // 12
                   nullptr,                  // 13
                   DXF2dSpecialGeometry,     // 14
                   nullptr,                  // 15
-                  labelCallback,            // 16
+                  dxf2d::labelCallback,     // 16
                   nullptr,                  // 17
                   nullptr,                  // 18
                   DXF2dOpenFileForModel,    // 19
@@ -34,8 +36,7 @@ bool InitializeTraverser(KtTraverser* traverser, void* /*reserved*/) {
   return true;
 }
 
-// Looks at the shape and declines it: deliberately an inspection without an effect, so that the
-// host sends every shape as its tessellation.
+// Reads the shape and declines it. That reading it has no effect is deliberate.
 bool DXF2dSpecialGeometry(KtGeometry* geometry, bool /*flag*/) {
   if (geometry == nullptr) {
     return false;

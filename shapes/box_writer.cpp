@@ -7,11 +7,13 @@
 #include <limits>
 
 #include "dxf/dxf_writer.h"
-#include "dxf/flushed.h"
-#include "ktscene/kt_matrix.h"
-#include "session/block_node.h"
+#include "dxf/flush_guard.h"
+#include "ktscene/kt_run_code.h"
 #include "session/export_session.h"
+#include "session/record/block_node.h"
 #include "shapes/shape_block.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -21,7 +23,7 @@ struct BoxSize {
   double c;
 };
 
-// The sizes, when there are three and each is above 0.
+// Reads three sizes. Returns false if there are more or fewer, or if one is not above 0.
 bool readSize(const std::vector<double>& parameters, BoxSize& size) {
   if (parameters.size() != 3) {
     return false;
@@ -39,15 +41,18 @@ std::vector<KtPoint3> levelFace(const BoxSize& size, double z) {
 }
 
 const std::vector<int>& quadrilateral() {
-  static const std::vector<int> indices = {0, 1, 2, 3, -6};
+  static const std::vector<int> indices = {0, 1, 2, 3, KtRunCode::kLineStrip};
   return indices;
 }
 
-// 10 to the power of `exponent`, by repeated squaring; the reciprocal for a negative one.
+// 10 to the power of `exponent`, by repeated squaring; for a negative exponent the reciprocal of
+// the positive power, as drawings depend on its rounding.
 double powerOfTen(int exponent) {
+  // Negated as unsigned: the least int has no positive counterpart.
+  const auto bits = static_cast<unsigned>(exponent);
   double result = 1.0;
   double square = 10.0;
-  for (unsigned rest = static_cast<unsigned>(std::abs(exponent)); rest != 0; rest >>= 1U) {
+  for (unsigned rest = exponent < 0 ? 0U - bits : bits; rest != 0; rest >>= 1U) {
     if ((rest & 1U) != 0) {
       result *= square;
     }
@@ -88,11 +93,12 @@ bool anglesEqual(double a, double b, int places) {
   const double scale = powerOfTen(places);
   const double roundedA = std::floor(a * scale + 0.5);
   const double roundedB = std::floor(b * scale + 0.5);
-  constexpr double kLimit = std::numeric_limits<std::int32_t>::max();
-  return roundedA == roundedB && std::fabs(roundedA) <= kLimit;
+  constexpr double kLeast = std::numeric_limits<std::int32_t>::min();
+  constexpr double kGreatest = std::numeric_limits<std::int32_t>::max();
+  return roundedA == roundedB && roundedA >= kLeast && roundedA <= kGreatest;
 }
 
-BoxWriter::BoxWriter() : writer_(DxfWriter::Instance()) {}
+BoxWriter::BoxWriter() : writer_(exportSession().writer) {}
 
 bool BoxWriter::IsHalfTurn(double angle) const {
   return anglesEqual(angle, 0.0) || anglesEqual(angle, pi_) || anglesEqual(angle, twoPi_);
@@ -107,14 +113,12 @@ bool BoxWriter::WriteBox(BlockNode* node, const std::vector<double>& parameters)
     return false;
   }
   node_ = node;
-  KtMatrix matrix;
-  matrix.Init(node->matrix);
   double r1 = 0.0;
   double r2 = 0.0;
   double r3 = 0.0;
   double angle = 0.0;
-  matrix.GetRotation(&r1, &r2, &r3, &angle, -1);
-  // Exact comparisons: only an axis that is one of the system's own counts.
+  node->matrix.GetRotation(&r1, &r2, &r3, &angle, -1);
+  // Exact comparisons: only the coordinate axes themselves count.
   if (r1 == 0.0 && r2 == 0.0 && r3 != 0.0) {
     return WriteTurnedAboutZ(parameters, angle);
   }
@@ -172,7 +176,10 @@ bool BoxWriter::WriteWireframe(const std::vector<double>& parameters) {
     frame.points = levelFace(size, 0.0);
     const std::vector<KtPoint3> top = levelFace(size, size.c);
     frame.points.insert(frame.points.end(), top.begin(), top.end());
-    frame.indices = {0, 1, 2, 3, -6, 4, 5, 6, 7, -6, 0, 4, -1, 1, 5, -1, 2, 6, -1, 3, 7, -1};
+    constexpr int kLoop = KtRunCode::kLineStrip;
+    constexpr int kEdge = KtRunCode::kSegment;
+    frame.indices = {0, 1,     2, 3, kLoop, 4, 5, 6,     7, kLoop, 0,
+                     4, kEdge, 1, 5, kEdge, 2, 6, kEdge, 3, 7,     kEdge};
     return frame;
   });
 }
@@ -190,17 +197,17 @@ void BoxWriter::WriteSolid(BlockNode* node, double a, double b, double c) {
     return;
   }
   node_ = node;
-  flushed(*writer_, [&](DxfWriter& writer) {
-    beginShapeBlock(writer, *node_);
-    for (const Face& face : boxFaces(a, b, c)) {
-      writeFace(writer, *node_, face);
-    }
-    writer.WriteBlockEnd();
-    return true;
-  });
+  const FlushGuard flush(*writer_);
+  beginShapeBlock(*writer_, *node_);
+  for (const Face& face : boxFaces(a, b, c)) {
+    writeFace(*writer_, *node_, face);
+  }
+  writer_->WriteBlockEnd();
 }
 
 bool writeBox(const std::vector<double>& parameters) {
   BoxWriter writer;
   return writer.WriteBox(exportSession().currentNode, parameters);
 }
+
+}  // namespace dxf2d

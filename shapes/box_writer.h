@@ -3,15 +3,17 @@
 
 #include <vector>
 
+namespace dxf2d {
+
 struct BlockNode;
 class DxfWriter;
 
-// Lives for one call. No callback reaches it: the special-geometry callback declines every shape,
-// so the host sends tessellations; a registration that hands the sizes over would enable it.
+// Used for one call. No callback reaches it: the special-geometry callback declines every shape, so
+// the host sends tessellations.
 //
-// `parameters` are three sizes, along x, y and z; the box is centred on the z axis. Every operation
-// answers false, with nothing written, without a writer or a node, for a wrong number of sizes, and
-// for a size that is not above 0; angles are in radians.
+// `parameters` are three sizes, along x, y and z; the box is centered on the z axis. Every
+// operation returns false, with nothing written, without a session's writer or a node, for a wrong
+// number of sizes, and for a size that is not above 0. Angles are in radians.
 class BoxWriter {
  public:
   BoxWriter();
@@ -19,19 +21,18 @@ class BoxWriter {
   // Chooses the writer by the rotation of the node's matrix.
   bool WriteBox(BlockNode* node, const std::vector<double>& parameters);
 
-  // The node that the writers below work on, null at first.
+  // Sets the node that the operations below write; initially null.
   void SetNode(BlockNode* node) { node_ = node; }
 
   // The top face.
   bool WriteTurnedAboutZ(const std::vector<double>& parameters, double angle);
-  // The face towards the viewer after quarter turns about x or y. The sides that the two choose
-  // follow different conventions (from 0 to c at y = -b/2; from -c/2 to c/2 at x = a/2):
-  // deliberately so.
+  // The face toward the viewer after quarter turns about x or y. The side faces follow different
+  // conventions (from 0 to c at y = -b/2; from -c/2 to c/2 at x = a/2), deliberately.
   bool WriteQuarterTurnAboutX(const std::vector<double>& parameters, double angle);
   bool WriteQuarterTurnAboutY(const std::vector<double>& parameters, double angle);
   // Bottom, top and the four edges between.
   bool WriteWireframe(const std::vector<double>& parameters);
-  // The top face of an unturned box, nothing otherwise.
+  // The top face of a box that is not rotated, nothing otherwise.
   bool WriteTopOnly(const std::vector<double>& parameters, double angle);
 
   // Six faces. The sizes are not tested; no effect without a writer or a node.
@@ -52,9 +53,11 @@ class BoxWriter {
   double twoPi_ = 6.283185307179586;
 };
 
-// True when both angles round to the same multiple of 10^-places. The multiples are taken as 32-bit
-// integers; one outside them equals no other.
+// Returns whether both angles round to the same multiple of 10^-places. The multiples are compared
+// as 32-bit integers: a multiple outside their range equals no other.
 bool anglesEqual(double a, double b, int places = 4);
 
-// Writes a box into the current node's block.
+// Writes a box as the current node's block. Returns false as BoxWriter does.
 bool writeBox(const std::vector<double>& parameters);
+
+}  // namespace dxf2d

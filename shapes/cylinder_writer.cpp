@@ -3,11 +3,13 @@
 #include <cmath>
 
 #include "dxf/dxf_writer.h"
-#include "dxf/flushed.h"
-#include "ktscene/kt_matrix.h"
-#include "session/block_node.h"
+#include "dxf/flush_guard.h"
+#include "ktscene/kt_run_code.h"
 #include "session/export_session.h"
+#include "session/record/block_node.h"
 #include "shapes/shape_block.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -26,20 +28,18 @@ KtPoint3 midpoint(const KtPoint3& a, const KtPoint3& b) {
 
 }  // namespace
 
-CylinderWriter::CylinderWriter() : writer_(DxfWriter::Instance()) {}
+CylinderWriter::CylinderWriter() : writer_(exportSession().writer) {}
 
 bool CylinderWriter::WriteCylinder(BlockNode* node, const std::vector<double>& parameters) {
   if (parameters.size() != 2 || node == nullptr || writer_ == nullptr) {
     return false;
   }
   node_ = node;
-  KtMatrix matrix;
-  matrix.Init(node->matrix);
   double axisX = 0.0;
   double axisY = 0.0;
   double axisZ = 0.0;
   double angle = 0.0;
-  matrix.GetRotation(&axisX, &axisY, &axisZ, &angle, -1);
+  node->matrix.GetRotation(&axisX, &axisY, &axisZ, &angle, -1);
   return angle == 0.0 && WriteSideOutline(parameters);
 }
 
@@ -54,10 +54,10 @@ bool CylinderWriter::WriteSideOutline(const std::vector<double>& parameters) {
   const KtPoint3 p3(p0.Get0() + kDiameter * r, p0.Get1(), 0.0);
   const KtPoint3 p1(p0.Get0(), p0.Get1() + h, 0.0);
   const KtPoint3 p2(p3.Get0() + kDiameter * r, p1.Get1(), 0.0);
-  // The centre line's run names point 6, which there is not; see the header.
-  return writeShapeBlock(
-      *writer_, *node_,
-      {{p0, p1, p2, p3, midpoint(p0, p3), midpoint(p1, p2)}, {0, 1, 2, 3, -6, 5, 6, -1}});
+  // The center line's run names point 6, which does not exist; see the header.
+  return writeShapeBlock(*writer_, *node_,
+                         {{p0, p1, p2, p3, midpoint(p0, p3), midpoint(p1, p2)},
+                          {0, 1, 2, 3, KtRunCode::kLineStrip, 5, 6, KtRunCode::kSegment}});
 }
 
 bool CylinderWriter::WriteOctagon(const std::vector<double>& parameters) {
@@ -70,7 +70,7 @@ bool CylinderWriter::WriteOctagon(const std::vector<double>& parameters) {
     const double angle = kTwoPi * i / kOctagonCorners;
     octagon.points.emplace_back(r * std::sin(angle), -r * std::cos(angle), 0.0);
   }
-  octagon.indices = {0, 1, 2, 3, 4, 5, 6, 7, -6};
+  octagon.indices = {0, 1, 2, 3, 4, 5, 6, 7, KtRunCode::kLineStrip};
   return writeShapeBlock(*writer_, *node_, octagon);
 }
 
@@ -79,21 +79,21 @@ void CylinderWriter::WriteExtrudedCircle(BlockNode* node, double radius, double 
     return;
   }
   node_ = node;
-  flushed(*writer_, [&](DxfWriter& writer) {
-    beginShapeBlock(writer, *node_);
-    writer.WriteCircleBegin();
-    writer.WriteLayer();
-    writer.WriteColor(node_->colorIndex);
-    writer.WriteReal39(thickness);
-    writer.WriteReal40(radius);
-    writer.WritePoint10(node_, 0.0, 0.0, 0.0);
-    writer.WriteExtrusion(node_, 0.0, 0.0, 1.0);
-    writer.WriteBlockEnd();
-    return true;
-  });
+  const FlushGuard flush(*writer_);
+  beginShapeBlock(*writer_, *node_);
+  writer_->WriteCircleBegin();
+  writer_->WriteLayer();
+  writer_->WriteColor(node_->colorIndex);
+  writer_->WriteReal39(thickness);
+  writer_->WriteReal40(radius);
+  writer_->WritePoint10(node_, 0.0, 0.0, 0.0);
+  writer_->WriteExtrusion(node_, 0.0, 0.0, 1.0);
+  writer_->WriteBlockEnd();
 }
 
 bool writeCylinder(const std::vector<double>& parameters) {
   CylinderWriter writer;
   return writer.WriteCylinder(exportSession().currentNode, parameters);
 }
+
+}  // namespace dxf2d

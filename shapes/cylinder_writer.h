@@ -3,34 +3,35 @@
 
 #include <vector>
 
+namespace dxf2d {
+
 struct BlockNode;
 class DxfWriter;
 
-// Lives for one call. No callback reaches it, as with BoxWriter.
+// Used for one call. No callback reaches it, as with BoxWriter.
 //
-// `parameters` are a radius and a height. Every operation answers false, with nothing written,
-// without a writer or a node, for a wrong number of parameters, and for one that is not above 0.
+// `parameters` are a radius and a height. Every operation returns false, with nothing written,
+// without a session's writer or a node, for a wrong number of parameters, and for one that is not
+// above 0.
 class CylinderWriter {
  public:
   CylinderWriter();
 
-  // Writes the side outline of a cylinder whose node is not turned at all (exactly), nothing
-  // otherwise.
+  // Writes the side outline if the node's rotation angle is exactly 0, nothing otherwise.
   bool WriteCylinder(BlockNode* node, const std::vector<double>& parameters);
 
-  // The node that the writers below work on, null at first.
+  // Sets the node that the operations below write; initially null.
   void SetNode(BlockNode* node) { node_ = node; }
 
   // The cylinder seen from the side, its axis along y: a trapezoid, not a rectangle, since its
-  // upper right corner lies twice as far out as the lower one. Deliberately ends in
-  // std::out_of_range, "invalid vector<T> subscript", when it comes to its centre line, whose end
-  // it does not have: the polyline and the line's beginning are in the file then, the block's end
-  // is not.
+  // upper right corner is twice as far out as the lower one. Deliberately ends by throwing
+  // std::out_of_range, "invalid vector<T> subscript", at its center line, whose end point does not
+  // exist: the file then has the polyline and the beginning of the line, but no end of the block.
   bool WriteSideOutline(const std::vector<double>& parameters);
   // The cylinder seen along its axis, as an octagon.
   bool WriteOctagon(const std::vector<double>& parameters);
 
-  // A circle with a thickness. Nothing is tested but the writer and the node.
+  // A circle with a thickness. Only the writer and the node are tested.
   void WriteExtrudedCircle(BlockNode* node, double radius, double thickness);
 
  private:
@@ -38,5 +39,7 @@ class CylinderWriter {
   BlockNode* node_ = nullptr;
 };
 
-// Writes a cylinder into the current node's block.
+// Writes a cylinder as the current node's block. Returns false as CylinderWriter does.
 bool writeCylinder(const std::vector<double>& parameters);
+
+}  // namespace dxf2d

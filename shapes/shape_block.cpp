@@ -1,8 +1,10 @@
 #include "shapes/shape_block.h"
 
 #include "dxf/dxf_writer.h"
-#include "dxf/flushed.h"
-#include "session/block_node.h"
+#include "dxf/flush_guard.h"
+#include "session/record/block_node.h"
+
+namespace dxf2d {
 
 void beginShapeBlock(DxfWriter& writer, BlockNode& node) {
   writer.WriteBlockHeader(node);
@@ -13,10 +15,11 @@ bool writeShapeBlock(DxfWriter& writer, BlockNode& node, const IndexedOutline& o
   if (outline.points.empty() || outline.indices.empty()) {
     return false;
   }
-  return flushed(writer, [&](DxfWriter& open) {
-    beginShapeBlock(open, node);
-    writeIndexedOutline(open, node, outline);
-    open.WriteBlockEnd();
-    return true;
-  });
+  const FlushGuard flush(writer);
+  beginShapeBlock(writer, node);
+  writeIndexedOutline(writer, node, outline);
+  writer.WriteBlockEnd();
+  return true;
 }
+
+}  // namespace dxf2d

@@ -1,7 +1,9 @@
-// The frame that every shape is written in.
+// Writes shapes as blocks.
 #pragma once
 
 #include "geometry/indexed_outline.h"
+
+namespace dxf2d {
 
 struct BlockNode;
 class DxfWriter;
@@ -13,3 +15,5 @@ bool writeShapeBlock(DxfWriter& writer, BlockNode& node, const IndexedOutline& o
 
 // Opens the block of a shape that writes its entities itself, and marks the node and its ancestors.
 void beginShapeBlock(DxfWriter& writer, BlockNode& node);
+
+}  // namespace dxf2d

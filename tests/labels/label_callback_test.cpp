@@ -7,6 +7,9 @@
 #include "session/export_session.h"
 #include "tests/labels/label_node.h"
 #include "tests/support/drawing_session.h"
+#include "tests/support/node_without_writer.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -23,40 +26,40 @@ std::string writtenFor(const std::u16string& text, bool expected, bool flag = fa
 
 }  // namespace
 
-TEST(LabelCallback, NullNodeIsDeclined) {
+TEST(LabelCallback, ReturnsFalseForANullNode) {
   DrawingSession session;
   EXPECT_FALSE(labelCallback(nullptr, false, 1));
   EXPECT_EQ(session.Body(), "");
 }
 
-TEST(LabelCallback, NodeThatIsNoLabelIsDeclined) {
+TEST(LabelCallback, ReturnsFalseForANodeWithoutALabel) {
   DrawingSession session;
   LabelNode other(kLabel, false);
   EXPECT_FALSE(labelCallback(&other, false, 1));
   EXPECT_EQ(session.Body(), "");
 }
 
-TEST(LabelCallback, LabelWithoutATextIsDeclined) {
+TEST(LabelCallback, ReturnsFalseForALabelWithoutAText) {
   DrawingSession session;
   LabelNode silent(std::nullopt);
   EXPECT_FALSE(labelCallback(&silent, false, 1));
   EXPECT_EQ(session.Body(), "");
 }
 
-TEST(LabelCallback, WithoutAnExportIsDeclined) {
+TEST(LabelCallback, ReturnsFalseWithoutAnExport) {
   { DrawingSession session; }
   LabelNode label(kLabel);
   EXPECT_FALSE(labelCallback(&label, false, 1));
   EXPECT_FALSE(writeLabelText(kLabel, 1));
 }
 
-TEST(LabelCallback, AfterAnExportThatWasDeclinedTheNextIsRight) {
+TEST(LabelCallback, CallWithoutAnExportDoesNotAffectTheNextExport) {
   LabelNode label(kLabel);
   EXPECT_FALSE(labelCallback(&label, false, 1));
   EXPECT_NE(writtenFor(kLabel, true), "");
 }
 
-TEST(LabelCallback, WithoutACurrentNodeIsDeclined) {
+TEST(LabelCallback, ReturnsFalseWithoutACurrentNode) {
   DrawingSession session;
   DXF2dCloseNode();
   LabelNode label(kLabel);
@@ -74,7 +77,7 @@ TEST(LabelCallback, TextShorterThanItsTagIsReadAsEmpty) {
   }
 }
 
-TEST(LabelCallback, LabelThatCannotBeReadIsDeclined) {
+TEST(LabelCallback, ReturnsFalseForALabelThatCannotBeParsed) {
   for (const char16_t* text :
        {u"T:1 2.5 0 10 20 5 30 C 0 1 0 0", u"T:1 x 0 10 20 5 30 C 0 1 0 0 0 \"a\"",
         u"T:1 2.5 0 10 20 5 30 C 0 1 0 0 0 \"a", u"T:1 2,5 0 10 20 5 30 C 0 1 0 0 0 \"a\"",
@@ -116,3 +119,11 @@ TEST(LabelCallback, FailedWriteIsReported) {
   EXPECT_THROW(labelCallback(&label, false, 1), CFileException);
   EXPECT_THROW(DXF2dCloseFileForModel(), CFileException);
 }
+
+TEST(LabelCallback, ReturnsFalseWithoutAWriter) {
+  const NodeWithoutWriter session;
+  EXPECT_FALSE(writeLabelText(u"T:1 1 0 0 0 0 0 C 0 0 0 0 0 \"a\"", 1));
+  EXPECT_TRUE(session.IsUntouched());
+}
+
+}  // namespace dxf2d

@@ -9,6 +9,8 @@
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
 
+namespace dxf2d {
+
 namespace {
 
 std::u16string labelWith(const std::u16string& line) {
@@ -129,3 +131,5 @@ TEST(LabelCodePage, StructureOfTheDrawingIsTheSameUnderEveryPage) {
     expectLine(page, u"plain", "plain");
   }
 }
+
+}  // namespace dxf2d

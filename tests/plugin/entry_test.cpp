@@ -4,12 +4,15 @@
 #include <optional>
 #include <vector>
 
-#include "geometry/outline_block.h"
+#include "geometry/callbacks.h"
 #include "ktscene/kt_geometry.h"
 #include "ktscene/kt_traverser.h"
 #include "labels/label_callback.h"
-#include "plugin/exports.h"
+#include "plugin/entry.h"
+#include "session/callbacks.h"
 #include "tests/support/drawing_session.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -108,3 +111,5 @@ TEST(SpecialGeometry, SecondParameterMayBeAnything) {
   expectDeclined(std::vector<double>{1, std::numeric_limits<double>::quiet_NaN()});
   expectDeclined(std::vector<double>{1, -std::numeric_limits<double>::infinity()});
 }
+
+}  // namespace dxf2d

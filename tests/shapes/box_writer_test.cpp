@@ -8,6 +8,9 @@
 
 #include "tests/shapes/shape_session.h"
 #include "tests/support/expected_groups.h"
+#include "tests/support/node_without_writer.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -82,6 +85,10 @@ TEST(BoxWriter, AnyTurnAboutZIsOneFace) {
   EXPECT_EQ(countsOf(boxOn(turned(0, 0, 1, -3))), kOneFace);
 }
 
+TEST(BoxWriter, AxesAreComparedExactly) {
+  EXPECT_EQ(countsOf(boxOn(turned(1e-13, 1e-13, 1, 0.1))), kWireframe);
+}
+
 TEST(BoxWriter, ThirtyDegreesAboutXIsTheWireframe) {
   EXPECT_EQ(countsOf(boxOn(turned(1, 0, 0, 30 * kPi / 180))), kWireframe);
 }
@@ -130,7 +137,7 @@ TEST(BoxWriter, ObliqueAxisIsTheWireframe) {
 
 TEST(BoxWriter, UnturnedNodeIsTheWireframe) { EXPECT_EQ(boxOn({}), wireframe()); }
 
-TEST(BoxWriter, WrongNumberOfSizesIsDeclined) {
+TEST(BoxWriter, ReturnsFalseForAWrongNumberOfSizes) {
   for (const std::vector<double>& sizes :
        {std::vector<double>{}, std::vector<double>{1, 2}, std::vector<double>{1, 2, 3, 4}}) {
     const ShapeSession session;
@@ -139,7 +146,7 @@ TEST(BoxWriter, WrongNumberOfSizesIsDeclined) {
   }
 }
 
-TEST(BoxWriter, SizeThatIsNotAboveZeroIsDeclined) {
+TEST(BoxWriter, ReturnsFalseForSizesNotAboveZero) {
   const double kNaN = std::numeric_limits<double>::quiet_NaN();
   for (const std::vector<double>& sizes :
        {std::vector<double>{1, 1, 0}, std::vector<double>{0, 1, 1}, std::vector<double>{1, -1, 1},
@@ -156,7 +163,7 @@ TEST(BoxWriter, SizeThatIsNotAboveZeroIsDeclined) {
   }
 }
 
-TEST(BoxWriter, WithoutANodeIsDeclined) {
+TEST(BoxWriter, ReturnsFalseWithoutANode) {
   const ShapeSession session;
   BoxWriter writer;
   EXPECT_FALSE(writer.WriteBox(nullptr, kSize));
@@ -169,7 +176,7 @@ TEST(BoxWriter, WithoutANodeIsDeclined) {
   EXPECT_TRUE(session.IsUntouched());
 }
 
-TEST(BoxWriter, WithoutACurrentNodeIsDeclined) {
+TEST(BoxWriter, ReturnsFalseWithoutACurrentNode) {
   { DrawingSession session; }
   EXPECT_FALSE(writeBox(kSize));
 }
@@ -260,7 +267,7 @@ TEST(BoxWriter, SolidDoesNotTestItsSizes) {
   EXPECT_EQ(entitiesOfType(entitiesOf(groupsOf(session.Body())), "3DFACE").size(), 6U);
 }
 
-TEST(BoxWriter, CarriesTheNodesColour) {
+TEST(BoxWriter, CarriesTheNodesColor) {
   const ShapeSession session(turned(0, 0, 1, kHalfPi));
   session.Node()->colorIndex = 42;
   EXPECT_TRUE(writeBox(kSize));
@@ -290,8 +297,33 @@ TEST(AnglesEqual, HalvesRoundUp) {
   EXPECT_TRUE(anglesEqual(-0.5, 0.0, 0));
 }
 
-TEST(AnglesEqual, WhatIsNoNumberOrTooLargeEqualsNothing) {
+TEST(AnglesEqual, NanAndValuesOutOfRangeEqualNothing) {
   const double kNaN = std::numeric_limits<double>::quiet_NaN();
   EXPECT_FALSE(anglesEqual(kNaN, kNaN));
   EXPECT_FALSE(anglesEqual(1e300, 1e300));
 }
+
+TEST(AnglesEqual, RangeIsThatOf32BitIntegers) {
+  EXPECT_TRUE(anglesEqual(-2147483648.0, -2147483648.0, 0));
+  EXPECT_FALSE(anglesEqual(-2147483649.0, -2147483649.0, 0));
+  EXPECT_TRUE(anglesEqual(2147483647.0, 2147483647.0, 0));
+  EXPECT_FALSE(anglesEqual(2147483648.0, 2147483648.0, 0));
+}
+
+TEST(AnglesEqual, TakesTheLeastNumberOfPlaces) {
+  // The scale is 0, so every angle rounds to 0.
+  EXPECT_TRUE(anglesEqual(1.0, 2.0, std::numeric_limits<int>::min()));
+}
+
+TEST(BoxWriter, ReturnsFalseWithoutAWriter) {
+  const NodeWithoutWriter session;
+  BlockNode* node = exportSession().currentNode;
+  EXPECT_FALSE(writeBox(kSize));
+  BoxWriter writer;
+  EXPECT_FALSE(writer.WriteBox(node, kSize));
+  EXPECT_FALSE(writer.WriteWireframe(kSize));
+  writer.WriteSolid(node, 1, 1, 1);
+  EXPECT_TRUE(session.IsUntouched());
+}
+
+}  // namespace dxf2d

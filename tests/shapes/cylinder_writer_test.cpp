@@ -8,13 +8,16 @@
 
 #include "tests/shapes/shape_session.h"
 #include "tests/support/expected_groups.h"
+#include "tests/support/node_without_writer.h"
+
+namespace dxf2d {
 
 namespace {
 
 const std::vector<double> kSize = {1, 3};
 
 // What the side outline of radius 1 and height 3 leaves in the file: the trapezoid, and the
-// beginning of the centre line up to the end point that there is not.
+// beginning of the center line up to the end point that there is not.
 std::string brokenSideOutline() {
   return blockHeadText(1) +
          polylineText(254,
@@ -29,7 +32,7 @@ std::string brokenSideOutline() {
 void expectOutOfRange(const std::vector<double>& parameters) {
   try {
     writeCylinder(parameters);
-    FAIL() << "the centre line has an end";
+    FAIL() << "the center line has an end";
   } catch (const std::out_of_range& error) {
     EXPECT_STREQ(error.what(), "invalid vector<T> subscript");
   }
@@ -37,7 +40,7 @@ void expectOutOfRange(const std::vector<double>& parameters) {
 
 }  // namespace
 
-TEST(CylinderWriter, SideOutlineEndsAtItsCentreLine) {
+TEST(CylinderWriter, SideOutlineEndsAtItsCenterLine) {
   const ShapeSession session;
   expectOutOfRange(kSize);
   EXPECT_EQ(session.Body(), brokenSideOutline());
@@ -74,7 +77,7 @@ TEST(CylinderWriter, ScaledNodeIsNotTurned) {
   expectOutOfRange(kSize);
 }
 
-TEST(CylinderWriter, SlightestTurnIsDeclined) {
+TEST(CylinderWriter, ReturnsFalseForTheSlightestTurn) {
   for (const KtMatrix& matrix : {turned(0, 0, 1, 1e-12), turned(1, 0, 0, 1e-12)}) {
     const ShapeSession session(matrix);
     EXPECT_FALSE(writeCylinder(kSize));
@@ -89,7 +92,7 @@ TEST(CylinderWriter, SideOutlineIsWrittenOnATurnedNodeWhenAskedDirectly) {
   EXPECT_THROW(writer.WriteSideOutline(kSize), std::out_of_range);
 }
 
-TEST(CylinderWriter, WrongNumberOfParametersIsDeclined) {
+TEST(CylinderWriter, ReturnsFalseForAWrongNumberOfParameters) {
   for (const std::vector<double>& sizes :
        {std::vector<double>{}, std::vector<double>{1}, std::vector<double>{1, 2, 3}}) {
     const ShapeSession session;
@@ -102,7 +105,7 @@ TEST(CylinderWriter, WrongNumberOfParametersIsDeclined) {
   }
 }
 
-TEST(CylinderWriter, RadiusOrHeightThatIsNotAboveZeroIsDeclined) {
+TEST(CylinderWriter, ReturnsFalseForSizesNotAboveZero) {
   for (const std::vector<double>& sizes :
        {std::vector<double>{0, 3}, std::vector<double>{1, 0}, std::vector<double>{-1, 3},
         std::vector<double>{1, -3}}) {
@@ -116,7 +119,7 @@ TEST(CylinderWriter, RadiusOrHeightThatIsNotAboveZeroIsDeclined) {
   }
 }
 
-TEST(CylinderWriter, WithoutANodeIsDeclined) {
+TEST(CylinderWriter, ReturnsFalseWithoutANode) {
   const ShapeSession session;
   CylinderWriter writer;
   EXPECT_FALSE(writer.WriteCylinder(nullptr, kSize));
@@ -126,7 +129,7 @@ TEST(CylinderWriter, WithoutANodeIsDeclined) {
   EXPECT_TRUE(session.IsUntouched());
 }
 
-TEST(CylinderWriter, WithoutACurrentNodeIsDeclined) {
+TEST(CylinderWriter, ReturnsFalseWithoutACurrentNode) {
   { DrawingSession session; }
   EXPECT_FALSE(writeCylinder(kSize));
 }
@@ -172,3 +175,22 @@ TEST(CylinderWriter, ExtrusionOfATiltedCircleIsTurned) {
   writer.WriteExtrudedCircle(session.Node(), 1, 1);
   EXPECT_NE(session.Body().find(" 220\n1.000000\n"), std::string::npos);
 }
+
+TEST(CylinderWriter, ReturnsFalseWithoutAWriter) {
+  const NodeWithoutWriter session;
+  BlockNode* node = exportSession().currentNode;
+  EXPECT_FALSE(writeCylinder(kSize));
+  CylinderWriter writer;
+  EXPECT_FALSE(writer.WriteCylinder(node, kSize));
+  EXPECT_FALSE(writer.WriteOctagon(kSize));
+  writer.WriteExtrudedCircle(node, 1, 1);
+  EXPECT_TRUE(session.IsUntouched());
+}
+
+TEST(CylinderWriter, AnglesAreComparedExactly) {
+  const ShapeSession session(turned(0, 0, 1, 1e-150));
+  EXPECT_FALSE(writeCylinder(kSize));
+  EXPECT_TRUE(session.IsUntouched());
+}
+
+}  // namespace dxf2d

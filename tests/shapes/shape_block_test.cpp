@@ -8,13 +8,15 @@
 #include "tests/shapes/shape_session.h"
 #include "tests/support/expected_groups.h"
 
+namespace dxf2d {
+
 namespace {
 
 const std::vector<KtPoint3> kPoints = {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}};
 
 }  // namespace
 
-TEST(ShapeBlock, EmptyOutlineIsDeclined) {
+TEST(ShapeBlock, ReturnsFalseForAnEmptyOutline) {
   const ShapeSession session;
   EXPECT_FALSE(writeShapeBlock(*exportSession().writer, *session.Node(), {{}, {0, 1, -6}}));
   EXPECT_FALSE(writeShapeBlock(*exportSession().writer, *session.Node(), {kPoints, {}}));
@@ -54,3 +56,5 @@ TEST(ShapeBlock, EntryThatNamesNoPointEndsTheWriting) {
                              pointText(10, {"1.000000", "0.000000"}) +
                              "  0\nVERTEX\n  8\n0\n 70\n0\n"));
 }
+
+}  // namespace dxf2d

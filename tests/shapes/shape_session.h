@@ -4,6 +4,8 @@
 #include "session/export_session.h"
 #include "tests/support/drawing_session.h"
 
+namespace dxf2d {
+
 class ShapeSession : public DrawingSession {
  public:
   explicit ShapeSession(const KtMatrix& matrix = {}) {
@@ -25,3 +27,5 @@ inline KtMatrix turned(double x, double y, double z, double angle) {
   matrix.Rotate(x, y, z, angle);
   return matrix;
 }
+
+}  // namespace dxf2d

@@ -1,7 +1,9 @@
-#include "labels/label_text_writer.h"
+#include "labels/label_text.h"
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,8 @@
 #include "session/export_session.h"
 #include "tests/support/drawing_session.h"
 #include "tests/support/expected_groups.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -54,6 +58,11 @@ bool isDrawnOn(double x, double y, double z, double angle) {
   return !session.Body().empty();
 }
 
+// The label of `angle` degrees, one line, aligned to the right.
+Entity textAtAngle(const std::u16string& angle) {
+  return textsOf(u"T:1 1 0 0 0 0 " + angle + u" R 0 0 0 0 0 \"abc\"").at(0);
+}
+
 constexpr char16_t kThreeLines[] = u" 0 0 0 0 0 \"a\" \"b\" \"c\"";
 
 }  // namespace
@@ -80,7 +89,7 @@ TEST(LabelText, TwoTurnedLinesByteForByte) {
                              text("10.937500", "18.376202", "second line")));
 }
 
-TEST(LabelText, CentredLinesStandAboutTheAnchor) {
+TEST(LabelText, CenteredLinesStandAboutTheAnchor) {
   EXPECT_EQ(baselines(u"T:1 1 0 0 0 0 0 C" + std::u16string(kThreeLines)),
             (std::vector<double>{1.5, 0, -1.5}));
   EXPECT_EQ(baselines(u"T:1 1 0 0 0 0 0 L" + std::u16string(kThreeLines)),
@@ -165,19 +174,19 @@ TEST(LabelText, ThirdCoordinateIsZeroWhateverTheAnchors) {
   EXPECT_EQ(text.Value(31), "0.000000");
 }
 
-TEST(LabelText, ColourIndexInsideThePaletteIsWrittenAsItIs) {
+TEST(LabelText, ColorIndexInsideThePaletteIsWrittenAsItIs) {
   EXPECT_EQ(colorOf(1, u"0 0 1"), "1");
   EXPECT_EQ(colorOf(255, u"0 0 1"), "255");
 }
 
-TEST(LabelText, OtherColourIndexStandsForTheLabelsColour) {
+TEST(LabelText, OtherColorIndexStandsForTheLabelsColor) {
   EXPECT_EQ(colorOf(0, u"0 0 1"), "5");
   EXPECT_EQ(colorOf(256, u"0 0 1"), "5");
   EXPECT_EQ(colorOf(-1, u"0.5 0.5 0.5"), "251");
   EXPECT_EQ(colorOf(2147483647, u"1 0 0"), "1");
 }
 
-TEST(LabelText, ColourThatNoIndexIsNearIsWhite) { EXPECT_EQ(colorOf(0, u"1e9 0 0"), "7"); }
+TEST(LabelText, ColorThatNoIndexIsNearIsWhite) { EXPECT_EQ(colorOf(0, u"1e9 0 0"), "7"); }
 
 TEST(LabelText, NodesMatrixIsNotApplied) {
   HostNode host;
@@ -200,7 +209,7 @@ TEST(LabelText, MarksItsNodeAndTheAncestors) {
   EXPECT_TRUE(exportSession().root->hasGeometry);
 }
 
-TEST(LabelText, LabelWithoutLinesIsNothingButSuccess) {
+TEST(LabelText, LabelWithoutLinesSucceedsAndWritesNothing) {
   DrawingSession session;
   DXF2dOpenNode(nullptr);
   EXPECT_TRUE(writeLabelText(u"T:1 1 0 0 0 0 0 C 0 0 0 0 0", 1));
@@ -267,9 +276,32 @@ TEST(RotateOffset, RadiansAreDegreesTimesPiDividedBy180) {
   EXPECT_EQ(y, expected.Get1());
 }
 
-TEST(LabelTextWriter, WithoutANodeIsDeclined) {
+TEST(LabelText, RotationIsWrittenFromJustAboveAThousandthOfADegree) {
+  EXPECT_EQ(textAtAngle(u"0.001").Value(50), std::nullopt);
+  EXPECT_EQ(textAtAngle(u"-0.001").Value(50), std::nullopt);
+  EXPECT_EQ(textAtAngle(u"0.0010000001").Value(50), "0.001000");
+  EXPECT_EQ(textAtAngle(u"-0.0010000001").Value(50), "-0.001000");
+}
+
+TEST(LabelText, UnreadableLabelFailsOnATiltedNodeToo) {
+  HostNode host;
+  host.node.matrix.Rotate(1, 0, 0, 1);
   DrawingSession session;
-  LabelTextWriter writer;
-  EXPECT_FALSE(writer.WriteLabel(nullptr, u"T:1 1 0 0 0 0 0 C 0 0 0 0 0 \"a\"", 1));
+  DXF2dOpenNode(host.Attribute());
+  EXPECT_FALSE(writeLabelText(u"T:not a label", 1));
   EXPECT_EQ(session.Body(), "");
 }
+
+TEST(RotateOffset, BeginsAtAHundredThousandthOfADegree) {
+  for (const double sign : {1.0, -1.0}) {
+    double x = 1e9;
+    double y = 0;
+    double z = 0;
+    rotateOffset(x, y, z, sign * std::nextafter(1e-05, 0.0), 0, 0, 1);
+    EXPECT_EQ(y, 0);
+    rotateOffset(x, y, z, sign * 1e-05, 0, 0, 1);
+    EXPECT_NEAR(y, sign * 174.533, 0.001);
+  }
+}
+
+}  // namespace dxf2d
