@@ -1,0 +1,166 @@
+#include "mesh/near_points.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <numeric>
+
+#include "mesh/repeat_filter.h"
+#include "mesh/vector.h"
+
+namespace dxf2d::mesh {
+
+namespace {
+
+using Hashes = std::vector<std::uint32_t, LargeAllocator<std::uint32_t>>;
+
+// Side of a cell in distances: larger cells hold more points, smaller ones have more points near
+// their sides, which stand in the neighboring cells too.
+constexpr double kCellSide = 16.0;
+
+// Cells along an axis from which on doubles stand farther apart than the distance.
+constexpr double kMostCells = 1e15;
+
+// A grid of cells, each known by a hash. Doubles do not tell the cells of a wide box apart all over
+// it: there the origin is that of the coordinates, where they are densest, and a coordinate beyond
+// kMostCells has a cell of its own, as only an equal one is within the distance.
+class Grid {
+ public:
+  Grid(const Box& box, double distance) : cellsPerUnit_(1.0 / (kCellSide * distance)) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      isWide_ = isWide_ || (box.greatest[axis] - box.least[axis]) * cellsPerUnit_ > kMostCells;
+    }
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      // Points that all have the least coordinate, or 0, lie in the middle of their cells.
+      origin_[axis] = (isWide_ ? 0.0 : box.least[axis]) - 0.5 * kCellSide * distance;
+    }
+  }
+
+  // Returns the hash of the point's own cell, and calls visit(hash) for each neighboring cell that
+  // the distance reaches.
+  template <class Visit>
+  std::uint32_t Cells(const Point& point, Visit visit) const {
+    std::uint64_t cell = 0;
+    std::array<std::uint64_t, 3> steps;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      const double offset = (point[axis] - origin_[axis]) * cellsPerUnit_;
+      if (isWide_ && std::fabs(offset) > kMostCells) {
+        cell += std::bit_cast<std::uint64_t>(point[axis]) * kFactors[axis];
+        steps[axis] = 0;
+        continue;
+      }
+      const auto place = static_cast<std::int64_t>(isWide_ ? std::floor(offset) : offset);
+      cell += static_cast<std::uint64_t>(place) * kFactors[axis];
+      steps[axis] = Step(offset - static_cast<double>(place), kFactors[axis]);
+    }
+    if ((steps[0] | steps[1] | steps[2]) != 0) {
+      VisitNeighbors(cell, steps, visit);
+    }
+    return mixed(cell);
+  }
+
+ private:
+  // Neighbors along an axis differ by its factor.
+  static constexpr std::array<std::uint64_t, 3> kFactors = {
+      0x9e3779b97f4a7c15U, 0xc2b2ae3d27d4eb4fU, 0x165667b19e3779f9U};
+
+  // Which neighbor along an axis a point reaches that lies at `within`, 0 to 1, of its cell.
+  static std::uint64_t Step(double within, std::uint64_t factor) {
+    // A little more than a distance, to be safe from rounding.
+    constexpr double kMargin = 1.01 / kCellSide;
+    const std::uint64_t upward = within > 1.0 - kMargin ? factor : 0;
+    return within < kMargin ? std::uint64_t{0} - factor : upward;
+  }
+
+  template <class Visit>
+  static void VisitNeighbors(std::uint64_t cell, const std::array<std::uint64_t, 3>& steps,
+                             Visit visit) {
+    for (unsigned neighbor = 1; neighbor < 8; ++neighbor) {
+      std::uint64_t sum = cell;
+      bool isReached = true;
+      for (std::size_t axis = 0; axis < 3; ++axis) {
+        if ((neighbor >> axis & 1U) != 0) {
+          isReached = isReached && steps[axis] != 0;
+          sum += steps[axis];
+        }
+      }
+      if (isReached) {
+        visit(mixed(sum));
+      }
+    }
+  }
+
+  Point origin_ = {};
+  double cellsPerUnit_;
+  bool isWide_ = false;
+};
+
+// The points, ascending, whose own cell another point stands in or reaches, and some others.
+// `hashes` receives the hashes of the points' own cells.
+std::vector<Index> findCrowded(std::span<const Point> points, const Grid& grid, Hashes& hashes) {
+  RepeatFilter filter(points.size());
+  hashes.resize(points.size());
+  // In batches, as nothing then comes between the bits and the next ones, which are far apart.
+  constexpr std::size_t kBatch = 256;
+  std::array<std::uint32_t, kBatch * 8> cells;
+  for (std::size_t begin = 0; begin < points.size(); begin += kBatch) {
+    const std::size_t end = std::min(begin + kBatch, points.size());
+    std::size_t count = 0;
+    for (std::size_t i = begin; i < end; ++i) {
+      hashes[i] = grid.Cells(points[i], [&](std::uint32_t hash) { cells[count++] = hash; });
+      cells[count++] = hashes[i];
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+      filter.Add(cells[i]);
+    }
+  }
+  std::vector<Index> crowded;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    if (filter.IsRepeated(hashes[i])) {
+      crowded.push_back(static_cast<Index>(i));
+    }
+  }
+  return crowded;
+}
+
+}  // namespace
+
+std::vector<Index, LargeAllocator<Index>> joinNear(std::span<const Point> points, const Box& box,
+                                                   double distance) {
+  std::vector<Index, LargeAllocator<Index>> joined;
+  if (distance <= 0.0) {
+    return joined;
+  }
+  const Grid grid(box, distance);
+  Hashes hashes;
+  const std::vector<Index> crowded = findCrowded(points, grid, hashes);
+  // A kept point stands in its own cell and in those that the distance reaches, so a search looks
+  // into one cell only. Kept points are farther apart than the distance, so a cell holds few.
+  SlotTable table(2 * crowded.size());
+  constexpr std::size_t kAhead = 8;
+  for (std::size_t i = 0; i < crowded.size(); ++i) {
+    table.Prefetch(hashes[crowded[std::min(i + kAhead, crowded.size() - 1)]]);
+    const Index number = crowded[i];
+    const Point& point = points[number];
+    const Index found = table.Find(hashes[number], [&](Index kept) {
+      const Vector apart = difference(points[kept], point);
+      return dot(apart, apart) <= distance * distance;
+    });
+    if (found == kNone) {
+      table.Keep(hashes[number], number);
+      grid.Cells(point, [&](std::uint32_t hash) { table.Keep(hash, number); });
+      continue;
+    }
+    if (joined.empty()) {
+      joined.resize(points.size());
+      std::iota(joined.begin(), joined.end(), Index{0});
+    }
+    joined[number] = found;
+  }
+  return joined;
+}
+
+}  // namespace dxf2d::mesh
