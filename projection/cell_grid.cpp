@@ -1,0 +1,185 @@
+#include "projection/cell_grid.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+#include "projection/grid_lines.h"
+
+namespace dxf2d::projection {
+namespace {
+
+// About as many triangles as fit into the processor's nearer caches once they are set up.
+constexpr double kTrianglesPerBlock = 1500;
+constexpr double kMostBlocksASide = 1024;
+// Entries in the blocks' lists for each triangle or edge, on average, before blocks become larger.
+constexpr double kEntriesPerItem = 4;
+// The grid stands a little off the scene's bounds, so that its lines are not those of the model.
+constexpr double kMargin = 0.00137;
+
+struct Extent {
+  double x0 = std::numeric_limits<double>::infinity();
+  double y0 = std::numeric_limits<double>::infinity();
+  double x1 = -std::numeric_limits<double>::infinity();
+  double y1 = -std::numeric_limits<double>::infinity();
+
+  void Add(const Point& point) {
+    x0 = std::min(x0, point[0]);
+    y0 = std::min(y0, point[1]);
+    x1 = std::max(x1, point[0]);
+    y1 = std::max(y1, point[1]);
+  }
+};
+
+}  // namespace
+
+CellGrid::CellGrid(const Scene& scene, std::span<const Index> triangles,
+                   std::span<const CandidateEdge> edges, const Tolerances& tolerances)
+    : scene_(scene), edges_(edges), tolerances_(tolerances) {
+  Extent extent;
+  for (const Index t : triangles) {
+    for (const Index corner : scene.triangles[t]) {
+      extent.Add(scene.points[corner]);
+    }
+  }
+  for (const CandidateEdge& edge : edges) {
+    extent.Add(scene.points[edge.from]);
+    extent.Add(scene.points[edge.to]);
+  }
+  if (!(extent.x0 <= extent.x1)) {
+    extent = {0, 0, 0, 0};
+  }
+  middleX_ = extent.x0 + (extent.x1 - extent.x0) / 2;
+  middleY_ = extent.y0 + (extent.y1 - extent.y0) / 2;
+  const double width = extent.x1 - extent.x0;
+  const double height = extent.y1 - extent.y0;
+  const double margin = kMargin * std::max(width, height) + 4 * tolerances.plan;
+  // Not half the width: the middle of a small scene far from the origin is rounded.
+  extent_ = {extent.x0 - middleX_ - margin, extent.y0 - middleY_ - margin,
+             extent.x1 - middleX_ + 1.3 * margin, extent.y1 - middleY_ + 1.7 * margin};
+  ChooseSize(triangles);
+  SortTriangles(triangles);
+  SortEdges();
+}
+
+void CellGrid::ChooseSize(std::span<const Index> triangles) {
+  const double width = extent_.x1 - extent_.x0;
+  const double height = extent_.y1 - extent_.y0;
+  const auto items = static_cast<double>(triangles.size() + edges_.size());
+  double blocks = items / kTrianglesPerBlock;
+  while (blocks > 1 && width > 0 && height > 0) {
+    const double side = std::sqrt(width * height / blocks);
+    const double columns = std::clamp(std::floor(width / side), 1.0, kMostBlocksASide);
+    const double rows = std::clamp(std::floor(height / side), 1.0, kMostBlocksASide);
+    columns_ = static_cast<std::size_t>(columns);
+    rows_ = static_cast<std::size_t>(rows);
+    double entries = 0;
+    for (const Index t : triangles) {
+      Extent box;
+      for (const Index corner : scene_.triangles[t]) {
+        box.Add(scene_.points[corner]);
+      }
+      entries +=
+          ((box.x1 - box.x0) / width * columns + 1) * ((box.y1 - box.y0) / height * rows + 1);
+    }
+    for (const CandidateEdge& edge : edges_) {
+      const Point& a = scene_.points[edge.from];
+      const Point& b = scene_.points[edge.to];
+      entries +=
+          std::abs(a[0] - b[0]) / width * columns + std::abs(a[1] - b[1]) / height * rows + 1;
+    }
+    if (entries <= kEntriesPerItem * items) {
+      return;
+    }
+    blocks /= 4;
+  }
+  columns_ = 1;
+  rows_ = 1;
+}
+
+std::size_t CellGrid::ColumnOf(double x) const {
+  return cellOf(x, extent_.x0, extent_.x1, columns_);
+}
+
+std::size_t CellGrid::RowOf(double y) const { return cellOf(y, extent_.y0, extent_.y1, rows_); }
+
+Rectangle CellGrid::BlockRectangle(std::size_t column, std::size_t row) const {
+  return {lineOf(column, extent_.x0, extent_.x1, columns_),
+          lineOf(row, extent_.y0, extent_.y1, rows_),
+          lineOf(column + 1, extent_.x0, extent_.x1, columns_),
+          lineOf(row + 1, extent_.y0, extent_.y1, rows_)};
+}
+
+template <class Visit>
+void CellGrid::ForEachBlockOfTriangle(Index triangle, Visit visit) const {
+  Extent box;
+  for (const Index corner : scene_.triangles[triangle]) {
+    box.Add(scene_.points[corner]);
+  }
+  const double slack = 2 * tolerances_.plan;
+  const std::size_t lastColumn = ColumnOf(box.x1 - middleX_ + slack);
+  const std::size_t lastRow = RowOf(box.y1 - middleY_ + slack);
+  for (std::size_t row = RowOf(box.y0 - middleY_ - slack); row <= lastRow; ++row) {
+    for (std::size_t column = ColumnOf(box.x0 - middleX_ - slack); column <= lastColumn; ++column) {
+      visit(row * columns_ + column);
+    }
+  }
+}
+
+void CellGrid::SortTriangles(std::span<const Index> triangles) {
+  triangleStarts_.assign(BlockCount() + 2, 0);
+  std::vector<char> isFlat(triangles.size());
+  for (std::size_t i = 0; i < triangles.size(); ++i) {
+    isFlat[i] = planWidth(scene_, triangles[i]) <= tolerances_.edgeOn ? 1 : 0;
+    if (isFlat[i] == 0) {
+      ForEachBlockOfTriangle(triangles[i],
+                             [&](std::size_t block) { ++triangleStarts_[block + 2]; });
+    }
+  }
+  for (std::size_t i = 2; i < triangleStarts_.size(); ++i) {
+    triangleStarts_[i] += triangleStarts_[i - 1];
+  }
+  triangleItems_.resize(triangleStarts_.back());
+  for (std::size_t i = 0; i < triangles.size(); ++i) {
+    if (isFlat[i] == 0) {
+      ForEachBlockOfTriangle(triangles[i], [&](std::size_t block) {
+        triangleItems_[triangleStarts_[block + 1]++] = triangles[i];
+      });
+    }
+  }
+}
+
+PlanSegment CellGrid::SegmentOf(Index edge) const {
+  const Point& a = scene_.points[edges_[edge].from];
+  const Point& b = scene_.points[edges_[edge].to];
+  const double dx = b[0] - a[0];
+  const double dy = b[1] - a[1];
+  return {a[0] - middleX_, a[1] - middleY_, a[2], dx, dy, b[2] - a[2], edge};
+}
+
+void CellGrid::SortEdges() {
+  edgeStarts_.assign(BlockCount() + 2, 0);
+  const auto forEachEntry = [&](auto visit) {
+    for (Index i = 0; i < edges_.size(); ++i) {
+      const PlanSegment segment = SegmentOf(i);
+      if (!(segment.length > tolerances_.plan)) {
+        continue;
+      }
+      forEachCellOnSegment(segment, {0, 1}, extent_, columns_, rows_, tolerances_.plan,
+                           [&](std::size_t column, std::size_t row, const Interval&) {
+                             visit(row * columns_ + column, i);
+                           });
+    }
+  };
+  forEachEntry([&](std::size_t block, Index) { ++edgeStarts_[block + 2]; });
+  for (std::size_t i = 2; i < edgeStarts_.size(); ++i) {
+    edgeStarts_[i] += edgeStarts_[i - 1];
+  }
+  edgeItems_.resize(edgeStarts_.back());
+  forEachEntry([&](std::size_t block, Index i) { edgeItems_[edgeStarts_[block + 1]++] = i; });
+}
+
+}  // namespace dxf2d::projection

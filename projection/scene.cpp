@@ -1,0 +1,161 @@
+#include "projection/scene.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "projection/triangulation.h"
+
+namespace dxf2d::projection {
+namespace {
+
+// Beyond this, products of three coordinates overflow.
+constexpr double kLargest = 1e100;
+
+// Squares of anything smaller lose digits.
+constexpr double kSmallest = 1e-100;
+
+constexpr double kPlanShare = 1e-9;
+constexpr double kTouchShare = 3e-7;
+constexpr double kWeldShare = 1e-6;
+
+Point place(const Point& point, const Placement& placement) {
+  return {placement.cosine * point[0] - placement.sine * point[1] + placement.x,
+          placement.sine * point[0] + placement.cosine * point[1] + placement.y,
+          point[2] + placement.z};
+}
+
+Bounds emptyBounds() {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  return {{kInfinity, kInfinity, kInfinity}, {-kInfinity, -kInfinity, -kInfinity}};
+}
+
+void add(Bounds& bounds, const Point& point) {
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    bounds.low[axis] = std::min(bounds.low[axis], point[axis]);
+    bounds.high[axis] = std::max(bounds.high[axis], point[axis]);
+  }
+}
+
+bool isUsable(const Point& point) {
+  return std::ranges::all_of(point, [](double value) { return std::abs(value) <= kLargest; });
+}
+
+// Appends the points of `placed` that can be used. The result has each point's number in the scene.
+std::vector<Index> appendPoints(const PlacedMesh& placed, Scene& scene) {
+  constexpr Index kNone = std::numeric_limits<Index>::max();
+  std::vector<Index> numbers;
+  numbers.reserve(placed.mesh->points.size());
+  for (const Point& point : placed.mesh->points) {
+    const Point there = place(point, placed.placement);
+    numbers.push_back(isUsable(there) ? static_cast<Index>(scene.points.size()) : kNone);
+    if (isUsable(there)) {
+      scene.points.push_back(there);
+    }
+  }
+  return numbers;
+}
+
+void appendPolygons(const PlacedMesh& placed, const std::vector<Index>& numbers, Scene& scene) {
+  constexpr Index kNone = std::numeric_limits<Index>::max();
+  Triangulation triangulation;
+  std::vector<Index> corners;
+  for (std::size_t p = 0; p < placed.mesh->PolygonCount(); ++p) {
+    corners.clear();
+    for (const Index corner : placed.mesh->Polygon(p)) {
+      corners.push_back(numbers[corner]);
+    }
+    if (corners.size() < 3 || std::ranges::find(corners, kNone) != corners.end()) {
+      continue;
+    }
+    triangulation.Run(scene.points, corners);
+    std::uint8_t samePolygon = 0;
+    for (const Triangulation::Triangle& triangle : triangulation.Triangles()) {
+      scene.triangles.push_back(triangle.corners);
+      scene.polygonEdges.push_back(triangle.polygonEdges | samePolygon);
+      scene.parts.push_back(placed.firstPart + placed.mesh->parts[p]);
+      samePolygon = kSamePolygon;
+    }
+  }
+}
+
+// Notes the deviations of the parts of `placed`, whose points are the scene's from `first` on.
+void noteDeviations(const PlacedMesh& placed, std::size_t first, Scene& scene) {
+  if (placed.mesh->parts.empty() || placed.deviationShare == 0) {
+    return;
+  }
+  Bounds bounds = emptyBounds();
+  for (std::size_t i = first; i < scene.points.size(); ++i) {
+    add(bounds, scene.points[i]);
+  }
+  const Index last = placed.firstPart + *std::ranges::max_element(placed.mesh->parts);
+  scene.deviations.resize(std::max<std::size_t>(scene.deviations.size(), last + 1));
+  std::fill(scene.deviations.begin() + placed.firstPart, scene.deviations.begin() + last + 1,
+            first < scene.points.size() ? placed.deviationShare * bounds.Diagonal() : 0);
+}
+
+void appendLines(const PlacedMesh& placed, const std::vector<Index>& numbers, Scene& scene) {
+  constexpr Index kNone = std::numeric_limits<Index>::max();
+  for (const mesh::Segment& line : placed.mesh->segments) {
+    if (numbers[line.a] != kNone && numbers[line.b] != kNone) {
+      scene.lines.push_back({numbers[line.a], numbers[line.b], placed.firstPart + line.part});
+    }
+  }
+}
+
+}  // namespace
+
+Scene assembleScene(std::span<const PlacedMesh> meshes) {
+  Scene scene;
+  std::size_t pointCount = 0;
+  std::size_t triangleCount = 0;
+  for (const PlacedMesh& placed : meshes) {
+    pointCount += placed.mesh->points.size();
+    triangleCount += placed.mesh->corners.size() -
+                     std::min(placed.mesh->corners.size(), 2 * placed.mesh->PolygonCount());
+  }
+  scene.points.reserve(pointCount);
+  scene.triangles.reserve(triangleCount);
+  scene.polygonEdges.reserve(triangleCount);
+  scene.parts.reserve(triangleCount);
+  for (const PlacedMesh& placed : meshes) {
+    const std::size_t firstPoint = scene.points.size();
+    const std::vector<Index> numbers = appendPoints(placed, scene);
+    noteDeviations(placed, firstPoint, scene);
+    appendPolygons(placed, numbers, scene);
+    appendLines(placed, numbers, scene);
+  }
+  return scene;
+}
+
+double Bounds::Diagonal() const {
+  return std::hypot(high[0] - low[0], high[1] - low[1], high[2] - low[2]);
+}
+
+Bounds boundsOf(const Scene& scene) {
+  Bounds bounds = emptyBounds();
+  for (const auto& triangle : scene.triangles) {
+    for (const Index corner : triangle) {
+      add(bounds, scene.points[corner]);
+    }
+  }
+  for (const Scene::Line& line : scene.lines) {
+    add(bounds, scene.points[line.from]);
+    add(bounds, scene.points[line.to]);
+  }
+  return bounds.low[0] <= bounds.high[0] ? bounds : Bounds();
+}
+
+Tolerances tolerancesFor(const Bounds& bounds) {
+  const double diagonal = bounds.Diagonal();
+  const auto share = [&](double part) { return std::max(part * diagonal, kSmallest); };
+  return {share(kPlanShare), share(kTouchShare), share(kWeldShare), share(kPlanShare)};
+}
+
+Tolerances outlineTolerancesFor(const Bounds& bounds) {
+  Tolerances tolerances = tolerancesFor(bounds);
+  tolerances.edgeOn = tolerances.touch;
+  return tolerances;
+}
+
+}  // namespace dxf2d::projection
