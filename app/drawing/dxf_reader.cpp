@@ -1,0 +1,161 @@
+#include "app/drawing/dxf_reader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <system_error>
+
+#include "app/drawing/drawing_nesting.h"
+#include "app/drawing/entity_groups.h"
+#include "app/drawing/entity_reader.h"
+#include "app/drawing/table_reader.h"
+
+namespace dxf2d {
+
+namespace {
+
+// Bytes. A device can be named as a drawing and never end.
+constexpr std::size_t kMaxFileSize = std::size_t{512} << 20;
+
+// Bytes; sizes double from here.
+constexpr std::size_t kFirstChunk = std::size_t{1} << 20;
+
+[[noreturn]] void failReading(const std::string& path, int error) {
+  throw DxfError({path, "cannot be read: " + std::generic_category().message(error),
+                  "check the name and its permissions"});
+}
+
+std::string readWhole(const std::string& path) {
+  struct CloseFile {
+    void operator()(std::FILE* file) const { std::fclose(file); }
+  };
+  errno = 0;
+  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
+  if (file == nullptr) {
+    failReading(path, errno);
+  }
+  std::string text;
+  std::size_t size = 0;
+  do {
+    if (size > kMaxFileSize) {
+      throw LimitError(path, "is longer than " + std::to_string(kMaxFileSize) + " bytes");
+    }
+    // One byte more than is taken tells a file of the greatest size from a longer one.
+    text.resize(std::min(std::max(size * 2, kFirstChunk), kMaxFileSize + 1));
+    size += std::fread(text.data() + size, 1, text.size() - size, file.get());
+    if (std::ferror(file.get()) != 0) {
+      failReading(path, errno);
+    }
+  } while (size == text.size());
+  text.resize(size);
+  return text;
+}
+
+// The sections of one drawing, in the order in which they come.
+class DrawingParser {
+ public:
+  DrawingParser(std::string_view text, std::string_view name)
+      : reader_(text, name), entities_(reader_, drawing_) {}
+
+  Drawing Parse() {
+    reader_.Advance();
+    while (!reader_.Current().Opens("EOF")) {
+      ParseSection();
+    }
+    return std::move(drawing_);
+  }
+
+ private:
+  void ParseSection() {
+    if (!reader_.Current().Opens("SECTION")) {
+      reader_.Fail(quoted(reader_.Current().value) + " found where a section or EOF is expected",
+                   "check that it is a DXF drawing");
+    }
+    reader_.Advance();
+    if (reader_.Current().code != 2) {
+      reader_.Fail("the section has no name", "add group 2");
+    }
+    const std::string_view name = reader_.Current().value;
+    reader_.Advance();
+    if (name == "HEADER") {
+      readHeader(reader_, drawing_);
+    } else if (name == "TABLES") {
+      readTables(reader_, entities_, drawing_);
+    } else if (name == "BLOCKS") {
+      ParseBlocks();
+    } else if (name == "ENTITIES") {
+      SkipToEntity();
+      entities_.ReadUntil("ENDSEC", drawing_.entities);
+    } else {
+      SkipSection();
+    }
+    reader_.Advance();
+  }
+
+  void ParseBlocks() {
+    SkipToEntity();
+    while (!reader_.Current().Opens("ENDSEC")) {
+      ParseBlock();
+    }
+  }
+
+  void ParseBlock() {
+    if (!reader_.Current().Opens("BLOCK")) {
+      reader_.Fail(quoted(reader_.Current().value) + " found where BLOCK is expected",
+                   "export the drawing again");
+    }
+    const EntityGroups groups(reader_);
+    if (groups.Name().empty()) {
+      groups.Fail("it has no name", "add group 2");
+    }
+    const PlanPoint base = groups.Has(10) ? groups.Point(10) : PlanPoint{};
+    const std::size_t number = entities_.BlockNumber(groups.Name());
+    DefineBlock(number, base, groups);
+    // Gathered aside: the entities may mention new blocks, and the list of blocks then moves.
+    std::vector<DrawingEntity> added = std::move(drawing_.blocks[number].entities);
+    entities_.ReadUntil("ENDBLK", added);
+    added.shrink_to_fit();
+    drawing_.blocks[number].entities = std::move(added);
+    const EntityGroups end(reader_);
+  }
+
+  void DefineBlock(std::size_t number, PlanPoint base, const EntityGroups& groups) {
+    DrawingBlock& block = drawing_.blocks[number];
+    if (block.defined && (block.base.x != base.x || block.base.y != base.y)) {
+      groups.Fail("block " + quoted(block.name) + " is defined twice with different base points",
+                  "give both the same");
+    }
+    block.defined = true;
+    block.base = base;
+  }
+
+  void SkipSection() {
+    while (!reader_.Current().Opens("ENDSEC")) {
+      refuseNewSection(reader_);
+      reader_.Advance();
+    }
+  }
+
+  void SkipToEntity() {
+    while (reader_.Current().code != 0) {
+      reader_.Advance();
+    }
+  }
+
+  Drawing drawing_;
+  GroupReader reader_;
+  EntityReader entities_;
+};
+
+}  // namespace
+
+Drawing readDrawing(const std::string& path) { return parseDrawing(readWhole(path), path); }
+
+Drawing parseDrawing(std::string_view text, std::string_view name) {
+  Drawing drawing = DrawingParser(text, name).Parse();
+  checkNesting(drawing, std::string(name));
+  return drawing;
+}
+
+}  // namespace dxf2d

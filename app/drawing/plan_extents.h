@@ -1,0 +1,26 @@
+// The room that points take in the plan.
+#pragma once
+
+#include "app/drawing/drawing.h"
+
+namespace dxf2d {
+
+// The smallest upright rectangle around points. Points that are not finite take no part in it.
+class PlanExtents {
+ public:
+  void Add(PlanPoint point);
+  void Add(const PlanExtents& other);
+  bool IsEmpty() const { return isEmpty_; }
+  // Whether all points added were finite.
+  bool IsFinite() const { return isFinite_; }
+  PlanPoint Low() const { return low_; }
+  PlanPoint High() const { return high_; }
+
+ private:
+  bool isEmpty_ = true;
+  bool isFinite_ = true;
+  PlanPoint low_;
+  PlanPoint high_;
+};
+
+}  // namespace dxf2d

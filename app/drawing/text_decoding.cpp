@@ -1,0 +1,195 @@
+#include "app/drawing/text_decoding.h"
+
+#include <iconv.h>
+
+#include <bit>
+#include <cerrno>
+#include <charconv>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <stdexcept>
+
+namespace dxf2d {
+
+namespace {
+
+constexpr unsigned kUtf8Page = 65001;
+constexpr char32_t kReplacement = 0xFFFD;
+
+void appendUtf8(std::string& text, char32_t character) {
+  const auto add = [&text](char32_t byte) { text += static_cast<char>(byte); };
+  if (character < 0x80) {
+    add(character);
+  } else if (character < 0x800) {
+    add(0xC0 | character >> 6);
+    add(0x80 | (character & 0x3F));
+  } else if (character < 0x10000) {
+    add(0xE0 | character >> 12);
+    add(0x80 | (character >> 6 & 0x3F));
+    add(0x80 | (character & 0x3F));
+  } else {
+    add(0xF0 | character >> 18);
+    add(0x80 | (character >> 12 & 0x3F));
+    add(0x80 | (character >> 6 & 0x3F));
+    add(0x80 | (character & 0x3F));
+  }
+}
+
+bool isControl(char32_t character) {
+  return character < 0x20 || (character >= 0x7F && character <= 0x9F);
+}
+
+bool isHigh(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
+bool isLow(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
+
+struct CloseConversion {
+  void operator()(void* conversion) const { iconv_close(conversion); }
+};
+using Conversion = std::unique_ptr<void, CloseConversion>;
+
+Conversion openConversion(unsigned codePage) {
+  if (!isTextCodePage(codePage)) {
+    throw std::invalid_argument("no code page " + std::to_string(codePage));
+  }
+  const std::string page = codePage == kUtf8Page ? "UTF-8" : "CP" + std::to_string(codePage);
+  const iconv_t opened = iconv_open("UTF-32LE", page.c_str());
+  if (opened == std::bit_cast<iconv_t>(std::intptr_t{-1})) {
+    throw std::invalid_argument("the system has no code page " + std::to_string(codePage));
+  }
+  return Conversion(opened);
+}
+
+std::u32string decodeBytes(std::string_view bytes, unsigned codePage) {
+  const Conversion conversion = openConversion(codePage);
+  std::string input(bytes);
+  char* in = input.data();
+  std::size_t inLeft = input.size();
+  // No page makes two characters of one byte.
+  std::u32string text(input.size(), U'\0');
+  char* out = reinterpret_cast<char*>(text.data());
+  std::size_t outLeft = text.size() * sizeof(char32_t);
+  // The Hebrew and the Vietnamese page hold a letter back until they see whether a mark follows.
+  const auto releaseLetter = [&] { iconv(conversion.get(), nullptr, nullptr, &out, &outLeft); };
+  while (inLeft > 0) {
+    if (iconv(conversion.get(), &in, &inLeft, &out, &outLeft) != static_cast<std::size_t>(-1)) {
+      break;
+    }
+    if (inLeft == 0 || outLeft < sizeof(char32_t) || errno == E2BIG) {
+      break;
+    }
+    releaseLetter();
+    *reinterpret_cast<char32_t*>(out) = kReplacement;
+    out += sizeof(char32_t);
+    outLeft -= sizeof(char32_t);
+    ++in;
+    --inLeft;
+  }
+  releaseLetter();
+  text.resize(text.size() - outLeft / sizeof(char32_t));
+  return text;
+}
+
+// The unit of "\U+XXXX" at `place`.
+std::optional<char32_t> unitAt(std::u32string_view text, std::size_t place) {
+  constexpr std::u32string_view kStart = U"\\U+";
+  constexpr std::size_t kDigits = 4;
+  if (text.substr(place, kStart.size()) != kStart) {
+    return std::nullopt;
+  }
+  const std::u32string_view digits = text.substr(place + kStart.size(), kDigits);
+  char32_t unit = 0;
+  for (const char32_t digit : digits) {
+    const char ascii = digit < 0x80 ? static_cast<char>(digit) : '\0';
+    unsigned value = 0;
+    if (std::from_chars(&ascii, &ascii + 1, value, 16).ec != std::errc()) {
+      return std::nullopt;
+    }
+    unit = unit * 16 + value;
+  }
+  return digits.size() == kDigits ? std::optional(unit) : std::nullopt;
+}
+
+// A character and how much of the text stood for it.
+struct Notation {
+  char32_t character;
+  std::size_t length;
+};
+
+Notation unicodeNotation(std::u32string_view text, std::size_t place, char32_t unit) {
+  constexpr std::size_t kLength = 7;
+  if (!isHigh(unit)) {
+    return {isLow(unit) ? kReplacement : unit, kLength};
+  }
+  const std::optional<char32_t> low = unitAt(text, place + kLength);
+  if (!low || !isLow(*low)) {
+    return {kReplacement, kLength};
+  }
+  return {0x10000 + ((unit - 0xD800) << 10) + (*low - 0xDC00), 2 * kLength};
+}
+
+std::optional<char32_t> signAt(std::u32string_view text, std::size_t place) {
+  if (text.substr(place, 2) != U"%%" || place + 2 >= text.size()) {
+    return std::nullopt;
+  }
+  switch (text[place + 2]) {
+    case U'd':
+    case U'D':
+      return U'\u00B0';
+    case U'c':
+    case U'C':
+      return U'\u2300';
+    case U'p':
+    case U'P':
+      return U'\u00B1';
+    case U'%':
+      return U'%';
+    default:
+      return std::nullopt;
+  }
+}
+
+Notation characterAt(std::u32string_view text, std::size_t place) {
+  if (const auto unit = unitAt(text, place)) {
+    return unicodeNotation(text, place, *unit);
+  }
+  if (const auto sign = signAt(text, place)) {
+    return {*sign, 3};
+  }
+  // A caret before a letter stands for a control character.
+  if (text.substr(place, 2) == U"^ ") {
+    return {U'^', 2};
+  }
+  return {text[place], 1};
+}
+
+}  // namespace
+
+bool isTextCodePage(unsigned codePage) {
+  switch (codePage) {
+    case 874:
+    case 932:
+    case 936:
+    case 949:
+    case 950:
+    case kUtf8Page:
+      return true;
+    default:
+      return codePage >= 1250 && codePage <= 1258;
+  }
+}
+
+std::string decodeText(std::string_view bytes, unsigned codePage) {
+  const std::u32string text = decodeBytes(bytes, codePage);
+  std::string decoded;
+  for (std::size_t place = 0; place < text.size();) {
+    const Notation notation = characterAt(text, place);
+    if (!isControl(notation.character)) {
+      appendUtf8(decoded, notation.character);
+    }
+    place += notation.length;
+  }
+  return decoded;
+}
+
+}  // namespace dxf2d
