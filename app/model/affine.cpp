@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+namespace dxf2d {
 namespace {
 
 // About four units in the last place of single precision, in which models keep their transforms.
@@ -34,7 +35,9 @@ void dropNoise(Affine& map) {
     const double limit = kNoise * std::max({std::abs(r[0]), std::abs(r[1]), std::abs(r[2])});
     for (std::size_t column = 0; column < 3; ++column) {
       // Also turns -0 into 0, which would show as "-0.000000" in drawings.
-      if (std::abs(r[column]) <= limit) r[column] = 0.0;
+      if (std::abs(r[column]) <= limit) {
+        r[column] = 0.0;
+      }
     }
   }
 }
@@ -47,6 +50,10 @@ bool isFinite(const Affine& map) {
 
 double largestElement(const std::array<double, 9>& linear) {
   double largest = 0.0;
-  for (const double value : linear) largest = std::max(largest, std::abs(value));
+  for (const double value : linear) {
+    largest = std::max(largest, std::abs(value));
+  }
   return largest;
 }
+
+}  // namespace dxf2d

@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace dxf2d {
+
 // A point p becomes p * linear + shift; `linear` stands by rows, so that its rows are the images of
 // the three axes.
 struct Affine {
@@ -28,3 +30,5 @@ bool isFinite(const Affine& map);
 
 // The largest magnitude among the nine numbers.
 double largestElement(const std::array<double, 9>& linear);
+
+}  // namespace dxf2d

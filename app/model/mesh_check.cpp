@@ -1,33 +1,38 @@
 #include "app/model/mesh_check.h"
 
-#include <assimp/mesh.h>
-
 #include <cmath>
 
+namespace dxf2d {
 namespace {
 
 // The first vertex with a coordinate that is not finite, or the number of vertices.
-unsigned firstBrokenVertex(const aiMesh& mesh) {
-  // One look at the sum first: it is not a number as soon as one term is not finite. A sum of
-  // finite terms in double precision cannot overflow.
-  double sum = 0.0;
-  for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
-    const aiVector3D& v = mesh.mVertices[i];
-    sum += (static_cast<double>(v.x) + static_cast<double>(v.y)) + static_cast<double>(v.z);
-  }
-  if (std::isfinite(sum)) return mesh.mNumVertices;
-  unsigned i = 0;
-  while (i < mesh.mNumVertices && std::isfinite(mesh.mVertices[i].x) &&
-         std::isfinite(mesh.mVertices[i].y) && std::isfinite(mesh.mVertices[i].z)) {
-    ++i;
-  }
-  return i;
+std::size_t firstBrokenVertex(const SourceMesh& mesh) {
+  return mesh.WithVertices([count = mesh.VertexCount()](const auto& at) {
+    // One look at the sum first: it is not a number as soon as one term is not finite. A sum of
+    // finite terms in double precision cannot overflow.
+    double sum = 0.0;
+    for (std::size_t i = 0; i < count; ++i) {
+      const auto& v = at(i);
+      sum += (static_cast<double>(v.x) + static_cast<double>(v.y)) + static_cast<double>(v.z);
+    }
+    if (std::isfinite(sum)) {
+      return count;
+    }
+    std::size_t i = 0;
+    while (i < count && std::isfinite(at(i).x) && std::isfinite(at(i).y) &&
+           std::isfinite(at(i).z)) {
+      ++i;
+    }
+    return i;
+  });
 }
 
-// The first corner that names no vertex, or the number of corners.
-unsigned firstBrokenCorner(const aiFace& face, unsigned vertexCount) {
+// The first of the corners that names no vertex, or their number.
+unsigned firstBrokenCorner(const unsigned* corners, unsigned count, std::size_t vertexCount) {
   unsigned i = 0;
-  while (i < face.mNumIndices && face.mIndices[i] < vertexCount) ++i;
+  while (i < count && corners[i] < vertexCount) {
+    ++i;
+  }
   return i;
 }
 
@@ -35,41 +40,46 @@ unsigned firstBrokenCorner(const aiFace& face, unsigned vertexCount) {
 
 bool isDrawn(const unsigned* corners, unsigned count) {
   for (unsigned i = 1; i < count; ++i) {
-    if (corners[i] != corners[0]) return true;
+    if (corners[i] != corners[0]) {
+      return true;
+    }
   }
   return false;
 }
 
-MeshContent checkMesh(const aiMesh& mesh, std::string& fault) {
+MeshContent checkMesh(const SourceMesh& mesh, std::string& fault) {
   fault.clear();
   MeshContent content;
-  if (mesh.mNumFaces == 0 || mesh.mFaces == nullptr) return content;
-  const unsigned vertexCount = mesh.mVertices == nullptr ? 0 : mesh.mNumVertices;
-  if (vertexCount != 0) {
-    const unsigned broken = firstBrokenVertex(mesh);
-    if (broken != vertexCount) {
-      fault = "vertex " + std::to_string(broken) + " is not finite";
-      return content;
-    }
+  if (mesh.FaceCount() == 0) {
+    return content;
   }
-  for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
-    const aiFace& face = mesh.mFaces[f];
-    const unsigned corner = firstBrokenCorner(face, vertexCount);
-    if (corner != face.mNumIndices) {
-      fault = "face " + std::to_string(f) + " names vertex " +
-              std::to_string(face.mIndices[corner]) + " of " + std::to_string(vertexCount);
-      return content;
-    }
-    if (face.mNumIndices == 1) {
+  const std::size_t vertexCount = mesh.VertexCount();
+  const std::size_t broken = firstBrokenVertex(mesh);
+  if (broken != vertexCount) {
+    fault = "vertex " + std::to_string(broken) + " is not finite";
+    return content;
+  }
+  std::size_t number = 0;
+  mesh.VisitFaces([&](const unsigned* corners, unsigned count) {
+    const std::size_t face = number++;
+    const unsigned corner = firstBrokenCorner(corners, count, vertexCount);
+    if (corner != count) {
+      if (fault.empty()) {
+        fault = "face " + std::to_string(face) + " names vertex " +
+                std::to_string(corners[corner]) + " of " + std::to_string(vertexCount);
+      }
+    } else if (count == 1) {
       ++content.points;
-    } else if (!isDrawn(face.mIndices, face.mNumIndices)) {
+    } else if (!isDrawn(corners, count)) {
       ++content.degenerate;
-    } else if (face.mNumIndices == 2) {
+    } else if (count == 2) {
       ++content.lines;
     } else {
       ++content.polygons;
-      content.polygonCorners += face.mNumIndices;
+      content.polygonCorners += count;
     }
-  }
+  });
   return content;
 }
+
+}  // namespace dxf2d

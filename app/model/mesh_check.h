@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <string>
 
-struct aiMesh;
+#include "app/model/source_mesh.h"
+
+namespace dxf2d {
 
 // What there is to draw of a mesh, and what there is not.
 struct MeshContent {
@@ -26,4 +28,6 @@ bool isDrawn(const unsigned* corners, unsigned count);
 
 // Looks through a mesh. Empties `fault` when it is sound; otherwise that names the first offender,
 // a vertex that is not finite or a corner that names no vertex, and the counts mean nothing.
-MeshContent checkMesh(const aiMesh& mesh, std::string& fault);
+MeshContent checkMesh(const SourceMesh& mesh, std::string& fault);
+
+}  // namespace dxf2d

@@ -7,7 +7,7 @@
 #include "app/model/mesh_check.h"
 #include "ktscene/kt_scene.h"
 
-struct aiMesh;
+namespace dxf2d {
 
 // A mesh's polygons and lines, each null when there are none. They are apart because each makes a
 // block of its own in a drawing.
@@ -16,8 +16,10 @@ struct MeshGeometry {
   std::shared_ptr<const KtLineSet> lines;
 };
 
-// `content` is what checkMesh found in this mesh, without a fault. Every vertex p becomes p * rest
-// (by rows, see Affine). Answers false, with nothing in `geometry`, when that leaves the range of
-// double precision.
-bool makeMeshGeometry(const aiMesh& mesh, const MeshContent& content,
-                      const std::array<double, 9>& rest, MeshGeometry& geometry);
+// `content` is what checkMesh found in this mesh, without a fault. Every vertex p becomes p *
+// residual (by rows, see Affine). Returns false, with nothing in `geometry`, when that leaves the
+// range of double precision.
+bool makeMeshGeometry(const SourceMesh& mesh, const MeshContent& content,
+                      const std::array<double, 9>& residual, MeshGeometry& geometry);
+
+}  // namespace dxf2d

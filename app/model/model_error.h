@@ -1,10 +1,14 @@
 // Why a model cannot be drawn.
 #pragma once
 
-#include "app/failure.h"
+#include "app/cli/failure.h"
+
+namespace dxf2d {
 
 // The code is kExitInput, kExitNothingToDraw or kExitLimit.
 class ModelError : public Failure {
  public:
   using Failure::Failure;
 };
+
+}  // namespace dxf2d

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string>
 
+namespace dxf2d {
+
 // Small files can describe huge models, by nodes that share children and objects that share
 // meshes. The numbers are several times what large honest models have.
 struct ModelLimits {
@@ -15,9 +17,9 @@ struct ModelLimits {
 
 // Counts what a model unfolds to. Throws ModelError with kExitLimit when there is too much; `path`
 // stands for the model in its sentence.
-class ModelMeter {
+class LimitChecker {
  public:
-  ModelMeter(const ModelLimits& limits, const std::string& path) : left_(limits), path_(path) {}
+  LimitChecker(const ModelLimits& limits, const std::string& path) : left_(limits), path_(path) {}
 
   void AddNode();
   void AddVertices(std::size_t count);
@@ -26,3 +28,5 @@ class ModelMeter {
   ModelLimits left_;
   const std::string& path_;
 };
+
+}  // namespace dxf2d

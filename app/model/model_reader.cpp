@@ -3,6 +3,7 @@
 #include <assimp/config.h>
 #include <assimp/importerdesc.h>
 #include <assimp/scene.h>
+#include <strings.h>
 
 #include <assimp/Importer.hpp>
 #include <cerrno>
@@ -13,26 +14,39 @@
 #include <utility>
 
 #include "app/model/model_error.h"
-#include "app/quiet_output.h"
+#include "app/model/stated_unit.h"
+#include "app/model/stl_triangles.h"
 
+namespace dxf2d {
 namespace {
 
-[[noreturn]] void fail(const std::string& path, const std::string& reason) {
-  throw ModelError(kExitInput, "cannot read '" + path + "': " + reason);
+constexpr const char* kRepair = "repair the file or save it in another format";
+
+[[noreturn]] void fail(const std::string& path, const std::string& problem,
+                       const std::string& remedy) {
+  throw ModelError(kExitInput, {path, "cannot be read: " + problem, remedy});
 }
 
 // assimp says "no suitable reader" or worse for files that cannot be opened at all.
 void checkReadable(const std::string& path) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(path, error);
-  if (status.type() == std::filesystem::file_type::not_found) fail(path, "there is no such file");
-  if (error) fail(path, error.message());
-  if (std::filesystem::is_directory(status)) fail(path, "it is a directory; name a file in it");
-  // assimp seeks to and fro.
-  if (!std::filesystem::is_regular_file(status)) fail(path, "it is not a plain file");
+  if (status.type() == std::filesystem::file_type::not_found) {
+    fail(path, "there is no such file", "check the name");
+  }
+  if (error) {
+    fail(path, error.message(), "check the name and its permissions");
+  }
+  if (std::filesystem::is_directory(status)) {
+    fail(path, "it is a directory", "name a file in it");
+  }
+  // assimp seeks in both directions.
+  if (!std::filesystem::is_regular_file(status)) {
+    fail(path, "it is not a regular file", "copy it to one");
+  }
   errno = 0;
   if (!std::ifstream(path, std::ios::binary)) {
-    fail(path, std::generic_category().message(errno != 0 ? errno : EIO));
+    fail(path, std::generic_category().message(errno != 0 ? errno : EIO), "check its permissions");
   }
 }
 
@@ -40,10 +54,14 @@ void checkReadable(const std::string& path) {
 std::string cut(std::string text) {
   // In bytes.
   constexpr std::size_t kLongest = 300;
-  if (text.size() <= kLongest) return text;
+  if (text.size() <= kLongest) {
+    return text;
+  }
   std::size_t end = kLongest;
   // At the first byte of a character of UTF-8.
-  while (end > kLongest - 3 && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80) --end;
+  while (end > kLongest - 3 && (static_cast<unsigned char>(text[end]) & 0xc0) == 0x80) {
+    --end;
+  }
   text.resize(end);
   return text + " ...";
 }
@@ -51,20 +69,59 @@ std::string cut(std::string text) {
 // One line without the trailing stop, so that it ends a sentence of ours.
 std::string oneLine(std::string text) {
   for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) c = ' ';
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7f) {
+      c = ' ';
+    }
   }
-  while (!text.empty() && (text.back() == ' ' || text.back() == '.')) text.pop_back();
+  while (!text.empty() && (text.back() == ' ' || text.back() == '.')) {
+    text.pop_back();
+  }
   return text;
 }
 
 [[noreturn]] void failAsReaderSays(const std::string& path, const std::string& message) {
   if (message.find("No suitable reader found") != std::string::npos) {
-    fail(path, "no reader knows this format");
+    fail(path, "no importer knows this format",
+         "save the model in a supported one, such as IFC, glTF, OBJ or STL");
   }
   // Readers catch what they throw themselves.
-  if (message.find("bad_alloc") != std::string::npos) throw std::bad_alloc();
-  if (message.find("length_error") != std::string::npos) fail(path, "its sizes make no sense");
-  fail(path, message.empty() ? "its reader gives no reason" : cut(oneLine(message)));
+  if (message.find("bad_alloc") != std::string::npos) {
+    throw std::bad_alloc();
+  }
+  if (message.find("length_error") != std::string::npos) {
+    fail(path, "it declares impossible sizes", kRepair);
+  }
+  fail(path, message.empty() ? "the importer gives no reason" : cut(oneLine(message)), kRepair);
+}
+
+std::string listOf(const std::vector<std::string>& names) {
+  std::string list;
+  for (const std::string& name : names) {
+    list += (list.empty() ? "" : ", ") + name;
+  }
+  return list;
+}
+
+// Throws ModelError when the scene, which may be null, is not what the files say.
+void checkFiles(ModelFiles& files, const aiScene* scene, const std::string& path) {
+  if (!files.failure.empty()) {
+    const bool isModel = std::filesystem::path(path).filename() == files.failedFile;
+    fail(path, (isModel ? "" : "its '" + files.failedFile + "': ") + files.failure,
+         "check the disk and that no program is writing the file");
+  }
+  dropOptionalFiles(files, path);
+  std::vector<std::string> absent = files.outside;
+  if (scene != nullptr) {
+    absent.insert(absent.end(), files.missing.begin(), files.missing.end());
+  }
+  // What a reader then puts into the scene stands for nothing in the model.
+  const bool isEmpty = scene == nullptr || (scene->mFlags & AI_SCENE_FLAGS_INCOMPLETE) != 0;
+  if (isEmpty && !absent.empty()) {
+    fail(path,
+         "what it shows is in files that are missing or outside its directory: " +
+             cut(listOf(absent)),
+         "put them beside the model, or use --allow-outside");
+  }
 }
 
 std::string importerNameOf(const Assimp::Importer& importer) {
@@ -74,27 +131,52 @@ std::string importerNameOf(const Assimp::Importer& importer) {
   return description == nullptr ? std::string() : description->mName;
 }
 
+bool isNamedStl(const std::string& path) {
+  const std::string extension = std::filesystem::path(path).extension().string();
+  return extension.size() == 4 && strncasecmp(extension.c_str(), ".stl", 4) == 0;
+}
+
+// Null when the importer fails.
+const aiScene* readScene(const std::string& path, Assimp::Importer& importer, ModelSource& source) {
+  if (isNamedStl(path)) {
+    source.triangles = StlTriangles::Open(path);
+  }
+  if (!source.triangles) {
+    return importer.ReadFile(path, 0);
+  }
+  // The names, materials and axes of a model with this header.
+  const auto sample = source.triangles->Sample();
+  return importer.ReadFileFromMemory(sample.data(), sample.size(), 0, "stl");
+}
+
 }  // namespace
 
 Model::Model() = default;
 Model::Model(Model&&) noexcept = default;
 Model::~Model() = default;
 
-Model readModel(const std::string& path, UpAxis up) {
+Model readModel(const std::string& path, UpAxis up, bool allowsOutside) {
   checkReadable(path);
   Model model;
+  model.files = std::make_unique<ModelFiles>();
   model.importer = std::make_unique<Assimp::Importer>();
+  // The importer deletes it.
+  model.importer->SetIOHandler(
+      std::make_unique<ModelFileSystem>(path, allowsOutside, *model.files).release());
   if (up != UpAxis::kAuto) {
     model.importer->SetPropertyBool(AI_CONFIG_IMPORT_COLLADA_IGNORE_UP_DIRECTION, true);
   }
   // No post-processing: triangles and joined vertices would only be in the way of the outline,
   // which welds by itself.
-  {
-    // Some readers talk, where the drawing or our one sentence goes.
-    const QuietOutput quiet;
-    model.scene = model.importer->ReadFile(path, 0);
+  model.scene = readScene(path, *model.importer, model.source);
+  checkFiles(*model.files, model.scene, path);
+  if (model.scene == nullptr) {
+    failAsReaderSays(path, model.importer->GetErrorString());
   }
-  if (model.scene == nullptr) failAsReaderSays(path, model.importer->GetErrorString());
-  model.importerName = importerNameOf(*model.importer);
+  model.source.path = path;
+  model.source.importer = importerNameOf(*model.importer);
+  model.source.unit = statedUnit(*model.scene, model.source.importer, path);
   return model;
 }
+
+}  // namespace dxf2d

@@ -4,12 +4,15 @@
 #include <memory>
 #include <string>
 
-#include "app/model/up_axis.h"
+#include "app/model/model_files.h"
+#include "app/model/plan_scene.h"
 
 namespace Assimp {
 class Importer;
 }
 struct aiScene;
+
+namespace dxf2d {
 
 // A model as assimp has read it: polygons are polygons, lines are lines, nothing is joined.
 struct Model {
@@ -17,15 +20,19 @@ struct Model {
   Model(Model&&) noexcept;
   ~Model();
 
+  // What the reader asked for. Before the importer, whose streams refer to it.
+  std::unique_ptr<ModelFiles> files;
   // Owns the scene.
   std::unique_ptr<Assimp::Importer> importer;
   // Never null.
   const aiScene* scene = nullptr;
-  // The reader's name, as aiImporterDesc::mName has it.
-  std::string importerName;
+  ModelSource source;
 };
 
 // Reads the model at `path`. `up` only says whether the file's own statement about its axes is
-// wanted (see uprightTurn). Throws ModelError, and
-// std::bad_alloc.
-Model readModel(const std::string& path, UpAxis up);
+// wanted (see uprightTurn). Files outside the model's directory are read only if `allowsOutside` is
+// true. Throws ModelError, also when a file cannot be read to its end, changes meanwhile, or when
+// all that the model shows is missing; and std::bad_alloc.
+Model readModel(const std::string& path, UpAxis up, bool allowsOutside = false);
+
+}  // namespace dxf2d

@@ -2,8 +2,13 @@
 
 #include "platform/path_text.h"
 
+namespace dxf2d {
+
 std::u16string ObjectNames::Unique(const std::string& name) {
-  const std::u16string stem = name.empty() ? std::u16string(u"object") : PathFromBytes(name);
+  std::u16string stem = name.empty() ? std::u16string(u"object") : pathFromBytes(name);
+  if (!ending_.empty()) {
+    stem += u' ' + pathFromBytes(ending_);
+  }
   std::size_t& count = counts_[stem];
   std::u16string unique;
   do {
@@ -17,3 +22,5 @@ std::u16string ObjectNames::Unique(const std::string& name) {
   } while (!taken_.insert(unique).second);
   return unique;
 }
+
+}  // namespace dxf2d

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+namespace dxf2d {
 namespace {
 
 // Twice the area of the triangle a, b, c; above 0 when it runs counter-clockwise.
@@ -16,7 +17,9 @@ double turnOf(const std::array<double, 2>& a, const std::array<double, 2>& b,
 PlanPoints convexHull(PlanPoints points) {
   std::sort(points.begin(), points.end());
   points.erase(std::unique(points.begin(), points.end()), points.end());
-  if (points.size() < 3) return points;
+  if (points.size() < 3) {
+    return points;
+  }
   PlanPoints hull;
   const auto addSide = [&hull](auto first, auto last) {
     const std::size_t start = hull.size();
@@ -43,15 +46,17 @@ void PlanExtent::Add(const PlanExtent& other) {
   maxY = std::max(maxY, other.maxY);
 }
 
-std::array<double, 2> PlanExtent::Centre() const {
+std::array<double, 2> PlanExtent::Center() const {
   // Halved first: the sum of two numbers may leave their range.
   return {minX / 2 + maxX / 2, minY / 2 + maxY / 2};
 }
 
-void ReachPoints::Add(const std::vector<double>& coords, const std::vector<int>& indices) {
+void HullPoints::Add(const std::vector<double>& coords, const std::vector<int>& indices) {
   const auto forEachPoint = [&](auto visit) {
     for (const int index : indices) {
-      if (index < 0) continue;
+      if (index < 0) {
+        continue;
+      }
       const double* point = &coords[3 * static_cast<std::size_t>(index)];
       visit(point[0], point[1]);
     }
@@ -65,13 +70,15 @@ void ReachPoints::Add(const std::vector<double>& coords, const std::vector<int>&
   }
   forEachPoint([this](double x, double y) {
     points_.push_back({x, y});
-    if (points_.size() < room_) return;
+    if (points_.size() < room_) {
+      return;
+    }
     points_ = convexHull(std::move(points_));
     room_ = std::max(room_, 2 * points_.size());
   });
 }
 
-PlanPoints ReachPoints::Take() {
+PlanPoints HullPoints::Take() {
   PlanPoints points = convexHull(std::move(points_));
   points_.clear();
   if (!box_.IsEmpty()) {
@@ -89,3 +96,5 @@ void addPlaced(const PlanPoints& points, const PlanPlacement& placement, PlanExt
                (x * placement.sine + y * placement.cosine) + placement.shift[1]);
   }
 }
+
+}  // namespace dxf2d

@@ -9,6 +9,8 @@
 
 #include "app/model/plan_placement.h"
 
+namespace dxf2d {
+
 struct PlanExtent {
   double minX = std::numeric_limits<double>::infinity();
   double minY = std::numeric_limits<double>::infinity();
@@ -24,18 +26,18 @@ struct PlanExtent {
   }
   void Add(const PlanExtent& other);
   // The middle; not for an empty extent.
-  std::array<double, 2> Centre() const;
+  std::array<double, 2> Center() const;
 };
 
 using PlanPoints = std::vector<std::array<double, 2>>;
 
 // Gathers the points of a block whose extents, wherever the block is placed, are those of the whole
 // block.
-class ReachPoints {
+class HullPoints {
  public:
   // `anyTurn` false: all placements keep the axes (PlanPlacement::KeepsAxes), and four corners will
   // do. True: the convex hull.
-  explicit ReachPoints(bool anyTurn) : anyTurn_(anyTurn) {}
+  explicit HullPoints(bool anyTurn) : anyTurn_(anyTurn) {}
 
   // Adds the points of x, y, z triples that an index list names; its negative codes are passed
   // over.
@@ -53,3 +55,5 @@ class ReachPoints {
 
 // Widens `extent` by the points at their place.
 void addPlaced(const PlanPoints& points, const PlanPlacement& placement, PlanExtent& extent);
+
+}  // namespace dxf2d

@@ -3,11 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+namespace dxf2d {
 namespace {
-
-// Outlines without a colour are drawn in it.
-constexpr int kUncoloredIndex = 254;
-constexpr int kColorInText = 0;
 
 // In the shortest form that reads as the same number.
 void addNumber(std::u16string& text, double value) {
@@ -20,21 +17,20 @@ void addNumber(std::u16string& text, double value) {
 void addLine(std::u16string& text, const std::u16string& line) {
   text += u'"';
   for (const char16_t c : line) {
-    if (c == u'"' || c == u'\\') text += u'\\';
+    if (c == u'"' || c == u'\\') {
+      text += u'\\';
+    }
     text += c;
   }
   text += u'"';
 }
 
-// Tag; width, height and depth; x, y, z and angle; alignment and frame; colour; flags; the line.
-std::u16string labelString(const PlanLabel& label, double height) {
+// Tag; width, height and depth; x, y, z and angle; alignment and frame; color; flags; the line.
+std::u16string labelString(const PlanLabel& label) {
   std::u16string text = u"T:1 ";
-  addNumber(text, height);
-  text += u"0 0 0 0 0 C 0 ";
-  for (const double component : label.color.value_or(std::array<double, 3>{})) {
-    addNumber(text, component);
-  }
-  text += u"0 ";
+  addNumber(text, label.height);
+  // The node's color index takes the place of the color in the text.
+  text += u"0 0 0 0 0 C 0 0 0 0 0 ";
   addLine(text, label.text);
   return text;
 }
@@ -47,13 +43,19 @@ double labelHeightFor(const PlanExtent& extent) {
   return std::clamp(kShareOfPlan * larger, kMinLabelHeight, kMaxLabelHeight);
 }
 
-KtSceneNode makeLabelNode(const PlanLabel& label, double height, const std::u16string& name) {
+KtSceneNode makeLabelNode(const PlanLabel& label, int colorIndex, const std::u16string& name) {
   KtSceneNode node;
   node.objectId = name;
   node.graphicName = name;
-  node.matrix.SetTranslation(label.centre[0], label.centre[1], 0.0);
+  PlanPlacement placement;
+  placement.cosine = label.isUpright ? 0.0 : 1.0;
+  placement.sine = label.isUpright ? 1.0 : 0.0;
+  placement.shift = {label.center[0], label.center[1], 0.0};
+  node.matrix = placement.Matrix();
   node.label = std::make_unique<KtLabel>();
-  node.label->text = labelString(label, height);
-  node.label->colorIndex = label.color ? kColorInText : kUncoloredIndex;
+  node.label->text = labelString(label);
+  node.label->colorIndex = colorIndex;
   return node;
 }
+
+}  // namespace dxf2d

@@ -3,23 +3,28 @@
 #include <algorithm>
 #include <cmath>
 
+namespace dxf2d {
 namespace {
 
 // Turns up to 0.001 rad are not written with an INSERT; the margin is for the reader's rounding.
 constexpr double kLeastTurn = 0.00101;
 
-// Relative to the largest element of a rest.
-constexpr double kRestTolerance = 1e-6;
+// Relative to the largest element of a residual.
+constexpr double kResidualTolerance = 1e-6;
 
 // The direction in plan of the first axis whose image has a length there.
 void findTurn(const std::array<double, 9>& linear, double& cosine, double& sine) {
-  const double limit = kRestTolerance * largestElement(linear);
+  const double limit = kResidualTolerance * largestElement(linear);
   for (std::size_t row = 0; row < 3; ++row) {
     const double x = linear[3 * row];
     const double y = linear[3 * row + 1];
     const double length = std::hypot(x, y);
-    if (!(length > limit)) continue;
-    if (std::abs(std::atan2(y, x)) <= kLeastTurn) return;
+    if (!(length > limit)) {
+      continue;
+    }
+    if (std::abs(std::atan2(y, x)) <= kLeastTurn) {
+      return;
+    }
     cosine = x / length;
     sine = y / length;
     return;
@@ -42,27 +47,31 @@ SplitTransform splitTransform(const Affine& world) {
   findTurn(world.linear, split.placement.cosine, split.placement.sine);
   const double cosine = split.placement.cosine;
   const double sine = split.placement.sine;
-  Affine rest;
+  Affine residual;
   for (std::size_t row = 0; row < 3; ++row) {
     const double x = world.linear[3 * row];
     const double y = world.linear[3 * row + 1];
-    rest.linear[3 * row] = x * cosine + y * sine;
-    rest.linear[3 * row + 1] = y * cosine - x * sine;
-    rest.linear[3 * row + 2] = world.linear[3 * row + 2];
+    residual.linear[3 * row] = x * cosine + y * sine;
+    residual.linear[3 * row + 1] = y * cosine - x * sine;
+    residual.linear[3 * row + 2] = world.linear[3 * row + 2];
   }
-  dropNoise(rest);
-  split.rest = rest.linear;
+  dropNoise(residual);
+  split.residual = residual.linear;
   return split;
 }
 
-double restTolerance(const std::array<double, 9>& rest) {
-  return kRestTolerance * largestElement(rest);
+double residualTolerance(const std::array<double, 9>& residual) {
+  return kResidualTolerance * largestElement(residual);
 }
 
-bool restsAgree(const std::array<double, 9>& a, const std::array<double, 9>& b) {
-  const double tolerance = std::max(restTolerance(a), restTolerance(b));
+bool residualsAgree(const std::array<double, 9>& a, const std::array<double, 9>& b) {
+  const double tolerance = std::max(residualTolerance(a), residualTolerance(b));
   for (std::size_t i = 0; i < 9; ++i) {
-    if (!(std::abs(a[i] - b[i]) <= tolerance)) return false;
+    if (!(std::abs(a[i] - b[i]) <= tolerance)) {
+      return false;
+    }
   }
   return true;
 }
+
+}  // namespace dxf2d

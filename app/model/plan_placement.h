@@ -6,6 +6,8 @@
 #include "app/model/affine.h"
 #include "ktscene/kt_matrix.h"
 
+namespace dxf2d {
+
 // A turn about z, counter-clockwise, and then a shift.
 struct PlanPlacement {
   double cosine = 1.0;
@@ -20,19 +22,21 @@ struct PlanPlacement {
 
 struct SplitTransform {
   // Tilt, scale, mirroring and shear; by rows, as Affine::linear.
-  std::array<double, 9> rest{};
+  std::array<double, 9> residual{};
   PlanPlacement placement;
 };
 
-// Splits a transform so that it equals `rest`, then the placement. The turn is that of the x axis's
-// image in plan, of the y axis where that has no length in plan, or else of the z axis; so all
-// transforms that differ only by a turn and a shift have the same rest. Turns by right angles are
-// exact. A turn that is too small for an INSERT to carry stays in the rest.
+// Splits a transform so that it equals `residual`, then the placement. The turn is that of the x
+// axis's image in plan, of the y axis where that has no length in plan, or else of the z axis; so
+// all transforms that differ only by a turn and a shift have the same residual. Turns by right
+// angles are exact. A turn that is too small for an INSERT to carry stays in the residual.
 SplitTransform splitTransform(const Affine& world);
 
-// True when two rests differ by less than what single precision can tell, so that one block serves
-// for both.
-bool restsAgree(const std::array<double, 9>& a, const std::array<double, 9>& b);
+// True when two residual transforms differ by less than what single precision can tell, so that one
+// block serves for both.
+bool residualsAgree(const std::array<double, 9>& a, const std::array<double, 9>& b);
 
-// How far apart elements of rests that agree may be, for a rest like `rest`.
-double restTolerance(const std::array<double, 9>& rest);
+// How far apart elements of residual transforms that agree may be, for a residual like `residual`.
+double residualTolerance(const std::array<double, 9>& residual);
+
+}  // namespace dxf2d

@@ -2,240 +2,319 @@
 
 #include <assimp/scene.h>
 
-#include <algorithm>
 #include <cmath>
-#include <optional>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
-#include "app/model/block_index.h"
-#include "app/model/label_text.h"
-#include "app/model/material_color.h"
-#include "app/model/mesh_check.h"
-#include "app/model/mesh_geometry.h"
+#include "app/model/label_layout.h"
+#include "app/model/linework_scene.h"
 #include "app/model/model_error.h"
 #include "app/model/model_objects.h"
-#include "app/model/object_names.h"
+#include "app/model/object_label.h"
+#include "app/model/object_mesh.h"
+#include "app/model/plan_block.h"
 #include "app/model/plan_label.h"
-#include "app/model/plan_placement.h"
-#include "app/model/plan_visibility.h"
+#include "app/model/plan_layout.h"
+#include "app/model/storey.h"
+#include "app/process/worker_program.h"
 
+namespace dxf2d {
 namespace {
 
-// A leaf that objects of one block show.
-struct Part {
-  KtSceneGeometry geometry;
-  std::optional<std::array<double, 3>> color;
+// What becomes of a block's objects.
+enum class Visibility {
+  // It has neither faces nor lines.
+  kEmpty,
+  // Nothing of it shows: its objects are left out, since instances would insert a block that is not
+  // there.
+  kUnseen,
+  // Nothing of it shows as it is given; its only object stays, without a label.
+  kUnseenAlone,
+  // Something shows, or nobody asked.
+  kShown,
 };
 
-// What objects with the same meshes and rest share.
-struct Block {
-  std::size_t users = 0;
-  bool anyTurn = false;
-  bool built = false;
-  // False when nothing of a shared block shows; its objects are then left out, since each would
-  // insert a block that is not there.
-  bool placed = true;
-  // False when it is known that nothing of it shows.
-  bool shows = true;
-  std::vector<Part> parts;
-  PlanPoints reach;
+Visibility visibilityOf(const BlockPlan& plan, const PlanBlock& block, bool wantsLabels) {
+  if (!block.hasContent) {
+    return Visibility::kEmpty;
+  }
+  if (block.shows) {
+    return *block.shows ? Visibility::kShown : Visibility::kUnseen;
+  }
+  if ((plan.users == 1 && !wantsLabels) || showsInPlan(block.parts)) {
+    return Visibility::kShown;
+  }
+  return plan.users == 1 ? Visibility::kUnseenAlone : Visibility::kUnseen;
+}
+
+// Looks through all meshes, so that a broken one is refused whatever is drawn of it, and counts
+// what a plan cannot show.
+void countSkipped(const std::vector<ModelObject>& objects, std::size_t meshCount,
+                  BlockBuilder& builder, PlanContent& content) {
+  std::vector<bool> counted(meshCount);
+  for (const ModelObject& object : objects) {
+    for (const unsigned mesh : object.meshes) {
+      const MeshContent& found = builder.ContentOf(mesh);
+      if (!counted[mesh]) {
+        content.points += found.points;
+        content.degenerateFaces += found.degenerate;
+        counted[mesh] = true;
+      }
+    }
+  }
+}
+
+struct BuiltBlock {
+  PlanBlock block;
+  Visibility visibility;
+  // Empty until its first object is added.
   std::u16string graphicName;
 };
 
-struct PlacedObject {
-  std::size_t block;
-  PlanPlacement placement;
-};
-
-bool showsInPlan(const Part& part) {
-  if (const auto* faces = std::get_if<std::shared_ptr<const KtFaceSet>>(&part.geometry)) {
-    return showsInPlan(**faces);
+std::vector<BuiltBlock> buildBlocks(const std::vector<ModelObject>& objects,
+                                    const PlanLayout& layout, bool wantsLabels,
+                                    BlockBuilder& builder, PlanContent& content) {
+  std::vector<BuiltBlock> blocks;
+  blocks.reserve(layout.blocks.size());
+  for (const BlockPlan& plan : layout.blocks) {
+    PlanBlock block = builder.Build(objects[plan.firstObject].meshes, plan.residual, plan.anyTurn);
+    const Visibility visibility = visibilityOf(plan, block, wantsLabels);
+    content.emptyObjects += visibility == Visibility::kEmpty ? plan.users : 0;
+    content.unseenObjects += visibility == Visibility::kUnseen ? plan.users : 0;
+    blocks.push_back({std::move(block), visibility, {}});
   }
-  return showsInPlan(*std::get<std::shared_ptr<const KtLineSet>>(part.geometry));
+  return blocks;
 }
 
-// The name that a label shows.
-std::u16string labelTextOf(const aiScene& model, const ModelObject& object) {
-  std::u16string text = textOfName(object.name);
-  for (const unsigned mesh : object.meshes) {
-    if (!text.empty()) break;
-    const aiString& name = model.mMeshes[mesh]->mName;
-    text = textOfName({name.data, name.length});
+KtSceneNode makeObjectNode(const std::u16string& name, const PlanPlacement& placement,
+                           const BuiltBlock& built) {
+  KtSceneNode node;
+  node.objectId = name;
+  node.realObjectId = name;
+  node.graphicName = built.graphicName;
+  node.matrix = placement.Matrix();
+  node.children.reserve(built.block.parts.size());
+  for (const PlanPart& part : built.block.parts) {
+    KtSceneNode& leaf = node.children.emplace_back();
+    leaf.color = part.color;
+    leaf.geometry.push_back(part.geometry);
   }
-  return text.empty() ? u"unnamed" : text;
+  return node;
 }
 
-class PlanSceneBuilder {
- public:
-  PlanSceneBuilder(const aiScene& model, const std::string& path, const PlanOptions& options,
-                   ModelMeter& meter)
-      : model_(model), path_(path), options_(options), meter_(meter), contents_(model.mNumMeshes) {}
-
-  PlanScene Build(const std::vector<ModelObject>& objects) {
-    CountWhatIsSkipped(objects);
-    Place(objects);
-    result_.scene.nodes.reserve(objects.size());
-    for (std::size_t i = 0; i < objects.size(); ++i) AddObject(objects[i], placed_[i]);
-    if (result_.content.objects == 0) {
-      throw ModelError(kExitNothingToDraw, "nothing to draw in '" + path_ + "': " + Emptiness());
-    }
-    AddLabels();
-    return std::move(result_);
+// `isFirst` tells an object that its block is drawn for from one that only inserts it.
+NodeSource sourceOf(const ModelObject& object, const PlanBlock& block, bool isFirst,
+                    const SourceFinder& finder) {
+  NodeSource source = finder.SourceOf(*object.node);
+  for (std::size_t i = 0; isFirst && i < block.parts.size(); ++i) {
+    source.leaves.push_back(finder.LeafOf(block.parts[i].mesh, block.parts[i].kind));
   }
+  return source;
+}
 
- private:
-  const MeshContent& ContentOf(unsigned mesh) {
-    std::optional<MeshContent>& content = contents_[mesh];
-    if (!content) {
-      std::string fault;
-      content = checkMesh(*model_.mMeshes[mesh], fault);
-      if (!fault.empty()) Fail(mesh, fault);
-      result_.content.points += content->points;
-      result_.content.degenerateFaces += content->degenerate;
+// Adds the objects to the scene. Returns those of which something shows.
+std::vector<ShownObject> addObjects(const std::vector<ModelObject>& objects,
+                                    const PlanLayout& layout, const PlanOptions& options,
+                                    const SourceFinder& finder, BlockBuilder& builder,
+                                    ObjectNames& names, PlanScene& plan) {
+  const bool wantsLabels = options.labels != PlanLabels::kNone;
+  std::vector<BuiltBlock> blocks = buildBlocks(objects, layout, wantsLabels, builder, plan.content);
+  plan.content.meshWork = builder.Work();
+  std::vector<ShownObject> shown;
+  plan.scene.nodes.reserve(objects.size());
+  for (std::size_t i = 0; i < objects.size(); ++i) {
+    const PlacedObject& placed = layout.objects[i];
+    BuiltBlock& built = blocks[placed.block];
+    if (built.visibility == Visibility::kEmpty || built.visibility == Visibility::kUnseen) {
+      continue;
     }
-    return *content;
-  }
-
-  // All meshes are looked through first, so that a broken one is refused whatever is drawn of it.
-  void CountWhatIsSkipped(const std::vector<ModelObject>& objects) {
-    for (const ModelObject& object : objects) {
-      for (const unsigned mesh : object.meshes) ContentOf(mesh);
+    const std::u16string name = names.Unique(objects[i].name);
+    const bool isFirst = built.graphicName.empty();
+    if (options.wantsSources) {
+      plan.sources.push_back(sourceOf(objects[i], built.block, isFirst, finder));
     }
-  }
-
-  void Place(const std::vector<ModelObject>& objects) {
-    placed_.reserve(objects.size());
-    for (const ModelObject& object : objects) {
-      const SplitTransform split = splitTransform(object.world);
-      const std::size_t number = index_.FindOrAdd(object.meshes, split.rest);
-      if (number == blocks_.size()) blocks_.emplace_back();
-      ++blocks_[number].users;
-      if (!split.placement.KeepsAxes()) blocks_[number].anyTurn = true;
-      placed_.push_back({number, split.placement});
-    }
-  }
-
-  void AddParts(unsigned mesh, std::size_t number, Block& block, ReachPoints& reach) {
-    meter_.AddVertices(model_.mMeshes[mesh]->mNumVertices);
-    MeshGeometry geometry;
-    if (!makeMeshGeometry(*model_.mMeshes[mesh], ContentOf(mesh), index_.Rest(number), geometry)) {
-      Fail(mesh, "a vertex leaves the range of numbers where its node places it");
-    }
-    std::optional<std::array<double, 3>> color;
-    const unsigned material = model_.mMeshes[mesh]->mMaterialIndex;
-    if (material < model_.mNumMaterials && model_.mMaterials[material] != nullptr) {
-      color = materialColor(*model_.mMaterials[material]);
-    }
-    if (geometry.faces) {
-      reach.Add(geometry.faces->coords, geometry.faces->indices);
-      block.parts.push_back({std::move(geometry.faces), color});
-    }
-    if (geometry.lines) {
-      reach.Add(geometry.lines->coords, geometry.lines->indices);
-      block.parts.push_back({std::move(geometry.lines), color});
-    }
-  }
-
-  void BuildBlock(const ModelObject& object, std::size_t number, Block& block) {
-    block.built = true;
-    ReachPoints reach(block.anyTurn);
-    for (const unsigned mesh : object.meshes) AddParts(mesh, number, block, reach);
-    block.reach = reach.Take();
-    if (block.parts.empty()) {
-      block.placed = false;
-      result_.content.emptyObjects += block.users;
-      return;
-    }
-    if (block.users > 1 || WantsLabels()) {
-      block.shows = std::ranges::any_of(block.parts, [](const Part& p) { return showsInPlan(p); });
-    }
-    if (block.users > 1) block.placed = block.shows;
-    if (!block.placed) result_.content.unseenObjects += block.users;
-  }
-
-  void AddObject(const ModelObject& object, const PlacedObject& placed) {
-    Block& block = blocks_[placed.block];
-    const bool first = !block.built;
-    if (first) BuildBlock(object, placed.block, block);
-    if (!block.placed) return;
-    KtSceneNode node;
-    node.objectId = names_.Unique(object.name);
-    node.realObjectId = node.objectId;
-    if (first) block.graphicName = node.objectId;
-    node.graphicName = block.graphicName;
-    node.matrix = placed.placement.Matrix();
-    node.children.reserve(block.parts.size());
-    for (const Part& part : block.parts) {
-      KtSceneNode& leaf = node.children.emplace_back();
-      leaf.color = part.color;
-      leaf.geometry.push_back(part.geometry);
-    }
-    result_.scene.nodes.push_back(std::move(node));
-    PlanExtent extent;
-    addPlaced(block.reach, placed.placement, extent);
-    result_.content.extent.Add(extent);
-    if (WantsLabels() && block.shows) KeepLabel(object, block, extent);
-    ++result_.content.objects;
-    if (first) {
-      result_.content.parts += block.parts.size();
+    if (isFirst) {
+      built.graphicName = name;
+      plan.content.parts += built.block.parts.size();
     } else {
-      ++result_.content.instances;
+      ++plan.content.instances;
+    }
+    plan.scene.nodes.push_back(makeObjectNode(name, placed.placement, built));
+    ++plan.content.objects;
+    PlanExtent extent;
+    addPlaced(built.block.hull, placed.placement, extent);
+    plan.content.extent.Add(extent);
+    if (built.visibility == Visibility::kShown) {
+      shown.push_back({i, extent});
     }
   }
+  return shown;
+}
 
-  bool WantsLabels() const { return options_.labels != PlanLabels::kNone; }
-
-  void KeepLabel(const ModelObject& object, const Block& block, const PlanExtent& extent) {
-    const std::array<double, 2> centre = extent.Centre();
-    // A turn may bring coordinates near the end of the range beyond it.
-    if (!std::isfinite(centre[0]) || !std::isfinite(centre[1])) return;
-    labels_.push_back({labelTextOf(model_, object), centre, block.parts.front().color});
-  }
-
-  // After all objects, whose names and numbers are thus the same as without labels.
-  void AddLabels() {
-    const double height = options_.labelHeight.value_or(labelHeightFor(result_.content.extent));
-    for (const PlanLabel& label : labels_) {
-      result_.scene.nodes.push_back(makeLabelNode(label, height, names_.Unique("label")));
-    }
-    result_.content.labels = labels_.size();
-  }
-
-  std::string Emptiness() const {
-    if (result_.content.unseenObjects != 0) return "no edge of it shows in this view";
-    if (result_.content.points != 0) return "it holds points, which a plan does not show";
-    if (result_.content.emptyObjects != 0) return "its meshes have no faces and no lines";
-    return "no node of it carries a mesh";
-  }
-
-  [[noreturn]] void Fail(unsigned mesh, const std::string& reason) const {
-    throw ModelError(kExitInput, "cannot draw '" + path_ + "': in mesh " + std::to_string(mesh) +
-                                     " '" + model_.mMeshes[mesh]->mName.C_Str() + "', " + reason);
-  }
-
-  const aiScene& model_;
-  const std::string& path_;
-  const PlanOptions& options_;
-  ModelMeter& meter_;
-  // By mesh; empty until looked through.
-  std::vector<std::optional<MeshContent>> contents_;
-  BlockIndex index_;
-  std::vector<Block> blocks_;
-  // By object.
-  std::vector<PlacedObject> placed_;
-  ObjectNames names_;
-  std::vector<PlanLabel> labels_;
-  PlanScene result_;
+// The labels of the objects, each with the extent of all objects that it names.
+struct PlanLabelRequests {
+  std::vector<std::u16string> texts;
+  // That are named.
+  std::vector<const aiNode*> nodes;
+  std::vector<LabelRequest> requests;
 };
+
+PlanLabelRequests requestLabels(const aiScene& model, const std::vector<ModelObject>& objects,
+                                const std::vector<ShownObject>& shown) {
+  PlanLabelRequests labels;
+  LabelFinder finder(model);
+  std::unordered_map<const aiNode*, std::size_t> numbers;
+  for (const auto& [object, extent] : shown) {
+    const std::array<double, 2> center = extent.Center();
+    ObjectLabel label = finder.LabelOf(objects[object]);
+    // A turn may bring coordinates near the end of the range beyond it.
+    if (label.node == nullptr || !std::isfinite(center[0]) || !std::isfinite(center[1])) {
+      continue;
+    }
+    const auto [number, isNew] = numbers.emplace(label.node, labels.requests.size());
+    if (isNew) {
+      labels.requests.push_back({extent, labelWidth(label.text)});
+      labels.texts.push_back(std::move(label.text));
+      labels.nodes.push_back(label.node);
+    } else {
+      labels.requests[number->second].extent.Add(extent);
+    }
+  }
+  return labels;
+}
+
+// After all objects, whose names and numbers are thus the same as without labels.
+void addLabels(const PlanLabelRequests& labels, const PlanOptions& options,
+               const SourceFinder& finder, ObjectNames& names, PlanScene& plan) {
+  const double height = options.labelHeight.value_or(labelHeightFor(plan.content.extent));
+  const LineRaster lines(plan.scene, plan.content.extent, kLineCellShare * height);
+  const std::vector<LabelPlace> places = placeLabels(labels.requests, height, lines);
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (!places[i].isPlaced) {
+      ++plan.content.labelsLeftOut;
+      continue;
+    }
+    plan.scene.nodes.push_back(
+        makeLabelNode({labels.texts[i], places[i].center, places[i].height, places[i].isUpright},
+                      options.labelColor, names.Unique("label")));
+    if (options.wantsSources) {
+      NodeSource& source = plan.sources.emplace_back(finder.SourceOf(*labels.nodes[i]));
+      source.leaves.push_back({{}, kNoTrueColor, PartKind::kLabel});
+    }
+    ++plan.content.labels;
+  }
+}
+
+// Drawing units for one unit of the model.
+double scaleOf(const ModelSource& source, const PlanOptions& options, PlanContent& content) {
+  content.modelUnit = source.unit;
+  if (!source.unit.IsKnown() && options.sourceUnits) {
+    content.modelUnit = *options.sourceUnits;
+  }
+  content.drawingUnit = options.units.value_or(content.modelUnit);
+  if (!options.units) {
+    return options.scale;
+  }
+  if (!content.modelUnit.IsKnown()) {
+    throw UsageError({source.path,
+                      "--units needs the model's own unit, which this file does not state",
+                      "give it with --source-units"});
+  }
+  return content.modelUnit.meters / content.drawingUnit.meters * options.scale;
+}
+
+// Where a storey is cut; `scale` are drawing units for one unit of the model.
+CutPlane cutOf(const Storey& storey, const ModelSource& source, double scale,
+               const PlanContent& content) {
+  if (!content.modelUnit.IsKnown()) {
+    throw UsageError({source.path,
+                      "--storey needs the model's own unit, which this file does not state",
+                      "give it with --source-units"});
+  }
+  return {storey.floor + kStoreyCutMeters / content.modelUnit.meters * scale, true, {}};
+}
+
+std::string emptinessOf(const PlanContent& content, const PlanOptions& options) {
+  if (content.unseenObjects != 0 && (options.linework.cut || !options.storey.empty())) {
+    return "nothing of it shows below the cut";
+  }
+  if (content.unseenObjects != 0) {
+    return "no edge of it shows in this view";
+  }
+  if (content.points != 0) {
+    return "it holds points, which a plan does not show";
+  }
+  if (content.emptyObjects != 0) {
+    return "its meshes have no faces and no lines";
+  }
+  return "no node of it carries a mesh";
+}
 
 }  // namespace
 
-PlanScene makePlanScene(const aiScene& model, const std::string& importer, const std::string& path,
+PlanScene makePlanScene(const aiScene& model, const ModelSource& source,
                         const PlanOptions& options) {
-  Affine sheet = compose(uprightTurn(model, importer, options.up), options.view);
-  for (double& element : sheet.linear) element *= options.scale;
-  ModelMeter meter(options.limits, path);
-  const std::vector<ModelObject> objects = collectObjects(model, sheet, path, meter);
-  return PlanSceneBuilder(model, path, options, meter).Build(objects);
+  ObjectNames names;
+  PlanScene plan = makeViewScene(model, source, options, names);
+  requireObjects(plan.content, source, options);
+  return plan;
 }
+
+void requireObjects(const PlanContent& content, const ModelSource& source,
+                    const PlanOptions& options) {
+  const bool isAnyChosen = content.emptyObjects + content.unseenObjects + content.points != 0;
+  if (content.objects == 0 && !options.filter.IsEmpty() && !isAnyChosen) {
+    throw ModelError(kExitNothingToDraw,
+                     {source.path, "nothing to draw: --only and --exclude leave no object",
+                      "choose other patterns"});
+  }
+  if (content.objects == 0) {
+    throw ModelError(kExitNothingToDraw,
+                     {source.path, "nothing to draw: " + emptinessOf(content, options),
+                      "choose a model with faces or lines"});
+  }
+}
+
+PlanScene makeViewScene(const aiScene& model, const ModelSource& source, const PlanOptions& options,
+                        ObjectNames& names) {
+  PlanScene plan;
+  const double scale = scaleOf(source, options, plan.content);
+  Affine sheet = compose(uprightTurn(model, source.importer, options.up), options.view);
+  for (double& element : sheet.linear) {
+    element *= scale;
+  }
+  const bool wantsLabels = options.labels != PlanLabels::kNone;
+  LimitChecker limits(options.limits, source.path);
+  BlockBuilder builder(model, source, options, limits);
+
+  std::vector<ModelObject> objects =
+      collectObjects(model, sheet, options.filter, source.path, limits);
+  LineworkOptions linework = options.linework;
+  if (!options.storey.empty()) {
+    const Storey storey = findStorey(model, sheet, options.storey, source.path);
+    keepObjectsBelow(*storey.node, objects);
+    linework.cut = cutOf(storey, source, scale, plan.content);
+  }
+  countSkipped(objects, model.mNumMeshes, builder, plan.content);
+  PlanLayout layout = layOutObjects(objects);
+  if (!isDrawnAsGiven(options)) {
+    for (PlacedObject& placed : layout.objects) {
+      placed.placement.shift[0] = zeroOrShown(placed.placement.shift[0]);
+      placed.placement.shift[1] = zeroOrShown(placed.placement.shift[1]);
+    }
+  }
+  const SourceFinder finder(model, options.colors);
+  beginStage("repairing");
+  const std::vector<ShownObject> shown =
+      linework.IsByObject()
+          ? addObjects(objects, layout, options, finder, builder, names, plan)
+          : addLinework({objects, layout, options, linework, finder}, builder, limits, names, plan);
+  requireUnchanged(source);
+  if (wantsLabels && plan.content.objects != 0) {
+    addLabels(requestLabels(model, objects, shown), options, finder, names, plan);
+  }
+  return plan;
+}
+
+}  // namespace dxf2d

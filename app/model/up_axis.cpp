@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 
+namespace dxf2d {
 namespace {
 
 struct FormatAxis {
@@ -75,8 +76,12 @@ std::optional<SignedAxis> metadataAxis(const aiScene& scene, const char* axisKey
                                        const char* signKey) {
   std::int32_t axis = 0;
   std::int32_t sign = 1;
-  if (scene.mMetaData == nullptr || !scene.mMetaData->Get(axisKey, axis)) return std::nullopt;
-  if (axis < 0 || axis > 2) return std::nullopt;
+  if (scene.mMetaData == nullptr || !scene.mMetaData->Get(axisKey, axis)) {
+    return std::nullopt;
+  }
+  if (axis < 0 || axis > 2) {
+    return std::nullopt;
+  }
   scene.mMetaData->Get(signKey, sign);
   return SignedAxis{axis, sign < 0 ? -1.0 : 1.0};
 }
@@ -87,7 +92,9 @@ Affine turnFromFbx(const aiScene& scene) {
   const auto up = metadataAxis(scene, "UpAxis", "UpAxisSign");
   const auto front = metadataAxis(scene, "FrontAxis", "FrontAxisSign");
   const auto right = metadataAxis(scene, "CoordAxis", "CoordAxisSign");
-  if (!up) return tilt();
+  if (!up) {
+    return tilt();
+  }
   Affine turn;
   if (front && right) {
     turn.linear.fill(0.0);
@@ -98,7 +105,9 @@ Affine turnFromFbx(const aiScene& scene) {
     const double determinant = m[0] * (m[4] * m[8] - m[5] * m[7]) -
                                m[1] * (m[3] * m[8] - m[5] * m[6]) +
                                m[2] * (m[3] * m[7] - m[4] * m[6]);
-    if (determinant == 1.0) return turn;
+    if (determinant == 1.0) {
+      return turn;
+    }
   }
   // Axes that contradict each other: the up axis alone decides.
   const double sign = up->sign;
@@ -119,13 +128,19 @@ Affine turnFromFbx(const aiScene& scene) {
 }  // namespace
 
 Affine uprightTurn(const aiScene& scene, std::string_view importer, UpAxis asked) {
-  if (asked == UpAxis::kAuto && importer == kFbxImporter) return turnFromFbx(scene);
+  if (asked == UpAxis::kAuto && importer == kFbxImporter) {
+    return turnFromFbx(scene);
+  }
   FormatAxis format{importer, UpAxis::kY, false};
   for (const FormatAxis& listed : kFormatAxes) {
-    if (listed.importer == importer) format = listed;
+    if (listed.importer == importer) {
+      format = listed;
+    }
   }
   const UpAxis up = asked == UpAxis::kAuto ? format.up : asked;
   // The reader's turn is taken back first, so that the user's word is about the file's own axes.
   const Affine asFile = format.turned ? tilt() : Affine{};
   return up == UpAxis::kY ? compose(asFile, tilt()) : asFile;
 }
+
+}  // namespace dxf2d

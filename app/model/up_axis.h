@@ -7,6 +7,8 @@
 
 struct aiScene;
 
+namespace dxf2d {
+
 // What the user says about a model: its y or its z axis, as the file has it, points up; or that the
 // format decides.
 enum class UpAxis { kAuto, kY, kZ };
@@ -18,3 +20,5 @@ enum class UpAxis { kAuto, kY, kZ };
 // A Collada file must have been read with AI_CONFIG_IMPORT_COLLADA_IGNORE_UP_DIRECTION set exactly
 // when `asked` is not kAuto.
 Affine uprightTurn(const aiScene& scene, std::string_view importer, UpAxis asked);
+
+}  // namespace dxf2d

@@ -4,7 +4,11 @@
 #include <charconv>
 #include <cmath>
 #include <numbers>
+#include <string>
 
+#include "app/cli/option_values.h"
+
+namespace dxf2d {
 namespace {
 
 struct SineAndCosine {
@@ -53,7 +57,8 @@ std::optional<double> wholeNumber(std::string_view text) {
 
 }  // namespace
 
-std::optional<Affine> parseView(std::string_view text) {
+std::optional<Affine> parseView(std::string_view given) {
+  const std::string text = normalized(given);
   struct Named {
     std::string_view name;
     double azimuth;
@@ -66,16 +71,24 @@ std::optional<Affine> parseView(std::string_view text) {
                                          {"left", 270.0, 0.0},
                                          {"right", 90.0, 0.0}}};
   for (const Named& view : kNamed) {
-    if (view.name == text) return viewFrom(ofDegrees(view.azimuth), ofDegrees(view.elevation));
+    if (view.name == text) {
+      return viewFrom(ofDegrees(view.azimuth), ofDegrees(view.elevation));
+    }
   }
   if (text == "iso") {
     // All three axes show at the same length: the elevation's tangent is 1 / sqrt(2).
     return viewFrom(ofDegrees(45.0), {std::sqrt(1.0 / 3.0), std::sqrt(2.0 / 3.0)});
   }
   const std::size_t comma = text.find(',');
-  if (comma == std::string_view::npos) return std::nullopt;
-  const std::optional<double> azimuth = wholeNumber(text.substr(0, comma));
-  const std::optional<double> elevation = wholeNumber(text.substr(comma + 1));
-  if (!azimuth || !elevation || std::abs(*elevation) > 90.0) return std::nullopt;
+  if (comma == std::string::npos) {
+    return std::nullopt;
+  }
+  const std::optional<double> azimuth = wholeNumber(normalized(text.substr(0, comma)));
+  const std::optional<double> elevation = wholeNumber(normalized(text.substr(comma + 1)));
+  if (!azimuth || !elevation || std::abs(*elevation) > 90.0) {
+    return std::nullopt;
+  }
   return viewFrom(ofDegrees(*azimuth), ofDegrees(*elevation));
 }
+
+}  // namespace dxf2d

@@ -6,6 +6,8 @@
 
 #include "app/model/affine.h"
 
+namespace dxf2d {
+
 // The turn that lays a view on the sheet: the model stands with z up before it; after it x runs to
 // the right of the sheet, y up the sheet and z towards the viewer. `text` is one of
 //
@@ -17,5 +19,8 @@
 //
 // or "AZIMUTH,ELEVATION" in degrees: the viewer stands at -y for azimuth 0 and goes
 // counter-clockwise seen from above (90 is right, 180 back), ELEVATION above the horizon, -90 to 90
-// (90 is top). Turns by right angles are exact. Empty for any other text.
+// (90 is top). Turns by right angles are exact. Names in any letter case, blanks around each part.
+// Empty for any other text.
 std::optional<Affine> parseView(std::string_view text);
+
+}  // namespace dxf2d

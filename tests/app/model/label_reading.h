@@ -10,6 +10,8 @@
 #include "ktscene/kt_scene.h"
 #include "ktscene/kt_v.h"
 
+namespace dxf2d {
+
 struct ReadLabel {
   double height = 0.0;
   std::array<double, 3> anchor{};
@@ -37,3 +39,5 @@ inline ReadLabel readLabel(const KtSceneNode& node) {
   label.alignment = static_cast<char16_t>(alignment);
   return label;
 }
+
+}  // namespace dxf2d

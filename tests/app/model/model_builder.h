@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+namespace dxf2d {
+
 using Corners = std::vector<unsigned>;
 
 inline aiMesh* makeMesh(const std::vector<aiVector3D>& vertices, const std::vector<Corners>& faces,
@@ -15,14 +17,18 @@ inline aiMesh* makeMesh(const std::vector<aiVector3D>& vertices, const std::vect
   mesh->mMaterialIndex = material;
   mesh->mNumVertices = static_cast<unsigned>(vertices.size());
   mesh->mVertices = new aiVector3D[vertices.size()];
-  for (std::size_t i = 0; i < vertices.size(); ++i) mesh->mVertices[i] = vertices[i];
+  for (std::size_t i = 0; i < vertices.size(); ++i) {
+    mesh->mVertices[i] = vertices[i];
+  }
   mesh->mNumFaces = static_cast<unsigned>(faces.size());
   mesh->mFaces = new aiFace[faces.size()];
   for (std::size_t f = 0; f < faces.size(); ++f) {
     aiFace& face = mesh->mFaces[f];
     face.mNumIndices = static_cast<unsigned>(faces[f].size());
     face.mIndices = new unsigned[faces[f].size()];
-    for (std::size_t i = 0; i < faces[f].size(); ++i) face.mIndices[i] = faces[f][i];
+    for (std::size_t i = 0; i < faces[f].size(); ++i) {
+      face.mIndices[i] = faces[f][i];
+    }
   }
   return mesh;
 }
@@ -37,7 +43,9 @@ inline aiNode* makeNode(const char* name, const aiMatrix4x4& transform,
   node->mTransformation = transform;
   node->mNumMeshes = static_cast<unsigned>(meshes.size());
   node->mMeshes = new unsigned[meshes.size()];
-  for (std::size_t i = 0; i < meshes.size(); ++i) node->mMeshes[i] = meshes[i];
+  for (std::size_t i = 0; i < meshes.size(); ++i) {
+    node->mMeshes[i] = meshes[i];
+  }
   return node;
 }
 
@@ -50,7 +58,9 @@ inline std::unique_ptr<aiScene> makeModel(const std::vector<aiMesh*>& meshes, ai
   auto scene = std::make_unique<aiScene>();
   scene->mNumMeshes = static_cast<unsigned>(meshes.size());
   scene->mMeshes = new aiMesh*[meshes.size()];
-  for (std::size_t i = 0; i < meshes.size(); ++i) scene->mMeshes[i] = meshes[i];
+  for (std::size_t i = 0; i < meshes.size(); ++i) {
+    scene->mMeshes[i] = meshes[i];
+  }
   scene->mRootNode = root;
   return scene;
 }
@@ -74,3 +84,5 @@ inline aiMatrix4x4 tiltedBy(float radians) {
   aiMatrix4x4 matrix;
   return aiMatrix4x4::RotationX(radians, matrix);
 }
+
+}  // namespace dxf2d

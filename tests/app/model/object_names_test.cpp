@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+namespace dxf2d {
 namespace {
 
 TEST(ObjectNames, EqualNamesGetNumbers) {
@@ -25,3 +26,4 @@ TEST(ObjectNames, AnEmptyNameIsNotGiven) {
 }
 
 }  // namespace
+}  // namespace dxf2d

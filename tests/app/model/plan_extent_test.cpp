@@ -5,6 +5,7 @@
 #include <cmath>
 #include <random>
 
+namespace dxf2d {
 namespace {
 
 PlanPlacement turned(double angle) {
@@ -15,34 +16,36 @@ PlanPlacement turned(double angle) {
   return placement;
 }
 
-TEST(ReachPoints, OnlyPointsThatAreNamedCount) {
-  ReachPoints reach(false);
-  reach.Add({0, 0, 0, 5, 5, 0, 1, 2, 0}, {0, 2, -6});
+TEST(HullPoints, OnlyReferencedPointsCount) {
+  HullPoints hull(false);
+  hull.Add({0, 0, 0, 5, 5, 0, 1, 2, 0}, {0, 2, -6});
   PlanExtent extent;
-  addPlaced(reach.Take(), PlanPlacement{}, extent);
+  addPlaced(hull.Take(), PlanPlacement{}, extent);
   EXPECT_EQ(extent.maxX, 1.0);
   EXPECT_EQ(extent.maxY, 2.0);
 }
 
-TEST(ReachPoints, NothingNamedReachesNowhere) {
-  ReachPoints reach(true);
-  reach.Add({0, 0, 0}, {-7, -6});
-  EXPECT_TRUE(reach.Take().empty());
+TEST(HullPoints, NoReferencedPointGivesNoHull) {
+  HullPoints hull(true);
+  hull.Add({0, 0, 0}, {-7, -6});
+  EXPECT_TRUE(hull.Take().empty());
 }
 
-TEST(ReachPoints, TurnedExtentsAreThoseOfAllPoints) {
+TEST(HullPoints, TurnedExtentsAreThoseOfAllPoints) {
   std::mt19937 random(4);
   std::normal_distribution<double> coordinate;
   std::vector<double> coords;
   std::vector<int> indices;
   // More than are gathered at a time.
   for (int i = 0; i < 200000; ++i) {
-    for (int k = 0; k < 3; ++k) coords.push_back(coordinate(random));
+    for (int k = 0; k < 3; ++k) {
+      coords.push_back(coordinate(random));
+    }
     indices.push_back(i);
   }
-  ReachPoints reach(true);
-  reach.Add(coords, indices);
-  const PlanPoints points = reach.Take();
+  HullPoints hull(true);
+  hull.Add(coords, indices);
+  const PlanPoints points = hull.Take();
   EXPECT_LT(points.size(), 100u);
   for (const double angle : {0.0, 0.3, 1.0, 2.5, 4.0}) {
     const PlanPlacement placement = turned(angle);
@@ -59,13 +62,14 @@ TEST(ReachPoints, TurnedExtentsAreThoseOfAllPoints) {
   }
 }
 
-TEST(ReachPoints, PointsOnOneLineKeepTheirEnds) {
-  ReachPoints reach(true);
-  reach.Add({0, 0, 0, 1, 1, 0, 2, 2, 0, 3, 3, 0}, {1, 0, 3, 2, -6});
+TEST(HullPoints, PointsOnOneLineKeepTheirEnds) {
+  HullPoints hull(true);
+  hull.Add({0, 0, 0, 1, 1, 0, 2, 2, 0, 3, 3, 0}, {1, 0, 3, 2, -6});
   PlanExtent extent;
-  addPlaced(reach.Take(), PlanPlacement{}, extent);
+  addPlaced(hull.Take(), PlanPlacement{}, extent);
   EXPECT_EQ(extent.minX, 0.0);
   EXPECT_EQ(extent.maxY, 3.0);
 }
 
 }  // namespace
+}  // namespace dxf2d

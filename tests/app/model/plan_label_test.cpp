@@ -4,6 +4,7 @@
 
 #include "tests/app/model/label_reading.h"
 
+namespace dxf2d {
 namespace {
 
 PlanExtent extentTo(double x, double y) {
@@ -13,8 +14,8 @@ PlanExtent extentTo(double x, double y) {
   return extent;
 }
 
-TEST(LabelNode, SaysItsTextCentredOnItsOwnOrigin) {
-  const ReadLabel label = readLabel(makeLabelNode({u"Office", {3.0, 4.0}, {}}, 2.5, u"label"));
+TEST(LabelNode, SaysItsTextCenteredOnItsOwnOrigin) {
+  const ReadLabel label = readLabel(makeLabelNode({u"Office", {3.0, 4.0}, 2.5}, 7, u"label"));
   EXPECT_EQ(label.height, 2.5);
   EXPECT_EQ(label.anchor, (std::array<double, 3>{}));
   EXPECT_EQ(label.angle, 0.0);
@@ -22,8 +23,8 @@ TEST(LabelNode, SaysItsTextCentredOnItsOwnOrigin) {
   EXPECT_EQ(label.lines, (std::vector<std::u16string>{u"Office"}));
 }
 
-TEST(LabelNode, StandsAtTheCentreToTheLastBit) {
-  const KtSceneNode node = makeLabelNode({u"a", {1234567.1, -0.1}, {}}, 1.0, u"label");
+TEST(LabelNode, StandsAtTheCenterToTheLastBit) {
+  const KtSceneNode node = makeLabelNode({u"a", {1234567.1, -0.1}, 1.0}, 7, u"label");
   EXPECT_EQ(node.matrix.Data()[12], 1234567.1);
   EXPECT_EQ(node.matrix.Data()[13], -0.1);
   EXPECT_EQ(node.matrix.Data()[14], 0.0);
@@ -31,7 +32,7 @@ TEST(LabelNode, StandsAtTheCentreToTheLastBit) {
 }
 
 TEST(LabelNode, IsAnObjectThatNoInstanceCanBe) {
-  const KtSceneNode node = makeLabelNode({u"a", {}, {}}, 1.0, u"label 7");
+  const KtSceneNode node = makeLabelNode({u"a", {}, 1.0}, 7, u"label 7");
   EXPECT_EQ(node.objectId, u"label 7");
   EXPECT_EQ(node.graphicName, u"label 7");
   EXPECT_EQ(node.realObjectId, u"");
@@ -40,25 +41,25 @@ TEST(LabelNode, IsAnObjectThatNoInstanceCanBe) {
 TEST(LabelNode, QuotesAndBackslashesComeBack) {
   for (const char16_t* text :
        {u"say \"hi\"", u"C:\\x", u"\\", u"\"", u"\\\"", u"a\\", u"\\U+00FC"}) {
-    EXPECT_EQ(readLabel(makeLabelNode({text, {}, {}}, 1.0, u"label")).lines,
+    EXPECT_EQ(readLabel(makeLabelNode({text, {}, 1.0}, 7, u"label")).lines,
               (std::vector<std::u16string>{text}));
   }
 }
 
-TEST(LabelNode, ColourIsTheObjectsToTheLastBit) {
-  const std::array<double, 3> color{0.1, 1e-7, 1.0 / 3.0};
-  const KtSceneNode node = makeLabelNode({u"a", {}, color}, 1.0, u"label");
-  EXPECT_EQ(node.label->colorIndex, 0);
-  EXPECT_EQ(readLabel(node).color, color);
+TEST(LabelNode, IsDrawnWithItsPen) {
+  EXPECT_EQ(makeLabelNode({u"a", {}, 1.0}, 3, u"label").label->colorIndex, 3);
 }
 
-TEST(LabelNode, WithoutAColourItIsThatOfOutlinesWithoutOne) {
-  EXPECT_EQ(makeLabelNode({u"a", {}, {}}, 1.0, u"label").label->colorIndex, 254);
+TEST(LabelNode, UprightIsAQuarterTurn) {
+  const KtSceneNode node = makeLabelNode({u"a", {3.0, 4.0}, 1.0, true}, 7, u"label");
+  EXPECT_EQ(node.matrix.Data()[0], 0.0);
+  EXPECT_EQ(node.matrix.Data()[1], 1.0);
+  EXPECT_EQ(node.matrix.Data()[12], 3.0);
 }
 
 TEST(LabelNode, AnyHeightReadsAsTheSameNumber) {
   for (const double height : {kMinLabelHeight, 0.1, 1.0 / 3.0, 123456.789, kMaxLabelHeight}) {
-    EXPECT_EQ(readLabel(makeLabelNode({u"a", {}, {}}, height, u"label")).height, height);
+    EXPECT_EQ(readLabel(makeLabelNode({u"a", {}, height}, 7, u"label")).height, height);
   }
 }
 
@@ -77,3 +78,4 @@ TEST(LabelHeight, IsNeverMoreThanALabelTakes) {
 }
 
 }  // namespace
+}  // namespace dxf2d

@@ -8,13 +8,23 @@
 #include "app/model/model_error.h"
 #include "tests/app/model/model_builder.h"
 
+namespace dxf2d {
 namespace {
 
 // A reader that leaves z up, so that plans show the models as they are written here.
 constexpr const char* kReader = "Stereolithography (STL) Importer";
 
-PlanScene planOf(const aiScene& model, const PlanOptions& options = {}) {
-  return makePlanScene(model, kReader, "model.stl", options);
+// Faces and colors as the model has them.
+PlanOptions asGiven() {
+  PlanOptions options;
+  options.repair = false;
+  options.creaseDegrees = mesh::kNoCreases;
+  options.colors = PlanColors::kModel;
+  return options;
+}
+
+PlanScene planOf(const aiScene& model, const PlanOptions& options = asGiven()) {
+  return makePlanScene(model, {"model.stl", kReader, {}}, options);
 }
 
 const KtFaceSet& facesOf(const KtSceneNode& leaf) {
@@ -132,12 +142,14 @@ TEST(PlanScene, PolygonsAndLinesOfOneMeshAreTwoLeaves) {
   EXPECT_EQ(plan.content.extent.maxX, 5.0);
 }
 
-TEST(PlanScene, DiffuseColourIsTheLeafsAndBaseColourGoesFirst) {
+TEST(PlanScene, DiffuseColorIsTheLeafsAndBaseColorGoesFirst) {
   const auto model = makeModel({makeSquareMesh(0), makeSquareMesh(1), makeSquareMesh(2)},
                                makeNode("house", aiMatrix4x4(), {0, 1, 2}));
   model->mNumMaterials = 3;
   model->mMaterials = new aiMaterial*[3];
-  for (unsigned i = 0; i < 3; ++i) model->mMaterials[i] = new aiMaterial;
+  for (unsigned i = 0; i < 3; ++i) {
+    model->mMaterials[i] = new aiMaterial;
+  }
   const aiColor4D diffuse(0.25f, 2.0f, -1.0f, 1.0f);
   const aiColor4D base(0.5f, 0.5f, 0.5f, 1.0f);
   model->mMaterials[0]->AddProperty(&diffuse, 1, AI_MATKEY_COLOR_DIFFUSE);
@@ -147,7 +159,7 @@ TEST(PlanScene, DiffuseColourIsTheLeafsAndBaseColourGoesFirst) {
   const std::vector<KtSceneNode>& leaves = plan.scene.nodes.at(0).children;
   EXPECT_EQ(leaves.at(0).color, (std::array<double, 3>{0.25, 1.0, 0.0}));
   EXPECT_EQ(leaves.at(1).color, (std::array<double, 3>{0.5, 0.5, 0.5}));
-  EXPECT_FALSE(leaves.at(2).color);
+  EXPECT_EQ(leaves.at(2).color, kDefaultPen);
 }
 
 TEST(PlanScene, ScaleAndViewApplyToTheWholeModel) {
@@ -203,19 +215,19 @@ TEST(PlanScene, TransformsOutOfRangeAreRefused) {
   EXPECT_NE(refusal(*model, kExitInput).find("'far'"), std::string::npos);
 }
 
-TEST(PlanScene, AMeshThatIsNotThereIsRefused) {
+TEST(PlanScene, AMissingMeshIsRefused) {
   const auto model = makeModel({makeSquareMesh()}, makeNode("a", aiMatrix4x4(), {1}));
   EXPECT_NE(refusal(*model, kExitInput).find("mesh 1"), std::string::npos);
 }
 
-TEST(PlanScene, NothingToDrawIsSaid) {
+TEST(PlanScene, NothingToDrawIsReported) {
   const auto points = makeModel({makeMesh({{0, 0, 0}}, {{0}})}, makeNode("a", aiMatrix4x4(), {0}));
   EXPECT_NE(refusal(*points, kExitNothingToDraw).find("points"), std::string::npos);
   const auto empty = makeModel({}, makeNode("a", aiMatrix4x4(), {}));
   EXPECT_NE(refusal(*empty, kExitNothingToDraw).find("model.stl"), std::string::npos);
 }
 
-TEST(PlanScene, ChildrenThatAReaderLeftOutAreNoFault) {
+TEST(PlanScene, NullChildrenAreSkipped) {
   aiNode* root =
       withChildren(makeNode("root", aiMatrix4x4(), {}),
                    {makeNode("a", aiMatrix4x4(), {0}), makeNode("b", aiMatrix4x4(), {})});
@@ -231,14 +243,21 @@ TEST(PlanScene, ADeepHierarchyIsWalkedWithoutTheStack) {
   std::vector<aiNode*> chain;
   for (int i = 0; i < 200000; ++i) {
     chain.push_back(makeNode("n", shiftedBy(1, 0, 0), {}));
-    if (i != 0) withChildren(chain[chain.size() - 2], {chain.back()});
+    if (i != 0) {
+      withChildren(chain[chain.size() - 2], {chain.back()});
+    }
   }
   withChildren(chain.back(), {makeNode("leaf", aiMatrix4x4(), {0})});
   const auto model = makeModel({makeSquareMesh()}, chain.front());
   const PlanScene plan = planOf(*model);
   EXPECT_EQ(plan.scene.nodes.at(0).matrix.Data()[12], 200000.0);
-  for (std::size_t i = 0; i + 1 < chain.size(); ++i) chain[i]->mNumChildren = 0;
-  for (std::size_t i = 1; i < chain.size(); ++i) delete chain[i];
+  for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
+    chain[i]->mNumChildren = 0;
+  }
+  for (std::size_t i = 1; i < chain.size(); ++i) {
+    delete chain[i];
+  }
 }
 
 }  // namespace
+}  // namespace dxf2d

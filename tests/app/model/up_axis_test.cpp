@@ -5,6 +5,7 @@
 
 #include <cstdint>
 
+namespace dxf2d {
 namespace {
 
 using Rows = std::array<double, 9>;
@@ -83,3 +84,4 @@ TEST(UprightTurn, FbxWithoutMetadataHasYUp) {
 }
 
 }  // namespace
+}  // namespace dxf2d

@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+namespace dxf2d {
 namespace {
 
 using Rows = std::array<double, 9>;
@@ -56,11 +57,18 @@ TEST(ParseView, EveryViewIsATurn) {
   }
 }
 
-TEST(ParseView, OtherTextsAreNoViews) {
-  for (const char* text : {"", "Top", "above", "45", "45,", ",45", "45,91", "45,-90.5", "nan,0",
-                           "inf,0", "1e400,0", "45, 30", "45,30,0"}) {
+TEST(ParseView, LetterCaseAndBlanksDoNotMatter) {
+  EXPECT_EQ(parseView(" Front ")->linear, parseView("front")->linear);
+  EXPECT_EQ(parseView("ISO")->linear, parseView("iso")->linear);
+  EXPECT_EQ(parseView(" 45, 30 ")->linear, parseView("45,30")->linear);
+}
+
+TEST(ParseView, RefusesOtherTexts) {
+  for (const char* text : {"", "above", "45", "45,", ",45", "45,91", "45,-90.5", "nan,0", "inf,0",
+                           "1e400,0", "45,30,0"}) {
     EXPECT_FALSE(parseView(text)) << text;
   }
 }
 
 }  // namespace
+}  // namespace dxf2d

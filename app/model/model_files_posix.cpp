@@ -1,0 +1,264 @@
+#include "app/model/model_files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <assimp/cimport.h>
+#include <assimp/material.h>
+#include <assimp/scene.h>
+
+#include <algorithm>
+#include <array>
+#include <assimp/IOStream.hpp>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "app/process/descriptor.h"
+
+namespace dxf2d {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Readers try one file in several directories.
+void addFile(std::vector<std::string>& names, const std::string& name) {
+  const fs::path file = fs::path(name).filename();
+  if (std::ranges::none_of(names,
+                           [&](const auto& other) { return fs::path(other).filename() == file; })) {
+    names.push_back(name);
+  }
+}
+
+// With all links followed, also where the last names do not exist. Empty if that fails.
+std::string placeOf(const std::string& path) {
+  std::error_code error;
+  const fs::path place = fs::weakly_canonical(fs::absolute(path, error), error);
+  return error ? std::string() : place.string();
+}
+
+bool isSameTime(const timespec& one, const timespec& other) {
+  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+}
+
+// A regular file that is open for reading.
+class FileStream : public Assimp::IOStream {
+ public:
+  FileStream(std::FILE* file, std::string name, const struct stat& status, ModelFiles& files)
+      : file_(file), name_(std::move(name)), status_(status), files_(files) {}
+  ~FileStream() override {
+    struct stat now {};
+    if (fstat(fileno(file_), &now) == 0 &&
+        (now.st_size != status_.st_size || !isSameTime(now.st_mtim, status_.st_mtim))) {
+      files_.NoteFailure(name_, "it changes while it is read");
+    }
+    std::fclose(file_);
+  }
+  FileStream(const FileStream&) = delete;
+  FileStream& operator=(const FileStream&) = delete;
+
+  size_t Read(void* buffer, size_t size, size_t count) override {
+    if (size == 0 || count == 0) {
+      return 0;
+    }
+    errno = 0;
+    const size_t read = std::fread(buffer, size, count, file_);
+    if (read < count) {
+      CheckEnd();
+    }
+    return read;
+  }
+  size_t Write(const void*, size_t, size_t) override { return 0; }
+  aiReturn Seek(size_t offset, aiOrigin origin) override {
+    const int whence = origin == aiOrigin_SET   ? SEEK_SET
+                       : origin == aiOrigin_CUR ? SEEK_CUR
+                                                : SEEK_END;
+    return fseeko(file_, static_cast<off_t>(offset), whence) == 0 ? aiReturn_SUCCESS
+                                                                  : aiReturn_FAILURE;
+  }
+  size_t Tell() const override { return static_cast<size_t>(ftello(file_)); }
+  size_t FileSize() const override { return static_cast<size_t>(status_.st_size); }
+  void Flush() override {}
+
+ private:
+  // After a read that returned less than was asked for.
+  void CheckEnd() {
+    if (std::ferror(file_) != 0) {
+      files_.NoteFailure(name_, std::generic_category().message(errno != 0 ? errno : EIO));
+    } else if (ftello(file_) < status_.st_size) {
+      files_.NoteFailure(name_, "it ends before its size is reached");
+    }
+  }
+
+  std::FILE* file_;
+  std::string name_;
+  // At the time of opening.
+  struct stat status_;
+  ModelFiles& files_;
+};
+
+}  // namespace
+
+void ModelFiles::NoteFailure(const std::string& file, const std::string& reason) {
+  if (failure.empty()) {
+    failedFile = file;
+    failure = reason;
+  }
+}
+
+ModelFileSystem::ModelFileSystem(const std::string& model, bool allowsOutside, ModelFiles& files)
+    : model_(placeOf(model)),
+      prefix_(model.substr(0, model.rfind('/') + 1)),
+      allowsOutside_(allowsOutside),
+      files_(files) {
+  directory_ = placeOf(prefix_.empty() ? "." : prefix_);
+  if (!directory_.ends_with('/')) {
+    directory_ += '/';
+  }
+}
+
+// Links may lead out of the directory.
+bool ModelFileSystem::IsAllowed(const std::string& path) const {
+  const std::string place = placeOf(path);
+  return allowsOutside_ || place == model_ || place.starts_with(directory_);
+}
+
+// As the model gives it, where it was completed by the model's directory.
+std::string ModelFileSystem::NameOf(const std::string& path) const {
+  std::string name = path.starts_with(prefix_) ? path.substr(prefix_.size()) : path;
+  while (name.starts_with("./")) {
+    name.erase(0, 2);
+  }
+  return name;
+}
+
+void ModelFileSystem::NoteNamed(const std::string& path) const {
+  const std::optional<FileIdentity> file = identityOf(path);
+  if (file && std::ranges::find(files_.named, *file) == files_.named.end()) {
+    files_.named.push_back(*file);
+  }
+}
+
+bool ModelFileSystem::Exists(const char* path) const {
+  NoteNamed(path);
+  struct stat status {};
+  const bool exists = stat(path, &status) == 0 && !S_ISDIR(status.st_mode);
+  // Importers do not open a file that is reported as missing.
+  if (!exists) {
+    addFile(files_.probed, NameOf(path));
+  } else if (!S_ISREG(status.st_mode) || !IsAllowed(path)) {
+    addFile(files_.outside, NameOf(path));
+    return false;
+  }
+  return exists;
+}
+
+Assimp::IOStream* ModelFileSystem::Open(const char* asked, const char* mode) {
+  // Readers do not write.
+  if (std::string_view(mode).find_first_of("wa+") != std::string_view::npos) {
+    return nullptr;
+  }
+  const std::string name = NameOf(asked);
+  // Readers put the directory of the model before absolute names, too.
+  const std::string path = name.starts_with('/') ? name : asked;
+  NoteNamed(path);
+  if (!IsAllowed(path)) {
+    addFile(files_.outside, name);
+    return nullptr;
+  }
+  // A FIFO would wait for a writer.
+  Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  struct stat status {};
+  if (!file.IsOpen() || fstat(file.Number(), &status) != 0) {
+    const int error = errno;
+    if (error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG) {
+      addFile(files_.missing, name);
+    } else {
+      files_.NoteFailure(name, std::generic_category().message(error));
+    }
+    return nullptr;
+  }
+  if (S_ISDIR(status.st_mode)) {
+    addFile(files_.missing, name);
+    return nullptr;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    addFile(files_.outside, name);
+    return nullptr;
+  }
+  files_.openedNames.push_back(fs::path(path).filename().string());
+  std::FILE* const stream = fdopen(file.Number(), "rb");
+  if (stream == nullptr) {
+    files_.NoteFailure(name, std::generic_category().message(errno));
+    return nullptr;
+  }
+  static_cast<void>(file.Release());
+  return std::make_unique<FileStream>(stream, name, status, files_).release();
+}
+
+void ModelFileSystem::Close(Assimp::IOStream* stream) { delete stream; }
+
+void dropOptionalFiles(ModelFiles& files, const std::string& model) {
+  // Animations, skins and shaders of games, which readers look for beside every model, as they look
+  // for NAME_animation.txt.
+  constexpr std::array kOptional{".md5anim", ".md5camera", ".skin", ".shader", ".skeleton"};
+  const std::string stem = fs::path(model).stem().string();
+  const auto isNamedAfterModel = [&](const std::string& name) {
+    return fs::path(name).stem() == stem;
+  };
+  // Objects of a scene in files of their own are not opened when they do not exist.
+  for (const std::string& name : files.probed) {
+    const std::string extension = fs::path(name).extension().string();
+    if (!extension.empty() && aiIsExtensionSupported(extension.c_str()) == AI_TRUE) {
+      addFile(files.missing, name);
+    }
+  }
+  const auto wasOpened = [&](const std::string& name) {
+    const std::string file = fs::path(name).filename().string();
+    return std::ranges::find(files.openedNames, file) != files.openedNames.end();
+  };
+  std::erase_if(files.missing, wasOpened);
+  std::erase_if(files.outside, wasOpened);
+  const std::vector<std::string> asked = files.missing;
+  std::erase_if(files.missing, [&](const std::string& name) {
+    const std::string extension = fs::path(name).extension().string();
+    if (std::ranges::find(kOptional, extension) != kOptional.end() ||
+        name.ends_with("_animation.txt")) {
+      return true;
+    }
+    // A reader that does not find a file looks for one of the model's name.
+    return isNamedAfterModel(name) && std::ranges::any_of(asked, [&](const std::string& other) {
+             return !isNamedAfterModel(other) && fs::path(other).extension() == extension;
+           });
+  });
+}
+
+std::vector<FileIdentity> textureFiles(const aiScene& scene, const std::string& model) {
+  std::vector<FileIdentity> found;
+  const fs::path directory = fs::path(model).parent_path();
+  for (unsigned i = 0; i < scene.mNumMaterials; ++i) {
+    const aiMaterial& material = *scene.mMaterials[i];
+    for (int kind = 0; kind <= AI_TEXTURE_TYPE_MAX; ++kind) {
+      const auto type = static_cast<aiTextureType>(kind);
+      for (unsigned n = 0; n < material.GetTextureCount(type); ++n) {
+        aiString name;
+        if (material.GetTexture(type, n, &name) != aiReturn_SUCCESS) {
+          continue;
+        }
+        std::string path = name.C_Str();
+        std::ranges::replace(path, '\\', '/');
+        if (const auto identity = identityOf((directory / path).string())) {
+          found.push_back(*identity);
+        }
+      }
+    }
+  }
+  return found;
+}
+
+}  // namespace dxf2d

@@ -1,0 +1,21 @@
+#include "app/model/model_source.h"
+
+#include <assimp/scene.h>
+
+#include "app/model/model_error.h"
+
+namespace dxf2d {
+
+SourceMesh sourceMesh(const aiScene& model, const ModelSource& source, unsigned mesh) {
+  return SourceMesh(*model.mMeshes[mesh], source.triangles.get());
+}
+
+void requireUnchanged(const ModelSource& source) {
+  if (source.triangles && !source.triangles->IsWhole()) {
+    throw ModelError(kExitInput,
+                     {source.path, "cannot be read: it changes while it is read, or its disk fails",
+                      "check the disk and that no program is writing the file"});
+  }
+}
+
+}  // namespace dxf2d

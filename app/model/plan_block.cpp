@@ -1,0 +1,249 @@
+#include "app/model/plan_block.h"
+
+#include <assimp/scene.h>
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+#include <utility>
+
+#include "app/model/mesh_geometry.h"
+#include "app/model/model_error.h"
+#include "app/model/object_mesh.h"
+#include "geometry/outline/outline.h"
+#include "mesh/drawn_edges.h"
+#include "mesh/weld.h"
+
+namespace dxf2d {
+namespace {
+
+std::vector<KtPoint3> pointsOf(const std::vector<double>& coords) {
+  std::vector<KtPoint3> points;
+  points.reserve(coords.size() / 3);
+  for (std::size_t i = 0; i + 2 < coords.size(); i += 3) {
+    points.emplace_back(coords[i], coords[i + 1], coords[i + 2]);
+  }
+  return points;
+}
+
+bool showsInPlan(const KtFaceSet& faces) {
+  std::vector<KtPoint3> points = pointsOf(faces.coords);
+  std::vector<int> indices = faces.indices;
+  return BuildOutline(points, indices, faces.reverseOrientation, faces.closedSurface);
+}
+
+bool showsInPlan(const KtLineSet& lines) {
+  std::vector<KtPoint3> points = pointsOf(lines.coords);
+  std::vector<int> indices = lines.indices;
+  return BuildLineOutline(points, indices);
+}
+
+bool showsInPlan(const PlanPart& part) {
+  if (const auto* faces = std::get_if<std::shared_ptr<const KtFaceSet>>(&part.geometry)) {
+    return showsInPlan(**faces);
+  }
+  return showsInPlan(*std::get<std::shared_ptr<const KtLineSet>>(part.geometry));
+}
+
+constexpr const char* kOutOfRange = "a vertex leaves the range of numbers where its node places it";
+
+// Adds the geometry's points to the hull.
+void addTo(HullPoints& hull, const KtSceneGeometry& geometry) {
+  if (const auto* faces = std::get_if<std::shared_ptr<const KtFaceSet>>(&geometry)) {
+    hull.Add((*faces)->coords, (*faces)->indices);
+  } else if (const auto* lines = std::get_if<std::shared_ptr<const KtLineSet>>(&geometry)) {
+    hull.Add((*lines)->coords, (*lines)->indices);
+  }
+}
+
+// The edges of the mesh that show, once it is repaired.
+mesh::DrawnEdges drawnEdges(mesh::PolygonMesh& object, const PlanOptions& options,
+                            const mesh::Looks& looks, MeshWork& work) {
+  mesh::EdgeOptions edgeOptions;
+  edgeOptions.creaseDegrees = options.creaseDegrees;
+  edgeOptions.looks = looks;
+  if (!options.repair) {
+    // The plug-in joins points that are equal.
+    mesh::weld(object, mesh::UsedPoints(object), 0.0);
+    return findDrawnEdges(object, mesh::EdgeTable(object), edgeOptions);
+  }
+  const mesh::Repaired repaired = repair(object, {options.weldShare, looks});
+  work.repair += repaired.counts;
+  // Drawings have six digits after the point: rounding may bring ends nearer by that much.
+  constexpr double kLastDigit = 1e-6;
+  edgeOptions.planDistance = repaired.distance + kLastDigit;
+  edgeOptions.dropsNoise = true;
+  return findDrawnEdges(object, repaired.edges, edgeOptions);
+}
+
+}  // namespace
+
+bool showsInPlan(const std::vector<PlanPart>& parts) {
+  return std::ranges::any_of(parts, [](const PlanPart& part) { return showsInPlan(part); });
+}
+
+BlockBuilder::BlockBuilder(const aiScene& model, const ModelSource& source,
+                           const PlanOptions& options, LimitChecker& limits)
+    : model_(model),
+      source_(source),
+      options_(options),
+      limits_(limits),
+      contents_(model.mNumMeshes) {}
+
+SourceMesh BlockBuilder::MeshOf(unsigned mesh) const { return sourceMesh(model_, source_, mesh); }
+
+const MeshContent& BlockBuilder::ContentOf(unsigned mesh) {
+  std::optional<MeshContent>& content = contents_[mesh];
+  if (!content) {
+    std::string fault;
+    content = checkMesh(MeshOf(mesh), fault);
+    if (!fault.empty()) {
+      Fail(mesh, fault);
+    }
+  }
+  return *content;
+}
+
+void BlockBuilder::CountMeshes(const std::vector<unsigned>& meshes) {
+  std::size_t vertices = 0;
+  std::size_t polygons = 0;
+  std::size_t corners = 0;
+  for (const unsigned mesh : meshes) {
+    limits_.AddVertices(MeshOf(mesh).VertexCount());
+    vertices += MeshOf(mesh).VertexCount();
+    polygons += ContentOf(mesh).polygons;
+    corners += ContentOf(mesh).polygonCorners;
+  }
+  if (!isWithinIndexRange(vertices, polygons, corners)) {
+    throw ModelError(kExitLimit,
+                     {source_.path, "an object of it has too many faces for one drawing",
+                      "split the object into several"});
+  }
+}
+
+PlanBlock BlockBuilder::Build(const std::vector<unsigned>& meshes,
+                              const std::array<double, 9>& residual, bool anyTurn) {
+  CountMeshes(meshes);
+  PlanBlock block = isDrawnAsGiven(options_) ? BuildAsGiven(meshes, residual, anyTurn)
+                                             : BuildFromEdges(meshes, residual, anyTurn);
+  for (const unsigned mesh : meshes) {
+    block.hasContent = block.hasContent || !ContentOf(mesh).IsEmpty();
+  }
+  return block;
+}
+
+PlanBlock BlockBuilder::BuildAsGiven(const std::vector<unsigned>& meshes,
+                                     const std::array<double, 9>& residual, bool anyTurn) {
+  PlanBlock block;
+  HullPoints hull(anyTurn);
+  for (const unsigned mesh : meshes) {
+    MeshGeometry geometry;
+    if (!makeMeshGeometry(MeshOf(mesh), ContentOf(mesh), residual, geometry)) {
+      Fail(mesh, kOutOfRange);
+    }
+    if (geometry.faces) {
+      block.parts.push_back({std::move(geometry.faces), ColorOf(mesh), mesh});
+      addTo(hull, block.parts.back().geometry);
+    }
+    if (geometry.lines) {
+      block.parts.push_back({std::move(geometry.lines), ColorOf(mesh), mesh});
+      addTo(hull, block.parts.back().geometry);
+    }
+  }
+  block.hull = hull.Take();
+  return block;
+}
+
+mesh::PolygonMesh BlockBuilder::Gather(const std::vector<unsigned>& meshes,
+                                       const std::array<double, 9>& residual) {
+  mesh::PolygonMesh object;
+  for (std::size_t part = 0; part < meshes.size(); ++part) {
+    if (!appendMesh(MeshOf(meshes[part]), ContentOf(meshes[part]), residual,
+                    static_cast<mesh::Index>(part), object)) {
+      Fail(meshes[part], kOutOfRange);
+    }
+  }
+  return object;
+}
+
+mesh::PolygonMesh BlockBuilder::BuildMesh(const std::vector<unsigned>& meshes,
+                                          const std::array<double, 9>& residual) {
+  mesh::PolygonMesh object = Gather(meshes, residual);
+  if (options_.repair) {
+    work_.repair += repair(object, {options_.weldShare, LooksOf(meshes)}).counts;
+  } else {
+    mesh::weld(object, mesh::UsedPoints(object), 0.0);
+  }
+  return object;
+}
+
+PlanBlock BlockBuilder::BuildFromEdges(const std::vector<unsigned>& meshes,
+                                       const std::array<double, 9>& residual, bool anyTurn) {
+  mesh::PolygonMesh object = Gather(meshes, residual);
+  const mesh::DrawnEdges edges = drawnEdges(object, options_, LooksOf(meshes), work_);
+  work_.creases += edges.CountKinds()[static_cast<std::size_t>(mesh::EdgeKind::kCrease)];
+  work_.noise += edges.noise;
+  PlanBlock block;
+  HullPoints hull(anyTurn);
+  for (std::size_t part = 0; part < edges.PartCount(); ++part) {
+    const std::size_t first = block.parts.size();
+    if (options_.splitsKinds) {
+      AddKinds(object, edges.Part(part), meshes[part], block);
+    } else if (!edges.Part(part).empty()) {
+      const unsigned mesh = meshes[part];
+      block.parts.push_back({lineSetOf(object, edges.Part(part)), ColorOf(mesh), mesh});
+    }
+    for (std::size_t i = first; i < block.parts.size(); ++i) {
+      addTo(hull, block.parts[i].geometry);
+    }
+  }
+  block.shows = !block.parts.empty();
+  block.hull = hull.Take();
+  return block;
+}
+
+mesh::Looks BlockBuilder::LooksOf(const std::vector<unsigned>& meshes) const {
+  std::map<std::pair<std::string, Color>, mesh::Index> numbers;
+  mesh::Looks looks;
+  for (const unsigned mesh : meshes) {
+    const unsigned material = model_.mMeshes[mesh]->mMaterialIndex;
+    std::string name;
+    if (material < model_.mNumMaterials && model_.mMaterials[material] != nullptr) {
+      name = model_.mMaterials[material]->GetName().C_Str();
+    }
+    const auto number = static_cast<mesh::Index>(numbers.size());
+    looks.ofPart.push_back(numbers.emplace(std::pair(name, ColorOf(mesh)), number).first->second);
+  }
+  return looks;
+}
+
+void BlockBuilder::AddKinds(const mesh::PolygonMesh& object, std::span<const mesh::DrawnEdge> edges,
+                            unsigned mesh, PlanBlock& block) const {
+  for (const PartKind kind : {PartKind::kBorder, PartKind::kCrease}) {
+    std::vector<mesh::DrawnEdge> chosen;
+    std::ranges::copy_if(edges, std::back_inserter(chosen), [kind](const mesh::DrawnEdge& edge) {
+      return (edge.kind == mesh::EdgeKind::kCrease) == (kind == PartKind::kCrease);
+    });
+    if (!chosen.empty()) {
+      block.parts.push_back({lineSetOf(object, chosen), ColorOf(mesh), mesh, kind});
+    }
+  }
+}
+
+Color BlockBuilder::ColorOf(unsigned mesh) const {
+  const unsigned material = model_.mMeshes[mesh]->mMaterialIndex;
+  std::optional<Color> color;
+  if (material < model_.mNumMaterials && model_.mMaterials[material] != nullptr) {
+    color = materialColor(*model_.mMaterials[material]);
+  }
+  return drawnColor(color, options_.colors);
+}
+
+void BlockBuilder::Fail(unsigned mesh, const std::string& reason) const {
+  throw ModelError(kExitInput, {source_.path,
+                                "in mesh " + std::to_string(mesh) + " '" +
+                                    model_.mMeshes[mesh]->mName.C_Str() + "', " + reason,
+                                "repair the file or save it in another format"});
+}
+
+}  // namespace dxf2d
