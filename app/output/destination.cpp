@@ -1,0 +1,66 @@
+#include "app/output/destination.h"
+
+#include <filesystem>
+#include <random>
+
+#include "app/output/mapped_file.h"
+#include "app/output/temporary_directory.h"
+
+namespace dxf2d {
+
+namespace {
+
+// Never a file of this name: OutputFile works beside it, and it is not committed.
+std::string scratchName() {
+  return temporaryDirectory() / ("dxf2d-output-" + std::to_string(std::random_device{}()));
+}
+
+}  // namespace
+
+void requireDirectory(const std::string& directory) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(directory, ignored)) {
+    return;
+  }
+  const bool exists = std::filesystem::exists(directory, ignored);
+  throw OutputError(kExitOutputNotMade,
+                    {directory, exists ? "is not a directory" : "the directory does not exist",
+                     exists ? "choose another" : "create it or choose another"});
+}
+
+Destination::Destination(const std::string& path, Existing existing) : path_(PathOf(path)) {
+  work_.emplace(path_, existing);
+  if (!work_->IsWrittenInPlace()) {
+    return;
+  }
+  inPlace_.emplace(path_, existing);
+  try {
+    work_.emplace(scratchName(), Existing::kReplace);
+  } catch (const OutputError& error) {
+    throw OutputError(error.Code(), {path_, "needs a temporary file: " + error.Text().problem,
+                                     "name a directory for temporary files in TMPDIR"});
+  }
+}
+
+WorkOutput Destination::Work() const {
+  const char* const remedy =
+      inPlace_ ? "check the disk or name another directory for temporary files in TMPDIR"
+               : kCheckDisk;
+  return {work_->WorkDescriptor(), work_->Path(), path_, remedy};
+}
+
+void Destination::Deliver() {
+  if (!inPlace_) {
+    work_->Commit();
+    work_.reset();
+    return;
+  }
+  const MappedFile output(work_->Path(), path_);
+  // The bytes live on with the mapping. From here on nothing is left to clean up, so a user who
+  // waits for the other end of a FIFO in vain can end the program.
+  work_.reset();
+  inPlace_->Write(output.Bytes());
+  inPlace_->Commit();
+}
+
+}  // namespace dxf2d

@@ -1,0 +1,43 @@
+// Where a command builds its output, and where the output goes.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "app/output/output_file.h"
+#include "app/output/work_output.h"
+
+namespace dxf2d {
+
+// Throws OutputError unless outputs can be put into `directory`.
+void requireDirectory(const std::string& directory);
+
+// The plug-in opens, truncates and locks the file that it writes, which must not
+// happen to standard output, a FIFO or a device: their output is built in a temporary file and
+// copied when it is complete.
+class Destination {
+ public:
+  // The path that `path`, as the user gives it, stands for: "-" is standard output.
+  static std::string PathOf(const std::string& path) { return path == "-" ? "/dev/stdout" : path; }
+
+  // `path` as the user gives it. Throws OutputError.
+  Destination(const std::string& path, Existing existing);
+
+  // The file to make the output in. It goes with this object unless it is delivered.
+  WorkOutput Work() const;
+  // Brings the whole output to its place. Throws OutputError. To be called once, after which there
+  // is no Work.
+  void Deliver();
+  // How messages name it, and whether this process prints there too.
+  const std::string& Name() const { return path_; }
+  bool IsStandardOutput() const { return inPlace_ && inPlace_->IsStandardOutput(); }
+
+ private:
+  std::string path_;
+  // The user's file when it cannot be replaced and so must be copied into.
+  std::optional<OutputFile> inPlace_;
+  // A temporary of the user's file, or the file that is copied.
+  std::optional<OutputFile> work_;
+};
+
+}  // namespace dxf2d
