@@ -1,5 +1,7 @@
 #include "app/inspect/callback_slots.h"
 
+namespace dxf2d {
+
 std::array<CallbackSlot, 20> slotsOf(const KtCallbacks& callbacks) {
   return {{{"open node", callbacks.openNode != nullptr},
            {"close node", callbacks.closeNode != nullptr},
@@ -22,3 +24,5 @@ std::array<CallbackSlot, 20> slotsOf(const KtCallbacks& callbacks) {
            {"open file for model", callbacks.openFile != nullptr},
            {"close file for model", callbacks.closeFile != nullptr}}};
 }
+
+}  // namespace dxf2d

@@ -5,6 +5,8 @@
 
 #include "ktscene/kt_traverser.h"
 
+namespace dxf2d {
+
 struct CallbackSlot {
   const char* name;
   bool filled;
@@ -12,3 +14,5 @@ struct CallbackSlot {
 
 // Slot 1 stands first.
 std::array<CallbackSlot, 20> slotsOf(const KtCallbacks& callbacks);
+
+}  // namespace dxf2d

@@ -1,44 +1,57 @@
 #include "app/inspect/inspect_command.h"
 
-#include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <exception>
 #include <filesystem>
+#include <memory>
+#include <optional>
 #include <vector>
 
-#include "app/deferred_end.h"
-#include "app/failure.h"
-#include "app/guarded_run.h"
-#include "app/inspect/callback_slots.h"
+#include "app/cli/failure.h"
+#include "app/cli/option_values.h"
+#include "app/cli/printable.h"
 #include "app/inspect/inspection_scenes.h"
-#include "app/inspect/module_exports.h"
-#include "app/output_file.h"
-#include "app/plugin_module.h"
-#include "app/temporary_directory.h"
-#include "ktscene/kt_traverser.h"
-#include "ktscene/zu_message.h"
-#include "platform/path_text.h"
+#include "app/output/output_file.h"
+#include "app/output/temporary_directory.h"
+#include "app/process/confinement.h"
+#include "app/process/termination_signals.h"
+#include "app/process/worker_process.h"
+#include "app/process/worker_start.h"
+
+namespace dxf2d {
 
 namespace {
 
-constexpr const char* kEntryName = "InitializeTraverser";
+constexpr const char* kFixPlugin = "fix the plug-in or name another";
 
-// A walk over one of the scenes takes milliseconds.
-constexpr std::chrono::seconds kWalkTime{60};
+WorkerResult runInTime(const InspectOptions& options, WorkerCall call) {
+  call.hasOutput = true;
+  WorkerLimits limits;
+  limits.time = options.time;
+  WorkerResult end = runWorker(call, limits);
+  for (const std::string& sentence : end.notes) {
+    note(sentence);
+  }
+  return end;
+}
 
-std::string named(const InspectOptions& options) { return "the plug-in '" + options.plugin + "'"; }
+std::string timeOf(const InspectOptions& options) {
+  return std::to_string(options.time.count()) + " seconds";
+}
 
 // Where the drawings of the walks go, for as long as this lives.
 class ScratchDirectory {
  public:
   ScratchDirectory() : path_((temporaryDirectory() / "dxf2d-inspect-XXXXXX").string()) {
     if (mkdtemp(path_.data()) == nullptr) {
-      throw OutputError(kExitOutputNotMade,
-                        "cannot make a directory in '" + temporaryDirectory().string() +
-                            "': " + std::strerror(errno) + "; mend that or name another in TMPDIR");
+      throw OutputError(
+          kExitOutputNotMade,
+          {temporaryDirectory().string(),
+           std::string("a temporary directory cannot be created in it: ") + std::strerror(errno),
+           "name another in TMPDIR"});
     }
   }
   ~ScratchDirectory() {
@@ -48,118 +61,46 @@ class ScratchDirectory {
   ScratchDirectory(const ScratchDirectory&) = delete;
   ScratchDirectory& operator=(const ScratchDirectory&) = delete;
 
-  std::string File() const { return path_ + "/drawing.dxf"; }
+  const std::string& Path() const { return path_; }
 
  private:
   // Longer than the directory.
-  DeferredEnd deferred_;
+  ScopedSignalBlock deferred_;
   std::string path_;
 };
 
-// What is printed is all that there is of an inspection.
-void flushReport() {
-  if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) return;
-  throw Failure(kExitWriteFailed,
-                "cannot write to standard output; mend that or send it elsewhere");
-}
-
-// ---- Slots and exports
-
-void printSlots(const KtTraverser& traverser) {
-  std::printf("Slots:\n");
-  int number = 0;
-  for (const CallbackSlot& slot : slotsOf(traverser.Callbacks())) {
-    std::printf("  %2d  %-28s %s\n", ++number, slot.name, slot.filled ? "filled" : "null");
-  }
-}
-
-void printExports(std::vector<std::string> names) {
-  std::ranges::transform(names, names.begin(), writtenInCpp);
-  std::ranges::sort(names);
-  std::printf("Exports (%zu):\n", names.size());
-  for (const std::string& name : names) std::printf("  %s\n", name.c_str());
-}
-
-// Loads the plug-in. Returns an exit code.
-int look(const InspectOptions& options) {
-  const std::vector<std::string> exports = exportedNames(options.plugin);
-  if (!std::ranges::binary_search(exports, kEntryName)) {
-    return fail(kExitPlugin, "'" + options.plugin +
-                                 "' is no plug-in: it is a module that lacks the entry " +
-                                 kEntryName + ", which has to be exported with C linkage");
-  }
-  KtTraverser traverser;
-  enterPlugin(options.plugin, traverser);
-  printSlots(traverser);
-  printExports(exports);
-  flushReport();
-  return kExitDone;
-}
-
-// ---- Walks
-
-// What the plug-in last had to say in an error box; the callbacks carry no context.
-std::string& boxText() {
-  static std::string text;
-  return text;
-}
-
-void keepBoxText(void*, const char16_t*, const char16_t* text, int) {
-  boxText() = text == nullptr ? "" : PathToBytes(text);
-}
-
 void printResult(const InspectionScene& kind, const std::string& result) {
-  std::printf("  %-22s %s\n", kind.name, result.c_str());
-  flushReport();
+  std::printf("  %-22s %s\n", kind.name, printable(result).c_str());
+  flushStandardOutput();
 }
 
-// Walks the plug-in over one kind of content. Empty when that passes, else what is wrong.
-std::string faultInWalk(const InspectOptions& options, const InspectionScene& kind,
-                        const std::string& drawing) {
-  try {
-    KtTraverser traverser;
-    enterPlugin(options.plugin, traverser);
-    ZuSetErrorBoxHandler(&keepBoxText);
-    KtScene scene = kind.make();
-    if (traverser.Walk(scene, PathFromBytes(drawing))) return {};
-    return "fails: it answers false to opening or closing the file" +
-           (boxText().empty() ? "" : " (" + boxText() + ")");
-  } catch (const std::exception& error) {
-    return std::string("fails: it throws \"") + error.what() + '"';
-  } catch (...) {
-    return "fails: it throws what is no std::exception";
+[[noreturn]] void failToStart(const InspectOptions& options, const WorkerResult& end) {
+  if (end.how == WorkerResult::How::kNotLoaded || end.number == ENOENT) {
+    throw Failure(kExitInternal, {workerProgram(), "is missing or cannot be loaded",
+                                  "install all of dxf2d and the libraries that it needs"});
   }
-}
-
-[[noreturn]] void failToStart(const InspectOptions& options, int error) {
-  throw Failure(kExitLimit, "no process can be started for " + named(options) + " (" +
-                                strerror(error) + "); end other programs");
-}
-
-GuardedEnd tryWalk(const InspectOptions& options, const InspectionScene& kind,
-                   const std::string& drawing) {
-  const auto walk = [&] {
-    const std::string fault = faultInWalk(options, kind, drawing);
-    printResult(kind, fault.empty() ? "passes" : fault);
-    return fault.empty() ? kExitDone : kExitPlugin;
-  };
-  return runGuarded([&] { return reporting(walk); }, {0, kWalkTime});
+  throw Failure(kExitLimit,
+                {options.plugin,
+                 std::string("no worker process can be started (") + strerror(end.number) + ")",
+                 "close other programs and try again"});
 }
 
 // What the walk itself could not print.
-void printEnd(const InspectOptions& options, const InspectionScene& kind, const GuardedEnd& end) {
+void printEnd(const InspectOptions& options, const InspectionScene& kind, const WorkerResult& end) {
   switch (end.how) {
-    case GuardedEnd::How::kExited:
-      return printResult(kind, "ends its host (exit code " + std::to_string(end.number) + ")");
-    case GuardedEnd::How::kSignal:
-      return printResult(kind, std::string("brings its host down (") + strsignal(end.number) + ")");
-    case GuardedEnd::How::kOutOfTime:
-      return printResult(
-          kind, "does not come to an end within " + std::to_string(kWalkTime.count()) + " seconds");
-    case GuardedEnd::How::kNotStarted:
-      failToStart(options, end.number);
-    case GuardedEnd::How::kReturned:
-    case GuardedEnd::How::kAskedToEnd:
+    case WorkerResult::How::kExited:
+      return printResult(kind,
+                         "makes its host exit (exit code " + std::to_string(end.number) + ")");
+    case WorkerResult::How::kSignal:
+      return printResult(kind, std::string("crashes its host (") + strsignal(end.number) + ")");
+    case WorkerResult::How::kTimedOut:
+      return printResult(kind, "does not finish within " + timeOf(options));
+    case WorkerResult::How::kNotStarted:
+    case WorkerResult::How::kNotLoaded:
+      failToStart(options, end);
+    case WorkerResult::How::kMemoryExceeded:
+    case WorkerResult::How::kReturned:
+    case WorkerResult::How::kTerminated:
       return;
   }
 }
@@ -167,36 +108,104 @@ void printEnd(const InspectOptions& options, const InspectionScene& kind, const 
 int tryWalks(const InspectOptions& options) {
   const ScratchDirectory scratch;
   std::printf("Walks:\n");
-  flushReport();
+  flushStandardOutput();
   std::size_t failed = 0;
+  std::size_t number = 0;
   for (const InspectionScene& kind : inspectionScenes()) {
-    const GuardedEnd end = tryWalk(options, kind, scratch.File());
+    const WorkerResult end =
+        runInTime(options, {kWalkTask, {options.plugin, std::to_string(number++), scratch.Path()}});
     // The signal takes effect when the directory is gone.
-    if (end.how == GuardedEnd::How::kAskedToEnd) return kExitInternal;
-    if (end.Returned(kExitWriteFailed)) return kExitWriteFailed;
+    if (end.how == WorkerResult::How::kTerminated) {
+      return kExitInternal;
+    }
+    if (end.Returned(kExitWriteFailed)) {
+      return kExitWriteFailed;
+    }
     printEnd(options, kind, end);
-    if (!end.Returned(kExitDone)) ++failed;
+    if (!end.Returned(kExitDone)) {
+      ++failed;
+    }
   }
-  if (failed == 0) return kExitDone;
-  return fail(kExitPlugin, named(options) + " does not stand " + std::to_string(failed) + " of " +
-                               std::to_string(inspectionScenes().size()) +
-                               " walks; see the lines above");
+  if (failed == 0) {
+    return kExitDone;
+  }
+  return fail(kExitPlugin, {options.plugin,
+                            "fails " + std::to_string(failed) + " of " +
+                                std::to_string(inspectionScenes().size()) + " walks",
+                            "see the report above"});
+}
+
+// Returns an exit code.
+int failToLook(const InspectOptions& options, const WorkerResult& end) {
+  switch (end.how) {
+    case WorkerResult::How::kTimedOut:
+      return fail(kExitPlugin,
+                  {options.plugin, "is not loaded within " + timeOf(options), kFixPlugin});
+    case WorkerResult::How::kSignal:
+      return fail(kExitPlugin, {options.plugin,
+                                std::string("crashes its host while it is loaded (") +
+                                    strsignal(end.number) + ")",
+                                kFixPlugin});
+    case WorkerResult::How::kExited:
+      return fail(kExitPlugin, {options.plugin,
+                                "makes its host exit while it is loaded (exit code " +
+                                    std::to_string(end.number) + ")",
+                                kFixPlugin});
+    case WorkerResult::How::kNotStarted:
+    case WorkerResult::How::kNotLoaded:
+      failToStart(options, end);
+    case WorkerResult::How::kMemoryExceeded:
+    case WorkerResult::How::kReturned:
+    case WorkerResult::How::kTerminated:
+      break;
+  }
+  return end.number;
+}
+
+void printConfinement() {
+  const ConfinementStatus status = availableConfinement();
+  std::printf("Confinement of walks and of readers of models:\n");
+  const std::string files =
+      status.fileRules == 0 ? "none" : "Landlock, version " + std::to_string(status.fileRules);
+  std::printf("  %-22s %s\n", "files", files.c_str());
+  std::printf("  %-22s %s\n", "system calls", status.callFilter ? "seccomp" : "none");
+  flushStandardOutput();
 }
 
 }  // namespace
 
+Command inspectCommand() {
+  // Shared by the functions below.
+  const auto options = std::make_shared<InspectOptions>();
+  Command command;
+  command.name = "inspect";
+  command.help =
+      "Examines a plug-in: its slots, its exports, and a test walk over every kind of content.";
+  command.inputName = "PLUGIN";
+  command.inputHelp = "The plug-in, a loadable module";
+  command.takeInputs = [options](const std::vector<std::string>& inputs) {
+    options->plugin = inputs.front();
+  };
+  const auto parseSeconds = [](const std::string& text) -> std::optional<std::chrono::seconds> {
+    const std::optional<std::uint32_t> count = parseCount(text);
+    return count ? std::optional(std::chrono::seconds(*count)) : std::nullopt;
+  };
+  command.options = {{"--max-time", "SECONDS [" + std::to_string(options->time.count()) + "]",
+                      "Time limit for loading the plug-in, and for each walk", kExpectedCount,
+                      into(options->time, parseSeconds)}};
+  command.run = [options](const OptionWords&) { return runInspect(*options); };
+  return command;
+}
+
 int runInspect(const InspectOptions& options) {
   return reporting([&] {
-    const GuardedEnd end = runGuarded([&] { return reporting([&] { return look(options); }); });
-    if (end.how == GuardedEnd::How::kSignal) {
-      return fail(kExitPlugin, named(options) + " brings its host down while it is loaded (" +
-                                   strsignal(end.number) + ")");
+    const WorkerResult end = runInTime(options, {kLookTask, {options.plugin}});
+    if (end.Returned(kExitDone)) {
+      printConfinement();
+      return tryWalks(options);
     }
-    if (end.how == GuardedEnd::How::kExited) {
-      return fail(kExitPlugin, named(options) + " ends its host while it is loaded (exit code " +
-                                   std::to_string(end.number) + ")");
-    }
-    if (end.how == GuardedEnd::How::kNotStarted) failToStart(options, end.number);
-    return end.Returned(kExitDone) ? tryWalks(options) : end.number;
+    return failToLook(options, end);
   });
 }
+
+}  // namespace dxf2d

@@ -4,6 +4,10 @@
 #include <limits>
 #include <utility>
 
+#include "ktscene/kt_run_code.h"
+
+namespace dxf2d {
+
 namespace {
 
 KtSceneNode object(const char16_t* graphicName, const char16_t* id) {
@@ -38,7 +42,7 @@ KtScene makeNodes() {
   return scene;
 }
 
-// The second crate may be drawn as an instance, the third is tilted and the fourth has a colour.
+// The second crate may be drawn as an instance, the third is tilted and the fourth has a color.
 KtScene makeReuse() {
   constexpr double kQuarterTurn = 1.5707963267948966;
   KtScene scene;
@@ -68,7 +72,7 @@ KtScene makeBounds() {
 
 KtScene makeMaterials() {
   KtScene scene;
-  scene.nodes.push_back(crate(u"coloured", 0.0));
+  scene.nodes.push_back(crate(u"colored", 0.0));
   scene.nodes.back().color = {1.0, 0.0, 0.0};
   scene.nodes.push_back(crate(u"of a material", 3.0));
   scene.nodes.back().material = std::make_unique<KtMaterial>();
@@ -79,9 +83,19 @@ KtScene makeMaterials() {
 }
 
 const std::vector<double> kCorners{0, 0, 0, 2, 0, 0, 2, 2, 0, 0, 2, 0, 1, 1, 3};
-// One run of every code.
-const std::vector<int> kRuns{0, 1, 2,  3, -7, 0, 1, 2,  -6, 0, 1,  4, 1, 2,  4, -5, 4, 0,
-                             1, 2, -4, 0, 1,  3, 2, -3, 0,  1, -2, 0, 2, -1, 0, 1,  -9};
+// One run of every code, and one of a code without meaning.
+constexpr int kUnknownCode = KtRunCode::kPolygon - 2;
+// clang-format off
+const std::vector<int> kRuns{
+    0, 1, 2, 3, KtRunCode::kPolygon,
+    0, 1, 2, KtRunCode::kLineStrip,
+    0, 1, 4, 1, 2, 4, KtRunCode::kTriangles,
+    4, 0, 1, 2, KtRunCode::kTriangleFan,
+    0, 1, 3, 2, KtRunCode::kTriangleStrip,
+    0, 1, KtRunCode::kIgnored,
+    0, 2, KtRunCode::kSegment,
+    0, 1, kUnknownCode};
+// clang-format on
 
 KtScene makeFaceSets() {
   KtSceneNode node = object(u"faces", u"faces");
@@ -105,8 +119,16 @@ KtScene makeFaultyGeometry() {
   const int largest = std::numeric_limits<int>::max();
   const int least = std::numeric_limits<int>::min();
   const std::vector<double> coords{0, 0, 0, 2, 0, 0, infinite, 2, 0, 0, noNumber, 0, 7};
-  const std::vector<int> indices{0,  1,  99, -7, least, 0, 1,  -5, 0, 1,  largest, -4,
-                                 -7, -7, -6, -1, 0,     2, -6, 1,  3, -1, 0,       1};
+  // clang-format off
+  const std::vector<int> indices{
+      0, 1, 99, KtRunCode::kPolygon, least,
+      0, 1, KtRunCode::kTriangles,
+      0, 1, largest, KtRunCode::kTriangleFan,
+      KtRunCode::kPolygon, KtRunCode::kPolygon, KtRunCode::kLineStrip, KtRunCode::kSegment,
+      0, 2, KtRunCode::kLineStrip,
+      1, 3, KtRunCode::kSegment,
+      0, 1};
+  // clang-format on
   KtSceneNode node = object(u"faulty", u"faulty");
   node.geometry.emplace_back(std::make_shared<KtFaceSet>(KtFaceSet{coords, indices}));
   node.geometry.emplace_back(std::make_shared<KtLineSet>(KtLineSet{coords, indices}));
@@ -121,7 +143,7 @@ KtScene makeCylinder() {
   return sceneOf(std::move(node));
 }
 
-KtSceneNode labelled(const char16_t* id, const char16_t* text, int colorIndex) {
+KtSceneNode labeled(const char16_t* id, const char16_t* text, int colorIndex) {
   KtSceneNode node = object(u"", id);
   node.label = std::make_unique<KtLabel>(KtLabel{text, colorIndex});
   return node;
@@ -131,11 +153,11 @@ KtSceneNode labelled(const char16_t* id, const char16_t* text, int colorIndex) {
 KtScene makeLabels() {
   KtScene scene;
   scene.nodes.push_back(
-      labelled(u"1", u"T:1 2.5 0 10 20 5 30 C 0 1 0 0 0 \"first\" \"second line\"", 3));
+      labeled(u"1", u"T:1 2.5 0 10 20 5 30 C 0 1 0 0 0 \"first\" \"second line\"", 3));
   scene.nodes.push_back(
-      labelled(u"2", u"T:1 1 0 0 0 0 0 L 0 0 0 1 0 \"\u00DC\u20AC\u4E2D\U0001F600\"", 0));
-  scene.nodes.push_back(labelled(u"3", u"T:one two three", 256));
-  scene.nodes.push_back(labelled(u"4", u"", -1));
+      labeled(u"2", u"T:1 1 0 0 0 0 0 L 0 0 0 1 0 \"\u00DC\u20AC\u4E2D\U0001F600\"", 0));
+  scene.nodes.push_back(labeled(u"3", u"T:one two three", 256));
+  scene.nodes.push_back(labeled(u"4", u"", -1));
   return scene;
 }
 
@@ -159,7 +181,7 @@ constexpr InspectionScene kScenes[] = {
     {"reuse", makeReuse},
     {"levels of detail", makeLevelsOfDetail},
     {"bounds", makeBounds},
-    {"colours and materials", makeMaterials},
+    {"colors and materials", makeMaterials},
     {"face sets", makeFaceSets},
     {"line sets", makeLineSets},
     {"faulty geometry", makeFaultyGeometry},
@@ -182,3 +204,5 @@ KtScene makeEverything() {
 }  // namespace
 
 std::span<const InspectionScene> inspectionScenes() { return kScenes; }
+
+}  // namespace dxf2d

@@ -5,9 +5,13 @@
 
 #include "ktscene/kt_scene.h"
 
+namespace dxf2d {
+
 struct InspectionScene {
   const char* name;
   KtScene (*make)();
 };
 
 std::span<const InspectionScene> inspectionScenes();
+
+}  // namespace dxf2d

@@ -2,7 +2,7 @@
 #include <fcntl.h>
 #include <gelf.h>
 #include <libelf.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -10,28 +10,28 @@
 #include <cstring>
 #include <memory>
 
+#include "app/host/plugin_module.h"
 #include "app/inspect/module_exports.h"
-#include "app/plugin_module.h"
+#include "app/process/descriptor.h"
+
+namespace dxf2d {
 
 namespace {
 
-// A file open for reading, for as long as this lives.
-class OpenFile {
- public:
-  explicit OpenFile(const std::string& path)
-      : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (descriptor_ < 0) {
-      throw PluginError("cannot read '" + path + "': " + std::strerror(errno) + "; check the name");
-    }
+// A FIFO is not waited for.
+Descriptor openModule(const std::string& path) {
+  Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  struct stat status {};
+  if (!file.IsOpen() || fstat(file.Number(), &status) != 0) {
+    throw PluginError(
+        {path, std::string("cannot be read: ") + std::strerror(errno), "check the name"});
   }
-  ~OpenFile() { close(descriptor_); }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-  int Descriptor() const { return descriptor_; }
-
- private:
-  int descriptor_;
-};
+  if (!S_ISREG(status.st_mode)) {
+    throw PluginError({path, "is not a plug-in: it is not a regular file",
+                       "name a .so file that was linked as a module"});
+  }
+  return file;
+}
 
 using ElfImage = std::unique_ptr<Elf, int (*)(Elf*)>;
 
@@ -54,21 +54,21 @@ void appendExports(Elf* image, Elf_Scn* section, const GElf_Shdr& header,
   GElf_Sym symbol;
   for (int i = 0; data != nullptr && gelf_getsym(data, i, &symbol) != nullptr; ++i) {
     const char* name = elf_strptr(image, header.sh_link, symbol.st_name);
-    if (name != nullptr && *name != '\0' && isExported(symbol)) names.emplace_back(name);
+    if (name != nullptr && *name != '\0' && isExported(symbol)) {
+      names.emplace_back(name);
+    }
   }
 }
 
 }  // namespace
 
 std::vector<std::string> exportedNames(const std::string& path) {
-  const OpenFile file(path);
+  const Descriptor file = openModule(path);
   elf_version(EV_CURRENT);
-  const ElfImage image(elf_begin(file.Descriptor(), ELF_C_READ, nullptr), &elf_end);
+  const ElfImage image(elf_begin(file.Number(), ELF_C_READ, nullptr), &elf_end);
   if (!isModule(image.get())) {
-    throw PluginError(
-        "'" + path +
-        "' is no plug-in: it is not a loadable module of this system; name a .so file "
-        "that was linked as one");
+    throw PluginError({path, "is not a plug-in: it is not a loadable module of this system",
+                       "name a .so file that was linked as a module"});
   }
   std::vector<std::string> names;
   GElf_Shdr header;
@@ -88,3 +88,5 @@ std::string writtenInCpp(const std::string& name) {
       abi::__cxa_demangle(name.c_str(), nullptr, nullptr, &status), &std::free);
   return status == 0 && written != nullptr ? written.get() : name;
 }
+
+}  // namespace dxf2d

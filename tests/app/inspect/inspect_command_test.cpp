@@ -3,16 +3,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
+#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
 
-#include "app/exit_code.h"
+#include "app/cli/exit_code.h"
 #include "app/inspect/inspection_scenes.h"
+#include "app/process/confinement.h"
 #include "tests/support/scratch_directory.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -25,11 +30,11 @@ struct Outcome {
   std::string errors;
 };
 
-Outcome inspect(const std::string& plugin) {
+Outcome inspect(const std::string& plugin, std::chrono::seconds time = InspectOptions().time) {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   Outcome outcome;
-  outcome.code = runInspect({plugin});
+  outcome.code = runInspect({plugin, time});
   outcome.output = testing::internal::GetCapturedStdout();
   outcome.errors = testing::internal::GetCapturedStderr();
   return outcome;
@@ -49,7 +54,7 @@ std::string lineOf(const std::string& text, const std::string& heading, const st
   return at == std::string::npos ? "" : text.substr(at + 1, text.find('\n', at + 1) - at - 1);
 }
 
-TEST(Inspect, OwnPluginStandsEveryWalk) {
+TEST(Inspect, OwnPluginPassesEveryWalk) {
   const Outcome outcome = inspect(PLUGIN);
   EXPECT_EQ(outcome.code, kExitDone);
   EXPECT_EQ(outcome.errors, "");
@@ -84,69 +89,94 @@ TEST(Inspect, PluginThatDrawsNothingPasses) {
   EXPECT_THAT(outcome.output, HasSubstr("\n100001 nodes\n  deep nesting           passes\n"));
 }
 
-TEST(Inspect, TextFileIsNoPlugin) {
+TEST(Inspect, RefusesATextFile) {
   const Outcome outcome = inspect(TEXT_FILE);
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(outcome.errors, HasSubstr("LICENSE' is no plug-in: it is not a loadable module"));
+  EXPECT_THAT(outcome.errors, HasSubstr("LICENSE: is not a plug-in: it is not a loadable module"));
   EXPECT_EQ(outcome.output, "");
 }
 
-TEST(Inspect, DirectoryIsNoPlugin) {
+TEST(Inspect, RefusesADirectory) {
   const Outcome outcome = inspect(std::filesystem::path(TEXT_FILE).parent_path().string());
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(outcome.errors, HasSubstr("is no plug-in"));
+  EXPECT_THAT(outcome.errors, HasSubstr("is not a plug-in"));
 }
 
 TEST(Inspect, MissingFileIsNamed) {
   const Outcome outcome = inspect("no/such/plugin.so");
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_EQ(outcome.errors,
-            "dxf2d: cannot read 'no/such/plugin.so': No such file or directory; check the name\n");
+  EXPECT_EQ(
+      outcome.errors,
+      "dxf2d: no/such/plugin.so: cannot be read: No such file or directory; check the name\n");
 }
 
-TEST(Inspect, ModuleWithoutTheEntryIsNoPlugin) {
+TEST(Inspect, RefusesAModuleWithoutTheEntry) {
   const Outcome outcome = inspect(LACKS_THE_ENTRY);
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(outcome.errors, HasSubstr("lacks the entry InitializeTraverser"));
+  EXPECT_THAT(outcome.errors, HasSubstr("has no InitializeTraverser"));
   EXPECT_EQ(outcome.output, "");
 }
 
-TEST(Inspect, ProgramIsNoPlugin) { EXPECT_EQ(inspect(PROGRAM).code, kExitPlugin); }
+TEST(Inspect, RefusesAProgram) { EXPECT_EQ(inspect(PROGRAM).code, kExitPlugin); }
 
 TEST(Inspect, PluginThatRefusesHostsIsReported) {
   const Outcome outcome = inspect(REFUSES_HOSTS);
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(outcome.errors, HasSubstr("refuses this host"));
+  EXPECT_THAT(outcome.errors, HasSubstr("refuses this program"));
 }
 
 TEST(Inspect, CrashWhileLoadingIsASentence) {
   const Outcome outcome = inspect(CRASHES_AT_LOAD);
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(outcome.errors, HasSubstr("brings its host down while it is loaded (Aborted)\n"));
+  EXPECT_THAT(outcome.errors, HasSubstr("crashes its host while it is loaded (Aborted); "));
+}
+
+TEST(Inspect, ConstructorThatHangsIsASentence) {
+  const Outcome outcome = inspect(HANGS_AT_LOAD, std::chrono::seconds(1));
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(outcome.errors, HasSubstr("is not loaded within 1 seconds; "));
+}
+
+TEST(Inspect, FifoIsNotWaitedFor) {
+  const ScratchDirectory scratch;
+  const std::string fifo = scratch / "fifo.so";
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+  const Outcome outcome = inspect(fifo);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  EXPECT_THAT(outcome.errors, HasSubstr("it is not a regular file; "));
+}
+
+TEST(Inspect, TellsHowReadersAreConfined) {
+  const std::string output = inspect(PLUGIN).output;
+  const ConfinementStatus status = availableConfinement();
+  EXPECT_THAT(lineOf(output, "Confinement", "  files"),
+              HasSubstr(status.fileRules == 0 ? "none" : "Landlock"));
+  EXPECT_THAT(lineOf(output, "Confinement", "  system calls"),
+              HasSubstr(status.callFilter ? "seccomp" : "none"));
 }
 
 TEST(Inspect, CrashInAWalkNamesTheContent) {
   const Outcome outcome = inspect(CRASHES_ON_LABELS);
   EXPECT_EQ(outcome.code, kExitPlugin);
   EXPECT_THAT(lineOf(outcome.output, "Walks:", "  labels"),
-              HasSubstr("brings its host down (Aborted)"));
-  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  everything"), HasSubstr("brings its host down"));
+              HasSubstr("crashes its host (Aborted)"));
+  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  everything"), HasSubstr("crashes its host"));
   EXPECT_EQ(count(outcome.output, " passes\n"), inspectionScenes().size() - 2);
-  EXPECT_THAT(outcome.errors, HasSubstr("does not stand 2 of 14 walks"));
+  EXPECT_THAT(outcome.errors, HasSubstr("fails 2 of 14 walks"));
 }
 
-TEST(Inspect, EndingTheHostIsNoPass) {
+TEST(Inspect, PluginThatEndsItsHostFails) {
   const Outcome outcome = inspect(ENDS_ITS_HOST);
   EXPECT_EQ(outcome.code, kExitPlugin);
   EXPECT_THAT(lineOf(outcome.output, "Walks:", "  bounds  "),
-              HasSubstr("ends its host (exit code 77)"));
+              HasSubstr("makes its host exit (exit code 77)"));
 }
 
 TEST(Inspect, ExceptionIsQuoted) {
   const Outcome outcome = inspect(THROWS_ON_LINES);
   EXPECT_EQ(outcome.code, kExitPlugin);
   EXPECT_THAT(lineOf(outcome.output, "Walks:", "  line sets"),
-              HasSubstr("fails: it throws \"lines are beyond me\""));
+              HasSubstr("fails: throws \"lines are beyond me\""));
 }
 
 TEST(Inspect, RefusedFileComesWithTheErrorBox) {
@@ -160,7 +190,9 @@ TEST(Inspect, RefusedFileComesWithTheErrorBox) {
 class TemporaryDirectoryIs {
  public:
   explicit TemporaryDirectoryIs(const std::string& directory) {
-    if (const char* before = std::getenv("TMPDIR")) before_ = before;
+    if (const char* before = std::getenv("TMPDIR")) {
+      before_ = before;
+    }
     setenv("TMPDIR", directory.c_str(), 1);
   }
   ~TemporaryDirectoryIs() { before_ ? setenv("TMPDIR", before_->c_str(), 1) : unsetenv("TMPDIR"); }
@@ -179,15 +211,15 @@ TEST(Inspect, LeavesNoFileBehind) {
   EXPECT_EQ(scratch.FileCount(), 0U);
 }
 
-TEST(Inspect, RequestToEndLeavesNoFileAndNoWords) {
+TEST(Inspect, TerminationSignalLeavesNoFileAndPrintsNothing) {
   const ScratchDirectory scratch;
   const TemporaryDirectoryIs temporary(scratch / "");
-  EXPECT_EXIT(std::_Exit(runInspect({ASKS_TO_END})), testing::KilledBySignal(SIGTERM),
+  EXPECT_EXIT(std::_Exit(runInspect({TERMINATES_ITS_HOST})), testing::KilledBySignal(SIGTERM),
               testing::IsEmpty());
   EXPECT_EQ(scratch.FileCount(), 0U);
 }
 
-TEST(Inspect, ReportThatNobodyGetsIsAFailedWrite) {
+TEST(Inspect, ReportIntoAClosedPipeIsAFailedWrite) {
   const auto inspectUnheard = [] {
     static_cast<void>(std::freopen("/dev/full", "w", stdout));
     std::_Exit(runInspect({PLUGIN}));
@@ -213,12 +245,14 @@ TEST(Inspect, DirectoryThatTakesNoFilesIsNamed) {
   const TemporaryDirectoryIs temporary("/proc");
   const Outcome outcome = inspect(PLUGIN);
   EXPECT_EQ(outcome.code, kExitOutputNotMade);
-  EXPECT_THAT(outcome.errors, HasSubstr("cannot make a directory in '/proc'"));
+  EXPECT_THAT(outcome.errors, HasSubstr("/proc: a temporary directory cannot be created in it"));
 }
 
-TEST(Inspect, DirectoryThatIsNoneIsNotUsed) {
+TEST(Inspect, InvalidTemporaryDirectoryIsNotUsed) {
   const TemporaryDirectoryIs temporary(TEXT_FILE);
   EXPECT_EQ(inspect(PLUGIN).code, kExitDone);
 }
 
 }  // namespace
+
+}  // namespace dxf2d

@@ -7,6 +7,8 @@
 #include "ktscene/kt_graphic_node.h"
 #include "ktscene/kt_traverser.h"
 
+namespace dxf2d {
+
 namespace {
 
 // How often each slot was called.
@@ -32,7 +34,9 @@ KtTraverser countingTraverser() {
       [](const std::vector<double>&, const std::vector<int>&) { return ++calls()[11], true; },
       nullptr, nullptr, [](KtGeometry*, bool) { return ++calls()[14], false; }, nullptr,
       [](KtGraphicNode* node, bool, int) {
-        if (node->GetIsLabel()) ++calls()[16];
+        if (node->GetIsLabel()) {
+          ++calls()[16];
+        }
         return false;
       },
       nullptr, nullptr, [](const std::u16string&) { return ++calls()[19], true; },
@@ -58,3 +62,5 @@ TEST(InspectionScenes, LastOneHoldsTheNodesOfAllOthers) {
 }
 
 }  // namespace
+
+}  // namespace dxf2d

@@ -7,7 +7,9 @@
 #include <filesystem>
 #include <fstream>
 
-#include "app/plugin_module.h"
+#include "app/host/plugin_module.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -36,7 +38,7 @@ TEST(ExportedNames, CutModuleIsRefusedOrRead) {
     try {
       EXPECT_LE(exportedNames(path).size(), 14U) << size;
     } catch (const PluginError& error) {
-      EXPECT_NE(std::string(error.what()).find("is no plug-in"), std::string::npos) << size;
+      EXPECT_NE(std::string(error.what()).find("is not a plug-in"), std::string::npos) << size;
     }
   }
   std::filesystem::remove(path);
@@ -49,3 +51,5 @@ TEST(WrittenInCpp, DemanglesNamesOfCppAlone) {
 }
 
 }  // namespace
+
+}  // namespace dxf2d

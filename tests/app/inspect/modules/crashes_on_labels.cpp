@@ -6,7 +6,9 @@
 namespace {
 
 bool label(KtGraphicNode* node, bool /*flag*/, int /*colorIndex*/) {
-  if (node->GetIsLabel()) std::abort();
+  if (node->GetIsLabel()) {
+    std::abort();
+  }
   return false;
 }
 

@@ -5,7 +5,9 @@
 namespace {
 
 bool lineSet(const std::vector<double>& /*coords*/, const std::vector<int>& indices) {
-  if (indices.empty()) throw 0;
+  if (indices.empty()) {
+    throw 0;
+  }
   throw std::runtime_error("lines are beyond me");
 }
 

@@ -1,0 +1,174 @@
+// seccomp (seccomp(2)): a program of the kernel's small machine that looks at each system call.
+#include <asm/unistd.h>
+#include <linux/audit.h>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
+#include <sched.h>
+#include <sys/ioctl.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "app/process/confinement.h"
+
+namespace dxf2d {
+
+namespace {
+
+#if defined(__x86_64__)
+constexpr std::uint32_t kMachine = AUDIT_ARCH_X86_64;
+// From here on, calls of another form that is not looked at.
+constexpr std::uint32_t kFirstOtherForm = 0x40000000;
+#elif defined(__aarch64__)
+constexpr std::uint32_t kMachine = AUDIT_ARCH_AARCH64;
+constexpr std::uint32_t kFirstOtherForm = 0x80000000;
+#else
+constexpr std::uint32_t kMachine = 0;
+constexpr std::uint32_t kFirstOtherForm = 0x80000000;
+#endif
+
+// Never allowed.
+constexpr std::uint32_t kForbidden[] = {
+    // Sockets, and calls that go around the filter.
+    SYS_socket, SYS_socketpair, SYS_io_uring_setup, SYS_io_uring_enter, SYS_io_uring_register,
+    // Names of files, and what Landlock leaves: owners, modes, times, attributes.
+    SYS_renameat2, SYS_unlinkat, SYS_linkat, SYS_symlinkat, SYS_mkdirat, SYS_mknodat, SYS_truncate,
+    SYS_fchmod, SYS_fchmodat, SYS_fchown, SYS_fchownat, SYS_utimensat, SYS_setxattr, SYS_lsetxattr,
+    SYS_fsetxattr, SYS_removexattr, SYS_lremovexattr, SYS_fremovexattr, SYS_open_by_handle_at,
+    // Other processes.
+    SYS_ptrace, SYS_process_vm_readv, SYS_process_vm_writev, SYS_process_madvise, SYS_pidfd_open,
+    SYS_pidfd_getfd, SYS_pidfd_send_signal, SYS_kcmp, SYS_tkill, SYS_rt_sigqueueinfo,
+    SYS_rt_tgsigqueueinfo, SYS_setpgid, SYS_setpriority, SYS_sched_setscheduler, SYS_sched_setattr,
+    SYS_sched_setparam, SYS_sched_setaffinity, SYS_ioprio_set, SYS_migrate_pages, SYS_move_pages,
+    SYS_shmget, SYS_shmat, SYS_msgget, SYS_semget, SYS_mq_open, SYS_mq_unlink,
+    // The kernel and its administration.
+    SYS_bpf, SYS_perf_event_open, SYS_userfaultfd, SYS_keyctl, SYS_add_key, SYS_request_key,
+    SYS_mount, SYS_umount2, SYS_unshare, SYS_setns, SYS_chroot, SYS_pivot_root, SYS_fsopen,
+    SYS_fsmount, SYS_fsconfig, SYS_fspick, SYS_open_tree, SYS_move_mount, SYS_mount_setattr,
+    SYS_swapon, SYS_swapoff, SYS_reboot, SYS_kexec_load, SYS_init_module, SYS_finit_module,
+    SYS_delete_module, SYS_settimeofday, SYS_clock_settime, SYS_clock_adjtime, SYS_adjtimex,
+    SYS_sethostname, SYS_setdomainname, SYS_acct, SYS_quotactl, SYS_quotactl_fd, SYS_syslog,
+    SYS_vhangup, SYS_fanotify_init, SYS_personality, SYS_setuid, SYS_setgid, SYS_setreuid,
+    SYS_setregid, SYS_setresuid, SYS_setresgid, SYS_setgroups, SYS_setfsuid, SYS_setfsgid,
+    SYS_capset,
+#ifdef __x86_64__
+    // Older forms of calls above.
+    SYS_rename, SYS_renameat, SYS_unlink, SYS_link, SYS_symlink, SYS_mkdir, SYS_rmdir, SYS_mknod,
+    SYS_chmod, SYS_chown, SYS_lchown, SYS_utime, SYS_utimes, SYS_futimesat, SYS_ioperm, SYS_iopl,
+    SYS_modify_ldt, SYS_kexec_file_load
+#else
+    SYS_renameat
+#endif
+};
+
+// Never allowed unless programs are.
+constexpr std::uint32_t kPrograms[] = {SYS_execve, SYS_execveat,
+#ifdef __x86_64__
+                                       SYS_fork, SYS_vfork
+#endif
+};
+
+constexpr std::uint32_t kRefuse = SECCOMP_RET_ERRNO | EPERM;
+// The C library then takes an older call, whose arguments can be looked at.
+constexpr std::uint32_t kUnknown = SECCOMP_RET_ERRNO | ENOSYS;
+
+constexpr std::size_t offsetOfArgument(std::size_t number) {
+  // The low half, on little-endian machines.
+  return offsetof(seccomp_data, args) + sizeof(std::uint64_t) * number;
+}
+
+// Writes the program. Its accumulator holds the number of the call between its parts.
+class FilterProgram {
+ public:
+  FilterProgram() {
+    Load(offsetof(seccomp_data, arch));
+    JumpUnlessEqual(kMachine, kRefuse);
+    LoadCall();
+    Add(BPF_JMP | BPF_JGE | BPF_K, kFirstOtherForm, 0, 1);
+    Return(kRefuse);
+  }
+
+  // Ends the call with `outcome`.
+  void Refuse(std::uint32_t call, std::uint32_t outcome = kRefuse) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 1);
+    Return(outcome);
+  }
+  // Refuses the call unless its argument is `value`.
+  void RequireArgument(std::uint32_t call, std::size_t number, std::uint32_t value) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 4);
+    Load(offsetOfArgument(number));
+    JumpUnlessEqual(value, kRefuse);
+    LoadCall();
+  }
+  void RefuseArgument(std::uint32_t call, std::size_t number, std::uint32_t value) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 4);
+    Load(offsetOfArgument(number));
+    Refuse(value);
+    LoadCall();
+  }
+  void RequireFlag(std::uint32_t call, std::size_t number, std::uint32_t flag) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 4);
+    Load(offsetOfArgument(number));
+    Add(BPF_JMP | BPF_JSET | BPF_K, flag, 1, 0);
+    Return(kRefuse);
+    LoadCall();
+  }
+  bool Install() {
+    Return(SECCOMP_RET_ALLOW);
+    const sock_fprog program{static_cast<unsigned short>(code_.size()), code_.data()};
+    return prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program, 0, 0) == 0;
+  }
+
+ private:
+  void Add(int operation, std::uint32_t value, std::uint8_t ifTrue = 0, std::uint8_t ifFalse = 0) {
+    code_.push_back({static_cast<std::uint16_t>(operation), ifTrue, ifFalse, value});
+  }
+  void Load(std::size_t offset) {
+    Add(BPF_LD | BPF_W | BPF_ABS, static_cast<std::uint32_t>(offset));
+  }
+  void LoadCall() { Load(offsetof(seccomp_data, nr)); }
+  void Return(std::uint32_t outcome) { Add(BPF_RET | BPF_K, outcome); }
+  void JumpUnlessEqual(std::uint32_t value, std::uint32_t outcome) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, value, 1, 0);
+    Return(outcome);
+  }
+
+  std::vector<sock_filter> code_;
+};
+
+}  // namespace
+
+bool hasCallFilter() { return kMachine != 0 && prctl(PR_GET_SECCOMP, 0, 0, 0, 0) >= 0; }
+
+bool filterCalls(bool allowsPrograms) {
+  if (!hasCallFilter()) {
+    return false;
+  }
+  FilterProgram filter;
+  for (const std::uint32_t call : kForbidden) {
+    filter.Refuse(call);
+  }
+  // A signal to the process itself is how it aborts.
+  const auto own = static_cast<std::uint32_t>(getpid());
+  filter.RequireArgument(SYS_kill, 0, own);
+  filter.RequireArgument(SYS_tgkill, 0, own);
+  // These type into the terminal.
+  filter.RefuseArgument(SYS_ioctl, 1, TIOCSTI);
+  filter.RefuseArgument(SYS_ioctl, 1, TIOCLINUX);
+  if (!allowsPrograms) {
+    for (const std::uint32_t call : kPrograms) {
+      filter.Refuse(call);
+    }
+    // Threads are no processes.
+    filter.RequireFlag(SYS_clone, 0, CLONE_THREAD);
+    filter.Refuse(SYS_clone3, kUnknown);
+  }
+  return filter.Install();
+}
+
+}  // namespace dxf2d

@@ -1,0 +1,185 @@
+#include "app/process/input_task.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "app/cli/failure.h"
+#include "app/cli/option_values.h"
+#include "app/process/own_descriptor.h"
+#include "app/process/termination_signals.h"
+#include "app/process/worker_start.h"
+
+namespace dxf2d {
+
+namespace {
+
+// An imported model takes ten to twenty times the size of its file; the rest is for compressed and
+// referenced files. A file that declares more than it contains is stopped there, before it takes
+// all the memory of the machine.
+std::uint64_t memoryFor(const std::string& path) {
+  constexpr std::uint64_t kRoom = std::uint64_t{2} << 30;
+  constexpr std::uint64_t kTimesFileSize = 64;
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  return kRoom + (error ? 0 : kTimesFileSize * size);
+}
+
+// The limit on time is one on processor time, since a worker may be stopped or wait for a slow
+// disk. One that does nothing is ended after so many times that limit.
+constexpr int kWallTimes = 10;
+
+constexpr const char* kRepair = "repair the file or save it in another format";
+
+// Readers do not send these to themselves.
+bool isFromOutside(int signal) {
+  const sigset_t requests = terminationSignals();
+  return signal == SIGKILL || sigismember(&requests, signal) == 1;
+}
+
+// Whether the worker was ended for another reason than its own doing.
+bool isEndFromOutside(const WorkerResult& end) {
+  using How = WorkerResult::How;
+  return end.how == How::kTerminated || end.how == How::kTimedOut ||
+         (end.how == How::kSignal && isFromOutside(end.number));
+}
+
+}  // namespace
+
+std::uint64_t memoryLimitOf(const std::string& input, const ResourceLimits& limits) {
+  return limits.memory ? *limits.memory : memoryFor(input);
+}
+
+InputTask::InputTask(std::string reader, std::string input, const ResourceLimits& limits)
+    : reader_(std::move(reader)),
+      input_(std::move(input)),
+      memory_(memoryLimitOf(input_, limits)),
+      isMemoryGranted_(isMemoryGranted(memory_)),
+      time_(limits.time) {}
+
+int InputTask::Run(WorkerCall call, std::string& text, std::uint64_t* peakMemory) const {
+  if (const std::optional<int> own = ownDescriptor(input_)) {
+    call.descriptors.push_back(*own);
+  }
+  WorkerResult end = runWorker(call, {memory_, memory_, kWallTimes * time_, time_});
+  text += end.text;
+  if (peakMemory != nullptr) {
+    *peakMemory = end.peakMemory;
+  }
+  return ReportEnd(end);
+}
+
+int InputTask::ReportEnd(const WorkerResult& end) const {
+  if (end.isMemoryRefused && !isEndFromOutside(end)) {
+    return FailForMemory();
+  }
+  for (const std::string& sentence : end.notes) {
+    note(sentence);
+  }
+  switch (end.how) {
+    case WorkerResult::How::kReturned:
+      return end.number;
+    case WorkerResult::How::kExited:
+      return Fail(kExitInput,
+                  "makes the " + reader_ + " exit (exit code " + std::to_string(end.number) + ")",
+                  kRepair);
+    case WorkerResult::How::kSignal:
+      return FailForSignal(end.number);
+    case WorkerResult::How::kTimedOut:
+      return FailForTime();
+    case WorkerResult::How::kMemoryExceeded:
+      return FailForMemory();
+    case WorkerResult::How::kNotStarted:
+    case WorkerResult::How::kNotLoaded:
+      return FailForStart(end);
+    case WorkerResult::How::kTerminated:
+      break;
+  }
+  return kExitInternal;
+}
+
+int InputTask::FailForStart(const WorkerResult& end) const {
+  if (!isMemoryGranted_) {
+    return FailForMemory();
+  }
+  if (end.how == WorkerResult::How::kNotStarted && end.number != ENOENT) {
+    return Fail(kExitLimit,
+                std::string("no worker process can be started (") + strerror(end.number) + ")",
+                "close other programs and try again");
+  }
+  return fail(kExitInternal,
+              {workerProgram(),
+               end.how == WorkerResult::How::kNotLoaded ? "cannot be loaded" : "is missing",
+               "install all of dxf2d and the libraries that it needs"});
+}
+
+int InputTask::FailForSignal(int signal) const {
+  if (signal == SIGXCPU) {
+    const std::optional<std::chrono::seconds> granted = grantedProcessorTime();
+    if (!granted || *granted > time_) {
+      return FailForTime();
+    }
+    return Fail(kExitLimit, "takes more processor time than the system allows (ulimit -t)",
+                "raise that limit");
+  }
+  if (isFromOutside(signal)) {
+    return Fail(kExitLimit,
+                std::string("its worker process was ended from outside by a signal (") +
+                    strsignal(signal) + "), perhaps for lack of memory",
+                "free some memory and try again");
+  }
+  return Fail(kExitInput, "crashes the " + reader_ + " (" + strsignal(signal) + ")", kRepair);
+}
+
+int InputTask::FailForTime() const {
+  return Fail(
+      kExitLimit,
+      "takes longer than the " + std::to_string(time_.count()) + " s that --max-time allows",
+      "raise --max-time or use a part of the file");
+}
+
+int InputTask::Reporting(const std::function<int()>& step) const {
+  return reporting([&] {
+    try {
+      return step();
+    } catch (const std::bad_alloc&) {
+      return FailForMemory();
+    }
+  });
+}
+
+int InputTask::FailForMemory() const {
+  if (!isMemoryGranted_) {
+    return Fail(kExitLimit, "needs more memory than the system allows (ulimit -v, ulimit -d)",
+                "raise that limit or use a part of the file");
+  }
+  return Fail(kExitLimit,
+              "needs more than the " + std::to_string(memory_ >> 20) +
+                  " MiB of memory that --max-memory allows",
+              "raise --max-memory or use a part of the file");
+}
+
+int InputTask::Fail(int code, const std::string& problem, const std::string& remedy) const {
+  return fail(code, {input_, problem, remedy});
+}
+
+std::vector<Option> resourceLimitOptions(ResourceLimits& limits) {
+  const auto parseMebibytes = [](const std::string& text) -> std::optional<std::uint64_t> {
+    const std::optional<std::uint32_t> count = parseCount(text);
+    return count ? std::optional(std::uint64_t{*count} << 20) : std::nullopt;
+  };
+  const auto parseSeconds = [](const std::string& text) -> std::optional<std::chrono::seconds> {
+    const std::optional<std::uint32_t> count = parseCount(text);
+    return count ? std::optional(std::chrono::seconds(*count)) : std::nullopt;
+  };
+  return {{"--max-memory", "MIB", "Memory limit per input in MiB (default: 2048 + 64 x file size)",
+           kExpectedCount, into(limits.memory, parseMebibytes)},
+          {"--max-time", "SECONDS [" + std::to_string(limits.time.count()) + "]",
+           "Time limit per input in seconds", kExpectedCount, into(limits.time, parseSeconds)}};
+}
+
+}  // namespace dxf2d
