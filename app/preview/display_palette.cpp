@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace dxf2d {
+
 namespace {
 
 // One component of hue 0 to 23 at full strength: 1 within four steps of its own hue (red 0, green
@@ -27,13 +29,19 @@ DisplayColor displayColor(int index) {
   static constexpr DisplayColor kBasic[] = {{1, 0, 0}, {1, 1, 0}, {0, 1, 0},
                                             {0, 1, 1}, {0, 0, 1}, {1, 0, 1}};
   constexpr int kFirstHue = 10;
-  constexpr int kFirstGrey = 250;
+  constexpr int kFirstGray = 250;
   constexpr int kWhite = 255;
-  if (index >= 1 && index <= 6) return kBasic[index - 1];
-  if (index < kFirstHue || index >= kWhite) return {};
-  if (index < kFirstGrey) {
+  if (index >= 1 && index <= 6) {
+    return kBasic[index - 1];
+  }
+  if (index < kFirstHue || index >= kWhite) {
+    return {};
+  }
+  if (index < kFirstGray) {
     return {hueComponent(index, 0), hueComponent(index, 8), hueComponent(index, 16)};
   }
-  const double grey = 0.33 + 0.134 * (index - kFirstGrey);
-  return {grey, grey, grey};
+  const double gray = 0.33 + 0.134 * (index - kFirstGray);
+  return {gray, gray, gray};
 }
+
+}  // namespace dxf2d

@@ -1,5 +1,7 @@
-// The colours in which a picture shows the palette indices of a drawing.
+// The colors in which a picture shows the palette indices of a drawing.
 #pragma once
+
+namespace dxf2d {
 
 // Components from 0 to 1.
 struct DisplayColor {
@@ -8,6 +10,8 @@ struct DisplayColor {
   double blue = 0.0;
 };
 
-// The colour of a palette index on white paper: the format's palette, save that the entries which
+// The color of a palette index on white paper: the format's palette, save that the entries which
 // the export takes for white (7, 8, 9 and 255) are black, as is any number outside 1 to 255.
 DisplayColor displayColor(int index);
+
+}  // namespace dxf2d

@@ -3,23 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-void PlanExtents::Add(PlanPoint point) {
-  if (!std::isfinite(point.x) || !std::isfinite(point.y)) {
-    isFinite_ = false;
-    return;
-  }
-  if (isEmpty_) low_ = high_ = point;
-  isEmpty_ = false;
-  low_ = {std::min(low_.x, point.x), std::min(low_.y, point.y)};
-  high_ = {std::max(high_.x, point.x), std::max(high_.y, point.y)};
-}
-
-void PlanExtents::Add(const PlanExtents& other) {
-  isFinite_ = isFinite_ && other.isFinite_;
-  if (other.isEmpty_) return;
-  Add(other.low_);
-  Add(other.high_);
-}
+namespace dxf2d {
 
 PageFit fitPage(const PlanExtents& extents, int size) {
   const PlanPoint low = extents.Low();
@@ -41,5 +25,8 @@ PageFit fitPage(const PlanExtents& extents, int size) {
   const int shorter = std::clamp(static_cast<int>(std::ceil(shortSide)), (size + 3) / 4, size);
   fit.width = half.x >= half.y ? size : shorter;
   fit.height = half.x >= half.y ? shorter : size;
+  fit.middle = {fit.width / 2.0, fit.height / 2.0};
   return fit;
 }
+
+}  // namespace dxf2d

@@ -1,38 +1,27 @@
 // Fits what a drawing shows into a page.
 #pragma once
 
-#include "app/preview/drawing.h"
+#include "app/drawing/plan_extents.h"
 
-// The smallest upright rectangle around points. Points that are not finite take no part in it.
-class PlanExtents {
- public:
-  void Add(PlanPoint point);
-  void Add(const PlanExtents& other);
-  bool IsEmpty() const { return isEmpty_; }
-  // Whether all points added were finite.
-  bool IsFinite() const { return isFinite_; }
-  PlanPoint Low() const { return low_; }
-  PlanPoint High() const { return high_; }
+namespace dxf2d {
 
- private:
-  bool isEmpty_ = true;
-  bool isFinite_ = true;
-  PlanPoint low_;
-  PlanPoint high_;
-};
-
-// A page, in pixels or points, and the way there from the drawing. y runs downwards on the page.
+// A page, in pixels, points or millimeters, and the way there from the drawing. y runs downwards on
+// the page.
 struct PageFit {
-  int width = 0;
-  int height = 0;
+  double width = 0.0;
+  double height = 0.0;
   // Page units per drawing unit.
   double scale = 1.0;
-  // The middle of the drawing, which comes into the middle of the page.
+  // The middle of the drawing, and where on the page it comes.
   PlanPoint center;
+  PlanPoint middle;
+  // Page units of a millimeter on paper; 0 where all lines are alike, 1.5 page units wide.
+  double millimeter = 0.0;
+  // Page units that make a difference to see, about a pixel.
+  double resolution = 1.0;
 
   PlanPoint Apply(PlanPoint point) const {
-    return {width / 2.0 + (point.x - center.x) * scale,
-            height / 2.0 - (point.y - center.y) * scale};
+    return {middle.x + (point.x - center.x) * scale, middle.y - (point.y - center.y) * scale};
   }
 };
 
@@ -40,3 +29,5 @@ struct PageFit {
 // `size` all round. The shorter side is at least a quarter of the longer. Any finite extents will
 // do, a point and the whole range of the numbers included.
 PageFit fitPage(const PlanExtents& extents, int size);
+
+}  // namespace dxf2d

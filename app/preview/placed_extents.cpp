@@ -1,5 +1,7 @@
 #include "app/preview/placed_extents.h"
 
+namespace dxf2d {
+
 namespace {
 
 struct ExtentsOf {
@@ -14,10 +16,14 @@ struct ExtentsOf {
     Add(line.end);
   }
   void operator()(const PolylineEntity& polyline) {
-    for (const PlanPoint vertex : polyline.vertices) Add(vertex);
+    for (const PlanPoint vertex : polyline.vertices) {
+      Add(vertex);
+    }
   }
   void operator()(const FaceEntity& face) {
-    for (const PlanPoint corner : face.corners) Add(corner);
+    for (const PlanPoint corner : face.corners) {
+      Add(corner);
+    }
   }
   void operator()(const CircleEntity& circle) {
     const PlanPoint center = placement.Apply(circle.center);
@@ -25,7 +31,9 @@ struct ExtentsOf {
     extents.Add({center.x + circle.radius, center.y + circle.radius});
   }
   void operator()(const TextEntity& text) {
-    if (!texts.IsVisible(text)) return;
+    if (!texts.IsVisible(text)) {
+      return;
+    }
     const ShapedText& shaped = texts.Shape(text);
     const TextFrame frame(text);
     const PlanPoint start = baselineStart(text, shaped, texts.Descent());
@@ -47,7 +55,9 @@ PlanExtents placedExtents(const DrawingEntity& entity, const Placement& placemen
 }
 
 TextFrame::TextFrame(const TextEntity& text)
-    : turn_(Placement{}.Insert({0, {}, text.rotation}, {})),
+    : turn_(Placement{}.Insert({{}, 0, {}, text.rotation}, {})),
       at_(text.at),
       height_(text.height),
       advance_(text.height * text.widthFactor) {}
+
+}  // namespace dxf2d

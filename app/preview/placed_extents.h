@@ -1,10 +1,12 @@
 // The room that an entity takes in the plan.
 #pragma once
 
-#include "app/preview/drawing.h"
-#include "app/preview/drawing_nesting.h"
+#include "app/drawing/drawing.h"
+#include "app/drawing/drawing_nesting.h"
 #include "app/preview/page_fit.h"
 #include "app/preview/text_shaper.h"
+
+namespace dxf2d {
 
 // The points of `entity` placed so; none for what shows nothing (no vertices, no letters) and for
 // an INSERT.
@@ -27,3 +29,5 @@ class TextFrame {
   double height_;
   double advance_;
 };
+
+}  // namespace dxf2d

@@ -1,83 +1,169 @@
 #include "app/preview/preview_command.h"
 
-#include <cstdio>
+#include <cassert>
 #include <filesystem>
+#include <memory>
 #include <optional>
+#include <set>
+#include <utility>
 
-#include "app/destination.h"
-#include "app/failure.h"
-#include "app/preview/dxf_reader.h"
-#include "app/preview/text_decoding.h"
-#include "app/printable.h"
+#include "app/cli/failure.h"
+#include "app/cli/option_values.h"
+#include "app/cli/run_all.h"
+#include "app/drawing/drawing_units.h"
+#include "app/drawing/text_decoding.h"
+#include "app/output/destination.h"
+
+namespace dxf2d {
 
 namespace {
 
-void say(const std::string& sentence) {
-  std::fprintf(stderr, "dxf2d: %s\n", printable(sentence).c_str());
+// One drawing and its picture.
+struct PreviewJob {
+  std::string drawing;
+  std::string picture;
+  PictureFormat format;
+};
+
+bool isForDirectory(const PreviewOptions& options) {
+  return options.drawings.size() > 1 || options.output.ends_with('/');
 }
 
-// The sentence for what no picture can be made with; empty when all is well.
-std::string complaint(const PreviewOptions& options) {
-  if (!pictureFormat(options.picture)) {
-    return "the name '" + options.picture +
-           "' does not say what picture to make; end it in .png, .svg or .pdf";
+PictureFormat formatOf(const PreviewOptions& options) {
+  if (options.format || isForDirectory(options)) {
+    return options.format.value_or(PictureFormat::kPng);
   }
-  if (options.size < kMinPictureSize || options.size > kMaxPictureSize) {
-    return "a picture of size " + std::to_string(options.size) + " cannot be made; choose " +
-           std::to_string(kMinPictureSize) + " to " + std::to_string(kMaxPictureSize);
+  const std::optional<PictureFormat> format = pictureFormat(options.output);
+  if (!format) {
+    throw UsageError({options.output, "the picture's format is unknown",
+                      "end the name in .png, .svg or .pdf, or give --format"});
   }
-  if (!isTextCodePage(options.codePage)) return unknownCodePage(options.codePage);
+  return *format;
+}
+
+// Throws UsageError for files that no picture can be made of or written to.
+void checkFiles(const PreviewJob& job) {
   std::error_code ignored;
-  if (std::filesystem::equivalent(options.drawing, options.picture, ignored)) {
-    return "'" + options.picture + "' is the drawing itself; give the picture another name";
+  if (std::filesystem::equivalent(drawingFile(job.drawing), job.picture, ignored)) {
+    throw UsageError({job.picture, "is the drawing itself", "give the picture another name"});
   }
-  return {};
 }
 
-void noteSkipped(const PreviewOptions& options, const Drawing& drawing) {
-  if (drawing.skippedCount == 0) return;
-  std::string kinds;
-  for (const std::string& kind : drawing.skippedKinds) kinds += (kinds.empty() ? "" : ", ") + kind;
-  say(options.drawing + ": " + std::to_string(drawing.skippedCount) +
-      " entities of other kinds than are drawn were left out, such as " + kinds);
-}
-
-void noteLeftOut(const PreviewOptions& options, const Picture& picture) {
-  if (picture.leftOut == 0) return;
-  say(options.drawing + ": " + std::to_string(picture.leftOut) +
-      " entities lie beyond the range of numbers and were left out");
-}
-
-// Makes the picture in the working process. Returns an exit code.
-int drawInto(OutputFile& file, const PreviewOptions& options) {
-  const Drawing drawing = readDrawing(options.drawing);
-  noteSkipped(options, drawing);
-  const Picture picture =
-      drawPicture(drawing, {*pictureFormat(options.picture), options.size, options.codePage});
-  noteLeftOut(options, picture);
-  if (picture.bytes.empty()) {
-    return fail(kExitNothingToDraw, "'" + options.drawing +
-                                        "' holds nothing to draw; check that "
-                                        "its scene has geometry in objects that are placed");
+std::vector<PreviewJob> jobsOf(const PreviewOptions& options) {
+  namespace fs = std::filesystem;
+  const PictureFormat format = formatOf(options);
+  std::vector<PreviewJob> jobs;
+  std::set<std::string> pictures;
+  for (const std::string& drawing : options.drawings) {
+    std::string picture = options.output;
+    if (isForDirectory(options)) {
+      const std::string name = drawing == "-" ? "drawing" : fs::path(drawing).stem().string();
+      picture = (fs::path(options.output) / (name + endOf(format))).string();
+    }
+    if (!pictures.insert(picture).second) {
+      throw UsageError({picture, "would be the picture of several drawings",
+                        "draw them into different directories"});
+    }
+    jobs.push_back({drawing, std::move(picture), format});
   }
-  file.Write(picture.bytes);
-  return kExitDone;
+  return jobs;
 }
 
-int preview(const LimitedWork& work, const PreviewOptions& options) {
-  const std::string wrong = complaint(options);
-  if (!wrong.empty()) return fail(kExitUsage, wrong);
-  // Before the reading, which may take long: a picture that cannot be written is refused at once.
-  Destination destination(options.picture, options.existing);
-  const int code = work.Run([&] { return drawInto(destination.Work(), options); });
-  if (code != kExitDone) return code;
+std::optional<int> parseSize(const std::string& text) {
+  const std::optional<std::uint32_t> size = parseCount(text);
+  const bool isInRange = size && *size >= static_cast<std::uint32_t>(kMinPictureSize) &&
+                         *size <= static_cast<std::uint32_t>(kMaxPictureSize);
+  return isInRange ? std::optional(static_cast<int>(*size)) : std::nullopt;
+}
+
+int preview(const InputTask& work, const PreviewJob& job, const PreviewOptions& options) {
+  checkFiles(job);
+  // Before the drawing is read, which may take long: an output that cannot be created is an error
+  // at once.
+  Destination destination(job.picture, options.existing);
+  WorkerCall call{kPreviewTask, {job.drawing, endOf(job.format)}, {destination.Work().file}};
+  call.Add(destination.Work().Words());
+  call.Add(options.words);
+  std::string nothing;
+  const int code = work.Run(std::move(call), nothing);
+  if (code != kExitDone) {
+    return code;
+  }
   destination.Deliver();
   return kExitDone;
 }
 
+int previewAll(const PreviewOptions& options) {
+  const std::vector<PreviewJob> jobs = jobsOf(options);
+  if (isForDirectory(options)) {
+    requireDirectory(options.output);
+  }
+  return runAll(jobs, "pictures were not drawn", [&](const PreviewJob& job) {
+    const InputTask work("renderer", drawingFile(job.drawing), options.limits);
+    return work.Reporting([&] { return preview(work, job, options); });
+  });
+}
+
 }  // namespace
 
-int runPreview(const PreviewOptions& options) {
-  const LimitedWork work("preview", options.drawing, options.limits);
-  return work.Reporting([&] { return preview(work, options); });
+std::string drawingFile(const std::string& drawing) {
+  return drawing == "-" ? "/dev/stdin" : drawing;
 }
+
+std::vector<Option> previewOptions(PreviewOptions& options) {
+  Option output{"-o,--output", "PATH",
+                "The picture to write: .png, .svg or .pdf; - for standard output. With several "
+                "drawings, or with a trailing slash: the directory for pictures that are named "
+                "after their drawings",
+                "a path", into(options.output, parseText)};
+  output.isRequired = true;
+  std::vector<Option> all = {
+      output,
+      forceOption(options.existing),
+      {"--format", "png|svg|pdf", "What to draw (default: what the end of the picture's name says)",
+       "png, svg or pdf",
+       into(options.format, oneOf<PictureFormat>({{"png", PictureFormat::kPng},
+                                                  {"svg", PictureFormat::kSvg},
+                                                  {"pdf", PictureFormat::kPdf}}))},
+      {"--size", "N [" + std::to_string(kDefaultPictureSize) + "]",
+       "Longer side in pixels, or in points for .pdf; not on paper",
+       "a whole number from " + std::to_string(kMinPictureSize) + " to " +
+           std::to_string(kMaxPictureSize),
+       into(options.style.size, parseSize)},
+      {"--codepage", "N [1252]", "Code page of the drawing's texts", kExpectedCodePage,
+       into(options.style.codePage, parseCodePage)},
+      {"--source-units", "UNIT", "Units of the drawing, if it does not say", kExpectedUnits,
+       into(options.sourceUnits, parseUnits)}};
+  append(all, sheetOptions(options.style.sheet));
+  append(all, resourceLimitOptions(options.limits));
+  return all;
+}
+
+Command previewCommand() {
+  // Shared by the functions below.
+  const auto options = std::make_shared<PreviewOptions>();
+  Command command;
+  command.name = "preview";
+  command.help = "Draws drawings of this program as pictures.";
+  command.inputName = "DRAWING";
+  command.inputHelp = "The drawings (.dxf); - for standard input";
+  command.takesSeveralInputs = true;
+  command.takeInputs = [options](const std::vector<std::string>& inputs) {
+    options->drawings = inputs;
+  };
+  command.options = previewOptions(*options);
+  command.run = [options](const OptionWords& words) {
+    options->words = words;
+    return runPreview(*options);
+  };
+  return command;
+}
+
+int runPreview(const PreviewOptions& options) {
+  assert(!options.drawings.empty());
+  assert(options.style.size >= kMinPictureSize && options.style.size <= kMaxPictureSize);
+  assert(isTextCodePage(options.style.codePage));
+  return reporting([&] { return previewAll(options); });
+}
+
+}  // namespace dxf2d

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "app/preview/drawing_nesting.h"
-#include "app/preview/text_decoding.h"
+#include "app/drawing/drawing_nesting.h"
+#include "app/drawing/text_decoding.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -61,10 +63,22 @@ bool TextShaper::IsVisible(const TextEntity& text) {
 
 PlanPoint baselineStart(const TextEntity& text, const ShapedText& shaped, double descent) {
   PlanPoint start;
-  if (text.across == TextAcross::kCenter) start.x = -shaped.width / 2.0;
-  if (text.across == TextAcross::kRight) start.x = -shaped.width;
-  if (text.up == TextUp::kBottom) start.y = descent;
-  if (text.up == TextUp::kMiddle) start.y = -0.5;
-  if (text.up == TextUp::kTop) start.y = -1.0;
+  if (text.across == TextAcross::kCenter) {
+    start.x = -shaped.width / 2.0;
+  }
+  if (text.across == TextAcross::kRight) {
+    start.x = -shaped.width;
+  }
+  if (text.up == TextUp::kBottom) {
+    start.y = descent;
+  }
+  if (text.up == TextUp::kMiddle) {
+    start.y = -0.5;
+  }
+  if (text.up == TextUp::kTop) {
+    start.y = -1.0;
+  }
   return start;
 }
+
+}  // namespace dxf2d

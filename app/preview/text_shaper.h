@@ -7,7 +7,9 @@
 #include <string>
 #include <unordered_map>
 
-#include "app/preview/drawing.h"
+#include "app/drawing/drawing.h"
+
+namespace dxf2d {
 
 // One text, with lengths in heights of a capital letter. `width` is before the width factor.
 struct ShapedText {
@@ -47,3 +49,5 @@ class TextShaper {
 // From the text's point to where its baseline begins, in heights of a capital letter, before the
 // width factor and the rotation.
 PlanPoint baselineStart(const TextEntity& text, const ShapedText& shaped, double descent);
+
+}  // namespace dxf2d

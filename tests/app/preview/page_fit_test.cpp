@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+namespace dxf2d {
+
 namespace {
 
 PlanExtents extentsOf(PlanPoint low, PlanPoint high) {
@@ -75,3 +77,5 @@ TEST(PlanExtents, PointThatIsNotFiniteTakesNoPart) {
 }
 
 }  // namespace
+
+}  // namespace dxf2d

@@ -6,14 +6,18 @@
 #include <cstdint>
 #include <cstring>
 
-#include "app/preview/dxf_reader.h"
+#include "app/drawing/dxf_reader.h"
 #include "app/preview/picture.h"
+
+namespace dxf2d {
 
 namespace {
 
 cairo_status_t readBytes(void* closure, unsigned char* data, unsigned length) {
   auto& rest = *static_cast<std::string_view*>(closure);
-  if (rest.size() < length) return CAIRO_STATUS_READ_ERROR;
+  if (rest.size() < length) {
+    return CAIRO_STATUS_READ_ERROR;
+  }
   std::memcpy(data, rest.data(), length);
   rest.remove_prefix(length);
   return CAIRO_STATUS_SUCCESS;
@@ -54,7 +58,9 @@ Pixel PicturePixels::InkNear(double x, double y) const {
          ++column) {
       const Pixel pixel = At(column, row);
       const bool darker = pixel.red + pixel.green + pixel.blue < ink.red + ink.green + ink.blue;
-      if (darker) ink = pixel;
+      if (darker) {
+        ink = pixel;
+      }
     }
   }
   return ink;
@@ -64,10 +70,14 @@ PixelBox PicturePixels::InkBoxWithin(PixelBox box) const {
   PixelBox ink{box.right + 1, box.bottom + 1, box.left - 1, box.top - 1};
   for (int y = box.top; y <= box.bottom; ++y) {
     for (int x = box.left; x <= box.right; ++x) {
-      if (At(x, y).IsWhite()) continue;
+      if (At(x, y).IsWhite()) {
+        continue;
+      }
       ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x),
              std::max(ink.bottom, y)};
     }
   }
   return ink;
 }
+
+}  // namespace dxf2d

@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+namespace dxf2d {
+
 // Components from 0 to 255.
 struct Pixel {
   int red = 0;
@@ -41,3 +43,5 @@ class PicturePixels {
  private:
   std::unique_ptr<cairo_surface_t, void (*)(cairo_surface_t*)> surface_;
 };
+
+}  // namespace dxf2d

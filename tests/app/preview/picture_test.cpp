@@ -5,10 +5,12 @@
 #include <limits>
 #include <string>
 
+#include "app/drawing/dxf_reader.h"
 #include "app/preview/display_palette.h"
-#include "app/preview/dxf_reader.h"
-#include "tests/app/preview/drawing_text.h"
+#include "tests/app/drawing/drawing_text.h"
 #include "tests/app/preview/picture_pixels.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -38,7 +40,7 @@ void expectNear(const DisplayColor& shown, double red, double green, double blue
   EXPECT_NEAR(shown.blue, blue, 1e-12);
 }
 
-TEST(DisplayPalette, BasicHueAndGreyEntries) {
+TEST(DisplayPalette, BasicHueAndGrayEntries) {
   expectNear(displayColor(1), 1, 0, 0);
   expectNear(displayColor(6), 1, 0, 1);
   expectNear(displayColor(10), 1, 0, 0);
@@ -56,7 +58,9 @@ TEST(DisplayPalette, BasicHueAndGreyEntries) {
 }
 
 TEST(DisplayPalette, WhiteIsBlackOnPaper) {
-  for (const int index : {7, 8, 9, 255}) expectNear(displayColor(index), 0, 0, 0);
+  for (const int index : {7, 8, 9, 255}) {
+    expectNear(displayColor(index), 0, 0, 0);
+  }
 }
 
 TEST(DisplayPalette, NumbersOutsideThePaletteAreBlack) {
@@ -65,7 +69,7 @@ TEST(DisplayPalette, NumbersOutsideThePaletteAreBlack) {
   }
 }
 
-TEST(Picture, LinesHaveTheColoursOfTheirIndices) {
+TEST(Picture, LinesHaveTheColorsOfTheirIndices) {
   const PicturePixels picture = draw(
       "", lineText(1, 10, 20, 90, 20) + lineText(3, 10, 40, 90, 40) + lineText(5, 10, 60, 90, 60));
   const Pixel red = inkAt(picture, 50, 20);
@@ -79,6 +83,17 @@ TEST(Picture, LinesHaveTheColoursOfTheirIndices) {
   EXPECT_LT(blue.red, 110);
 }
 
+TEST(Picture, LinesByLayerHaveTheColorOfTheirLayer) {
+  const std::string layers =
+      "  0\nSECTION\n  2\nTABLES\n  0\nTABLE\n  2\nLAYER\n  0\nLAYER\n  2\nWalls\n 62\n1\n"
+      "  0\nENDTAB\n  0\nENDSEC\n";
+  const PicturePixels picture = PicturePixels::OfDrawing(
+      layers + framed("", entityText("LINE", "8=Walls 10=10 20=20 11=90 21=20")), kSize);
+  const Pixel red = inkAt(picture, 50, 20);
+  EXPECT_GT(red.red, 240);
+  EXPECT_LT(red.green, 110);
+}
+
 TEST(Picture, StandsOnWhite) {
   const PicturePixels picture = draw("", "");
   EXPECT_TRUE(picture.At(0, 0).IsWhite());
@@ -87,7 +102,7 @@ TEST(Picture, StandsOnWhite) {
   EXPECT_EQ(picture.Height(), kSize);
 }
 
-TEST(Picture, FrameOfColour7IsBlackAndAtTheMargin) {
+TEST(Picture, FrameOfColor7IsBlackAndAtTheMargin) {
   const PicturePixels picture = draw("", "");
   EXPECT_LT(inkAt(picture, 50, 0).red, 110);
   EXPECT_LT(inkAt(picture, 0, 50).red, 110);
@@ -134,7 +149,9 @@ TEST(Picture, PolylineOfManyVerticesIsUnbroken) {
     points += std::to_string(10 + step * 80 / 3000.0) + "," + (step % 2 == 0 ? "40 " : "60 ");
   }
   const PicturePixels picture = draw("", polylineText(5, false, points));
-  for (int x = 11; x < 90; ++x) EXPECT_FALSE(inkAt(picture, x, 50).IsWhite()) << x;
+  for (int x = 11; x < 90; ++x) {
+    EXPECT_FALSE(inkAt(picture, x, 50).IsWhite()) << x;
+  }
 }
 
 TEST(Picture, CircleIsRound) {
@@ -159,7 +176,7 @@ TEST(Picture, LeftTextBeginsAtItsPoint) {
   EXPECT_GT(ink.right, pageX(60));
 }
 
-TEST(Picture, CentredTextHasItsMiddleOnItsPoint) {
+TEST(Picture, CenteredTextHasItsMiddleOnItsPoint) {
   const PixelBox ink = draw("", labelText("HHH", 8, 50, 50, 1)).InkBoxWithin(insideFrame());
   EXPECT_NEAR((ink.left + ink.right) / 2.0, pageX(50), 2);
   EXPECT_NEAR((ink.top + ink.bottom) / 2.0, pageY(50), 2);
@@ -269,7 +286,7 @@ TEST(Picture, SameDrawingMakesTheSamePng) {
   EXPECT_EQ(drawPicture(drawing, {}).bytes, drawPicture(drawing, {}).bytes);
 }
 
-TEST(PictureFormat, IsTheEndOfTheName) {
+TEST(PictureFormat, IsTheExtension) {
   EXPECT_EQ(pictureFormat("a.png"), PictureFormat::kPng);
   EXPECT_EQ(pictureFormat("out.d/A.SVG"), PictureFormat::kSvg);
   EXPECT_EQ(pictureFormat("a.b.Pdf"), PictureFormat::kPdf);
@@ -279,3 +296,5 @@ TEST(PictureFormat, IsTheEndOfTheName) {
 }
 
 }  // namespace
+
+}  // namespace dxf2d

@@ -4,10 +4,14 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
-#include "app/exit_code.h"
-#include "tests/app/preview/drawing_text.h"
+#include "app/cli/command_line.h"
+#include "app/cli/exit_code.h"
+#include "tests/app/drawing/drawing_text.h"
 #include "tests/support/scratch_directory.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -16,23 +20,38 @@ struct Outcome {
   std::string said;
 };
 
-Outcome run(const PreviewOptions& options) {
+Outcome run(const PreviewOptions& options, const std::vector<std::string>& more = {}) {
+  std::vector<std::string> words{"dxf2d", "preview"};
+  words.insert(words.end(), options.drawings.begin(), options.drawings.end());
+  for (const std::string& word : {std::string("-o"), options.output, std::string("--size"),
+                                  std::to_string(options.style.size)}) {
+    words.push_back(word);
+  }
+  if (options.existing == Existing::kReplace) {
+    words.emplace_back("--force");
+  }
+  words.insert(words.end(), more.begin(), more.end());
+  std::vector<const char*> arguments;
+  for (const std::string& word : words) {
+    arguments.push_back(word.c_str());
+  }
   testing::internal::CaptureStderr();
-  const int code = runPreview(options);
+  const int code = runCommandLine({"", "", "", {previewCommand()}},
+                                  static_cast<int>(arguments.size()), arguments.data());
   return {code, testing::internal::GetCapturedStderr()};
 }
 
 // A directory that holds plan.dxf, and the options that make plan.png of it.
 struct Fixture {
   ScratchDirectory directory;
-  PreviewOptions options{directory / "plan.dxf", directory / "plan.png", 200, 1252,
-                         Existing::kKeep};
+  PreviewOptions options{.drawings = {directory / "plan.dxf"}, .output = directory / "plan.png"};
 
   explicit Fixture(const std::string& entities) {
-    ScratchDirectory::Fill(options.drawing, drawingText("", entities));
+    options.style.size = 200;
+    ScratchDirectory::Fill(options.drawings.front(), drawingText("", entities));
   }
   void ExpectNoPicture() const {
-    EXPECT_FALSE(std::filesystem::exists(options.picture));
+    EXPECT_FALSE(std::filesystem::exists(options.output));
     EXPECT_EQ(directory.FileCount(), 1U);
   }
 };
@@ -41,35 +60,23 @@ void expectContains(const std::string& text, const std::string& part) {
   EXPECT_NE(text.find(part), std::string::npos) << text;
 }
 
-TEST(PreviewCommand, MakesEveryKindOfPictureInSilence) {
+TEST(PreviewCommand, MakesEveryKindOfPictureSilently) {
   Fixture fixture(lineText(1, 0, 0, 1, 1));
   for (const char* name : {"plan.png", "plan.svg", "plan.pdf"}) {
-    fixture.options.picture = fixture.directory / name;
+    fixture.options.output = fixture.directory / name;
     const Outcome outcome = run(fixture.options);
     EXPECT_EQ(outcome.code, kExitDone);
     EXPECT_EQ(outcome.said, "");
-    EXPECT_GT(std::filesystem::file_size(fixture.options.picture), 100U);
+    EXPECT_GT(std::filesystem::file_size(fixture.options.output), 100U);
   }
 }
 
-TEST(PreviewCommand, UnknownEndOfNameIsUsage) {
+TEST(PreviewCommand, UnknownExtensionIsAUsageError) {
   Fixture fixture(lineText(1, 0, 0, 1, 1));
-  fixture.options.picture = fixture.directory / "plan.jpg";
+  fixture.options.output = fixture.directory / "plan.jpg";
   const Outcome outcome = run(fixture.options);
   EXPECT_EQ(outcome.code, kExitUsage);
-  expectContains(outcome.said, "end it in .png, .svg or .pdf");
-  fixture.ExpectNoPicture();
-}
-
-TEST(PreviewCommand, SizeAndCodePageOutOfRangeAreUsage) {
-  Fixture fixture(lineText(1, 0, 0, 1, 1));
-  for (const int size : {-1, 0, 15, 10'001}) {
-    fixture.options.size = size;
-    EXPECT_EQ(run(fixture.options).code, kExitUsage) << size;
-  }
-  fixture.options.size = 200;
-  fixture.options.codePage = 437;
-  EXPECT_EQ(run(fixture.options).code, kExitUsage);
+  expectContains(outcome.said, "end the name in .png, .svg or .pdf");
   fixture.ExpectNoPicture();
 }
 
@@ -77,7 +84,7 @@ TEST(PreviewCommand, EmptyDrawingHoldsNothingToDraw) {
   const Fixture fixture("");
   const Outcome outcome = run(fixture.options);
   EXPECT_EQ(outcome.code, kExitNothingToDraw);
-  expectContains(outcome.said, "plan.dxf' holds nothing to draw");
+  expectContains(outcome.said, "plan.dxf: contains nothing to draw; ");
   fixture.ExpectNoPicture();
 }
 
@@ -92,15 +99,15 @@ TEST(PreviewCommand, MalformedDrawingIsNamedWithItsLine) {
 
 TEST(PreviewCommand, MissingDrawingIsNamed) {
   Fixture fixture("");
-  fixture.options.drawing = fixture.directory / "other.dxf";
+  fixture.options.drawings.front() = fixture.directory / "other.dxf";
   const Outcome outcome = run(fixture.options);
   EXPECT_EQ(outcome.code, kExitInput);
-  expectContains(outcome.said, "other.dxf': No such file or directory");
+  expectContains(outcome.said, "other.dxf: cannot be read: No such file or directory; ");
 }
 
 TEST(PreviewCommand, MissingDirectoryOfThePictureIsNamed) {
   Fixture fixture(lineText(1, 0, 0, 1, 1));
-  fixture.options.picture = fixture.directory / "out/plan.png";
+  fixture.options.output = fixture.directory / "out/plan.png";
   const Outcome outcome = run(fixture.options);
   EXPECT_EQ(outcome.code, kExitOutputNotMade);
   expectContains(outcome.said, "does not exist; create it or choose another");
@@ -108,29 +115,29 @@ TEST(PreviewCommand, MissingDirectoryOfThePictureIsNamed) {
 
 TEST(PreviewCommand, OldPictureStaysWhenTheDrawingIsMalformed) {
   Fixture fixture("  0\nVERTEX\n");
-  ScratchDirectory::Fill(fixture.options.picture, "old");
+  ScratchDirectory::Fill(fixture.options.output, "old");
   fixture.options.existing = Existing::kReplace;
   EXPECT_EQ(run(fixture.options).code, kExitInput);
-  EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.picture), "old");
+  EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.output), "old");
 }
 
 TEST(PreviewCommand, OldPictureIsReplacedOnlyWhenItMayBe) {
   Fixture fixture(lineText(1, 0, 0, 1, 1));
-  ScratchDirectory::Fill(fixture.options.picture, "old");
+  ScratchDirectory::Fill(fixture.options.output, "old");
   const Outcome outcome = run(fixture.options);
   EXPECT_EQ(outcome.code, kExitOutputExists);
   expectContains(outcome.said, "--force");
-  EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.picture), "old");
+  EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.output), "old");
   fixture.options.existing = Existing::kReplace;
   EXPECT_EQ(run(fixture.options).code, kExitDone);
-  EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.picture).substr(1, 3), "PNG");
+  EXPECT_EQ(ScratchDirectory::ContentOf(fixture.options.output).substr(1, 3), "PNG");
 }
 
 TEST(PreviewCommand, OtherEntitiesAreNoted) {
   const Fixture fixture(lineText(1, 0, 0, 1, 1) + entityText("HATCH", "10=0"));
   const Outcome outcome = run(fixture.options);
   EXPECT_EQ(outcome.code, kExitDone);
-  expectContains(outcome.said, "1 entities of other kinds");
+  expectContains(outcome.said, "1 entities of unsupported kinds");
   expectContains(outcome.said, "'HATCH'");
 }
 
@@ -138,25 +145,96 @@ TEST(PreviewCommand, DrawingIsNeverOverwrittenByItsPicture) {
   const ScratchDirectory directory;
   const std::string text = drawingText("", lineText(1, 0, 0, 1, 1));
   ScratchDirectory::Fill(directory / "plan.png", text);
-  EXPECT_EQ(
-      run({directory / "plan.png", directory / "plan.png", 200, 1252, Existing::kReplace}).code,
-      kExitUsage);
+  EXPECT_EQ(run({.drawings = {directory / "plan.png"},
+                 .output = directory / "plan.png",
+                 .existing = Existing::kReplace})
+                .code,
+            kExitUsage);
   EXPECT_EQ(ScratchDirectory::ContentOf(directory / "plan.png"), text);
+}
+
+// A drawing whose last block stands for 2^`levels` lines.
+void fillTower(const std::string& path, std::size_t levels) {
+  std::string blocks = blockText(blockName(0), lineText(1, 0, 0, 1, 1));
+  for (std::size_t level = 1; level <= levels; ++level) {
+    const std::string inner = insertText(blockName(level - 1), 0, 0);
+    blocks += blockText(blockName(level), inner + inner);
+  }
+  ScratchDirectory::Fill(path, drawingText(blocks, insertText(blockName(levels), 0, 0)));
 }
 
 TEST(PreviewCommand, TowerOfInsertsIsALimit) {
   const ScratchDirectory directory;
-  std::string blocks = blockText(blockName(0), lineText(1, 0, 0, 1, 1));
-  for (std::size_t level = 1; level < 40; ++level) {
-    const std::string inner = insertText(blockName(level - 1), 0, 0);
-    blocks += blockText(blockName(level), inner + inner);
+  // More than is read, and more than is drawn.
+  for (const std::size_t levels : {40U, 23U}) {
+    fillTower(directory / "plan.dxf", levels);
+    const Outcome outcome =
+        run({.drawings = {directory / "plan.dxf"}, .output = directory / "plan.png"});
+    EXPECT_EQ(outcome.code, kExitLimit);
+    expectContains(outcome.said, "points and letters");
+    EXPECT_EQ(directory.FileCount(), 1U);
   }
-  ScratchDirectory::Fill(directory / "plan.dxf",
-                         drawingText(blocks, insertText(blockName(39), 0, 0)));
+}
+
+TEST(PreviewCommand, PictureThatGrowsTooLargeIsALimit) {
+  const ScratchDirectory directory;
+  fillTower(directory / "plan.dxf", 20);
   const Outcome outcome =
-      run({directory / "plan.dxf", directory / "plan.png", 200, 1252, Existing::kKeep});
+      run({.drawings = {directory / "plan.dxf"}, .output = directory / "plan.svg"});
   EXPECT_EQ(outcome.code, kExitLimit);
-  expectContains(outcome.said, "points and letters");
+  expectContains(outcome.said, "of more than 128 MiB");
+  EXPECT_EQ(directory.FileCount(), 1U);
+}
+
+TEST(PreviewCommand, SeveralDrawingsGoIntoADirectory) {
+  Fixture fixture(lineText(1, 0, 0, 1, 1));
+  const std::string other = fixture.directory / "other.dxf";
+  ScratchDirectory::Fill(other, drawingText("", lineText(1, 0, 0, 1, 1)));
+  fixture.options.drawings.push_back(other);
+  fixture.options.output = fixture.directory / "pictures/";
+  std::filesystem::create_directory(fixture.options.output);
+  const Outcome outcome = run(fixture.options, {"--format", "svg"});
+  EXPECT_EQ(outcome.code, kExitDone) << outcome.said;
+  EXPECT_TRUE(std::filesystem::exists(fixture.directory / "pictures/plan.svg"));
+  EXPECT_TRUE(std::filesystem::exists(fixture.directory / "pictures/other.svg"));
+}
+
+TEST(PreviewCommand, OneBrokenDrawingOfSeveralLeavesTheOthers) {
+  Fixture fixture(lineText(1, 0, 0, 1, 1));
+  const std::string other = fixture.directory / "other.dxf";
+  ScratchDirectory::Fill(other, "broken");
+  fixture.options.drawings.insert(fixture.options.drawings.begin(), other);
+  fixture.options.output = fixture.directory / "pictures/";
+  std::filesystem::create_directory(fixture.options.output);
+  const Outcome outcome = run(fixture.options);
+  EXPECT_EQ(outcome.code, kExitSomeFailed);
+  expectContains(outcome.said, "1 of 2 pictures were not drawn");
+  EXPECT_TRUE(std::filesystem::exists(fixture.directory / "pictures/plan.png"));
+}
+
+TEST(PreviewCommand, SeveralDrawingsNeedADirectory) {
+  Fixture fixture(lineText(1, 0, 0, 1, 1));
+  fixture.options.drawings.push_back(fixture.directory / "other.dxf");
+  const Outcome outcome = run(fixture.options);
+  EXPECT_EQ(outcome.code, kExitOutputNotMade);
+  expectContains(outcome.said, "plan.png: the directory does not exist; create it");
+  fixture.ExpectNoPicture();
+}
+
+TEST(PreviewCommand, PicturesOfOneNameAreRefused) {
+  Fixture fixture(lineText(1, 0, 0, 1, 1));
+  fixture.options.drawings.push_back(fixture.options.drawings.front());
+  EXPECT_EQ(run(fixture.options).code, kExitUsage);
+}
+
+TEST(PreviewCommand, AScaleNeedsUnits) {
+  Fixture fixture(lineText(1, 0, 0, 1, 1));
+  const Outcome outcome = run(fixture.options, {"--plot-scale", "1:1"});
+  EXPECT_EQ(outcome.code, kExitUsage);
+  expectContains(outcome.said, "does not say its units");
+  EXPECT_EQ(run(fixture.options, {"--plot-scale", "1:1", "--source-units", "mm"}).code, kExitDone);
 }
 
 }  // namespace
+
+}  // namespace dxf2d
