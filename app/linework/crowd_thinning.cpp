@@ -1,0 +1,219 @@
+#include "app/linework/crowd_thinning.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <numbers>
+#include <span>
+#include <vector>
+
+namespace dxf2d::linework {
+
+namespace {
+
+// Up to so many, comparing each with each is fast.
+constexpr std::size_t kCrowd = 16;
+constexpr int kClasses = 256;
+constexpr double kClassWidth = std::numbers::pi / kClasses;
+// Edges shorter than this have no direction to speak of.
+constexpr double kLeastTolerances = 8.0;
+constexpr double kRowTolerances = 64.0;
+
+struct Place {
+  std::uint64_t cell;
+  EdgeNumber edge;
+};
+
+std::uint64_t mixed(std::uint64_t hash, std::int64_t value) {
+  hash = (hash ^ static_cast<std::uint64_t>(value)) * 0x9E3779B97F4A7C15U;
+  return hash ^ (hash >> 29U);
+}
+
+class CrowdThinning {
+ public:
+  CrowdThinning(Graph& graph, double tolerance)
+      : graph_(graph), tolerance_(tolerance), isCovered_(graph.edges.size(), 0) {
+    for (int i = 0; i < kClasses; ++i) {
+      const double angle = (i + 0.5) * kClassWidth;
+      axes_[static_cast<std::size_t>(i)] = {std::cos(angle), std::sin(angle)};
+    }
+  }
+
+  void Run() {
+    std::vector<Place> places = CrowdedPlaces();
+    std::ranges::sort(places, [](const Place& a, const Place& b) {
+      return a.cell != b.cell ? a.cell < b.cell : a.edge < b.edge;
+    });
+    for (std::size_t begin = 0, end = 0; begin < places.size(); begin = end) {
+      while (end < places.size() && places[end].cell == places[begin].cell) {
+        ++end;
+      }
+      if (end - begin > kCrowd) {
+        Thin(std::span(places).subspan(begin, end - begin));
+      }
+    }
+    RemoveCovered();
+  }
+
+ private:
+  // The edges in cells that may hold a crowd. Few drawings have any, and counting is faster than
+  // sorting; cells may share a count.
+  std::vector<Place> CrowdedPlaces() const {
+    constexpr std::size_t kLeastCounts = 64;
+    constexpr std::uint64_t kNoCell = 0;
+    const std::size_t size = std::bit_ceil(std::max(2 * graph_.edges.size(), kLeastCounts));
+    std::vector<std::uint8_t> counts(size, 0);
+    std::vector<std::uint64_t> cells(graph_.edges.size(), kNoCell);
+    for (EdgeNumber i = 0; i < graph_.edges.size(); ++i) {
+      if (length(VectorOf(i)) >= kLeastTolerances * tolerance_) {
+        cells[i] = CellOf(i) | 1U;
+        std::uint8_t& count = counts[cells[i] >> 1U & (size - 1)];
+        count = static_cast<std::uint8_t>(std::min<std::size_t>(count + 1U, kCrowd + 1));
+      }
+    }
+    std::vector<Place> places;
+    for (EdgeNumber i = 0; i < graph_.edges.size(); ++i) {
+      if (cells[i] != kNoCell && counts[cells[i] >> 1U & (size - 1)] > kCrowd) {
+        places.push_back({cells[i], i});
+      }
+    }
+    return places;
+  }
+
+  // An edge along the axis of its crowd.
+  struct Span {
+    EdgeNumber edge;
+    double low;
+    double high;
+    PlanPoint lowEnd;
+    PlanPoint highEnd;
+  };
+
+  // Counted from some point of the linework, which may be far from the origin.
+  PlanPoint PointOf(PointNumber point) const {
+    return graph_.points[point] - graph_.points.front();
+  }
+  PlanPoint VectorOf(EdgeNumber edge) const {
+    return graph_.points[graph_.edges[edge].to] - graph_.points[graph_.edges[edge].from];
+  }
+
+  static int ClassOf(PlanPoint vector) {
+    const double angle = std::atan2(vector.y, vector.x);
+    const double turned = angle < 0.0 ? angle + std::numbers::pi : angle;
+    return std::clamp(static_cast<int>(turned / kClassWidth), 0, kClasses - 1);
+  }
+
+  PlanPoint AxisOf(int number) const { return axes_[static_cast<std::size_t>(number)]; }
+
+  // Edges of one direction and about one length, whose middles are in one column as wide as they
+  // are long, and whose lines pass its middle at one height. Different cells may have one number.
+  std::uint64_t CellOf(EdgeNumber edge) const {
+    const PlanPoint vector = VectorOf(edge);
+    const int number = ClassOf(vector);
+    const PlanPoint axis = AxisOf(number);
+    const int level = std::ilogb(length(vector) / (kLeastTolerances * tolerance_)) / 2;
+    const double width = std::ldexp(kLeastTolerances * tolerance_, 2 * level + 2);
+    const PlanPoint from = PointOf(graph_.edges[edge].from);
+    const double along = dot(axis, from) + dot(axis, vector) / 2.0;
+    const double column = std::floor(along / width);
+    const double slope = cross(axis, vector) / dot(axis, vector);
+    const double across = cross(axis, from) + slope * ((column + 0.5) * width - dot(axis, from));
+    const double row = std::floor(across / (kRowTolerances * tolerance_));
+    std::uint64_t hash = mixed(static_cast<std::uint64_t>(number), level);
+    hash = mixed(hash, static_cast<std::int64_t>(column));
+    return mixed(hash, static_cast<std::int64_t>(row));
+  }
+
+  Span SpanOf(EdgeNumber edge, PlanPoint axis) const {
+    const PlanPoint from = PointOf(graph_.edges[edge].from);
+    const PlanPoint to = PointOf(graph_.edges[edge].to);
+    const double a = dot(axis, from);
+    const double b = dot(axis, to);
+    return a <= b ? Span{edge, a, b, from, to} : Span{edge, b, a, to, from};
+  }
+
+  // Whether a point lies on the span.
+  bool IsOn(PlanPoint point, const Span& span) const {
+    constexpr double kShare = 0.125;
+    const PlanPoint vector = span.highEnd - span.lowEnd;
+    const double size = length(vector);
+    const PlanPoint there = point - span.lowEnd;
+    const double along = dot(vector, there) / size;
+    const double least = kShare * tolerance_;
+    return std::abs(cross(vector, there)) <= least * size && along >= -least &&
+           along <= size + least;
+  }
+
+  // Whether `covered` lies on two that overlap, `before` beginning first.
+  bool IsOnBoth(const Span& covered, const Span& before, const Span& after) const {
+    return after.low <= before.high && IsOn(covered.lowEnd, before) &&
+           IsOn(covered.highEnd, after) && IsOn(before.highEnd, covered) &&
+           IsOn(after.lowEnd, covered);
+  }
+
+  // Goes along the line: what lies on one that began before goes, and so does what lies on the two
+  // before and after it.
+  void Thin(std::span<const Place> crowd) {
+    const PlanPoint axis = AxisOf(ClassOf(VectorOf(crowd.front().edge)));
+    std::vector<Span> spans;
+    spans.reserve(crowd.size());
+    for (const Place& place : crowd) {
+      spans.push_back(SpanOf(place.edge, axis));
+    }
+    std::ranges::sort(spans, [](const Span& a, const Span& b) {
+      if (a.low != b.low) {
+        return a.low < b.low;
+      }
+      return a.high != b.high ? a.high > b.high : a.edge < b.edge;
+    });
+    std::vector<Span> kept;
+    for (const Span& span : spans) {
+      if (IsOnLast(span, kept)) {
+        isCovered_[span.edge] = 1;
+        continue;
+      }
+      while (kept.size() >= 2 && IsOnBoth(kept.back(), kept[kept.size() - 2], span)) {
+        isCovered_[kept.back().edge] = 1;
+        kept.pop_back();
+      }
+      kept.push_back(span);
+    }
+  }
+
+  // A few lines may lie side by side.
+  bool IsOnLast(const Span& span, const std::vector<Span>& kept) const {
+    constexpr std::size_t kLast = 4;
+    const std::size_t count = std::min(kLast, kept.size());
+    return std::any_of(
+        kept.rbegin(), kept.rbegin() + static_cast<std::ptrdiff_t>(count),
+        [&](const Span& other) { return IsOn(span.lowEnd, other) && IsOn(span.highEnd, other); });
+  }
+
+  void RemoveCovered() {
+    std::size_t kept = 0;
+    for (std::size_t i = 0; i < graph_.edges.size(); ++i) {
+      if (isCovered_[i] == 0) {
+        graph_.edges[kept++] = graph_.edges[i];
+      }
+    }
+    graph_.edges.resize(kept);
+  }
+
+  Graph& graph_;
+  double tolerance_;
+  // By class, the direction in its middle.
+  std::array<PlanPoint, kClasses> axes_{};
+  std::vector<std::uint8_t> isCovered_;
+};
+
+}  // namespace
+
+void thinCrowds(Graph& graph, double tolerance) {
+  if (graph.edges.size() > kCrowd) {
+    CrowdThinning(graph, tolerance).Run();
+  }
+}
+
+}  // namespace dxf2d::linework
