@@ -4,36 +4,44 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "app/command_line.h"
-#include "app/deferred_end.h"
-#include "app/exit_code.h"
-#include "app/standard_streams.h"
+#include "app/batch/report_command.h"
+#include "app/cli/command_line.h"
+#include "app/export/export_command.h"
+#include "app/finish/finish_command.h"
+#include "app/inspect/inspect_command.h"
+#include "app/preview/preview_command.h"
+#include "app/process/standard_streams.h"
+#include "app/process/termination_signals.h"
 
 namespace {
 
-int run(int argc, char** argv) {
-  int exitCode = kExitDone;
-  const std::optional<Command> command = parseCommandLine(argc, argv, exitCode);
-  if (!command) return exitCode;
-  if (const auto* exporting = std::get_if<ExportOptions>(&*command)) return runExport(*exporting);
-  if (const auto* inspecting = std::get_if<InspectOptions>(&*command)) {
-    return runInspect(*inspecting);
-  }
-  return runPreview(std::get<PreviewOptions>(*command));
-}
+constexpr const char* kAbout =
+    "Draws plans of 3D models as DXF: outlines seen from one direction, flat, in the model's own "
+    "units.";
+
+constexpr const char* kExitCodes =
+    "Exit codes: 0 done, 1 internal error, 2 wrong usage, 3 unreadable input, 4 nothing to draw, "
+    "5 output cannot be created, 6 writing failed, 7 limit exceeded, 8 plug-in missing or invalid, "
+    "9 output exists, 10 some of several models failed. A termination signal, such as that of "
+    "Ctrl-C, ends the program by that signal after it has cleaned up.";
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  reserveStandardStreams();
-  admitEndRequests();
-  // Messages in the user's language, and nothing else: numbers in drawings have a point everywhere.
+  dxf2d::reserveStandardStreams();
+  dxf2d::unblockTerminationSignals();
+  // Messages in the user's language, and nothing else: numbers in drawings always have a point.
   std::setlocale(LC_MESSAGES, "");
-  // A reader of our output that goes away, and a file beyond the limit on sizes, are failed writes,
-  // which are reported.
+  // EPIPE and EFBIG are reported as failed writes.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
-  const int exitCode = run(argc, argv);
+  const dxf2d::Program program{
+      kAbout,
+      "dxf2d " DXF2D_VERSION,
+      kExitCodes,
+      {dxf2d::exportCommand(), dxf2d::finishCommand(), dxf2d::previewCommand(),
+       dxf2d::inspectCommand(), dxf2d::reportCommand()}};
+  const int exitCode = dxf2d::runCommandLine(program, argc, argv);
   // Not exit(): all files are closed and checked, and freeing a large scene takes time.
   std::fflush(stdout);
   std::_Exit(exitCode);

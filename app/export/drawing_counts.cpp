@@ -1,7 +1,11 @@
 #include "app/export/drawing_counts.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
+#include <variant>
+
+namespace dxf2d {
 
 namespace {
 
@@ -13,26 +17,67 @@ struct EntityLine {
 };
 
 constexpr EntityLine kPolyline{"\n  0\nPOLYLINE\n", 'P'};
+constexpr EntityLine kLightPolyline{"\n  0\nLWPOLYLINE\n", 'W'};
 constexpr EntityLine kVertex{"\n  0\nVERTEX\n", 'V'};
 constexpr EntityLine kText{"\n  0\nTEXT\n", 'X'};
 constexpr EntityLine kInsert{"\n  0\nINSERT\n", 'I'};
 
-// How many of `line` have their rare letter from `begin` to before `end` of `drawing`.
-std::size_t countIn(std::string_view drawing, std::size_t begin, std::size_t end,
-                    const EntityLine& line) {
+// Calls visit(place after the line) for each `line` whose rare letter is from `begin` to before
+// `end` of `drawing`.
+template <typename Visit>
+void forEachIn(std::string_view drawing, std::size_t begin, std::size_t end, const EntityLine& line,
+               const Visit& visit) {
   const std::size_t offset = line.text.find(line.rare);
   const char* const last = drawing.data() + end;
-  std::size_t count = 0;
   const char* at = drawing.data() + begin;
   while (at != last) {
     const void* const found = std::memchr(at, line.rare, static_cast<std::size_t>(last - at));
-    if (found == nullptr) break;
+    if (found == nullptr) {
+      break;
+    }
     at = static_cast<const char*>(found) + 1;
     const auto place = static_cast<std::size_t>(at - drawing.data()) - 1;
-    if (place >= offset && drawing.substr(place - offset).starts_with(line.text)) ++count;
+    if (place >= offset && drawing.substr(place - offset).starts_with(line.text)) {
+      visit(place - offset + line.text.size());
+    }
+  }
+}
+
+std::size_t countIn(std::string_view drawing, std::size_t begin, std::size_t end,
+                    const EntityLine& line) {
+  std::size_t count = 0;
+  forEachIn(drawing, begin, end, line, [&count](std::size_t) { ++count; });
+  return count;
+}
+
+// The number in group 90 of the light polyline whose groups begin at `place`.
+std::size_t lightVertices(std::string_view drawing, std::size_t place) {
+  constexpr std::string_view kCountCode = "\n 90\n";
+  const std::size_t found = drawing.find(kCountCode, place);
+  std::size_t count = 0;
+  if (found != std::string_view::npos) {
+    std::from_chars(drawing.data() + found + kCountCode.size(), drawing.data() + drawing.size(),
+                    count);
   }
   return count;
 }
+
+class EntityCounter {
+ public:
+  explicit EntityCounter(DrawingCounts& counts) : counts_(counts) {}
+
+  void operator()(const PolylineEntity& polyline) const {
+    ++counts_.polylines;
+    counts_.closed += polyline.closed ? 1 : 0;
+    counts_.vertices += polyline.vertices.size();
+  }
+  void operator()(const TextEntity&) const { ++counts_.texts; }
+  template <typename Entity>
+  void operator()(const Entity&) const {}
+
+ private:
+  DrawingCounts& counts_;
+};
 
 }  // namespace
 
@@ -47,8 +92,29 @@ DrawingCounts countDrawing(std::string_view drawing) {
     const std::size_t end = std::min(begin + kPiece, drawing.size());
     counts.polylines += countIn(drawing, begin, end, kPolyline);
     counts.vertices += countIn(drawing, begin, end, kVertex);
+    forEachIn(drawing, begin, end, kLightPolyline, [&](std::size_t place) {
+      ++counts.polylines;
+      counts.vertices += lightVertices(drawing, place);
+    });
     counts.texts += countIn(drawing, begin, end, kText);
     counts.placed += countIn(drawing, std::min(std::max(begin, entities), end), end, kInsert);
   }
   return counts;
 }
+
+DrawingCounts countDrawing(const Drawing& drawing) {
+  DrawingCounts counts;
+  const EntityCounter counter(counts);
+  for (const DrawingEntity& entity : drawing.entities) {
+    std::visit(counter, entity);
+    counts.placed += std::holds_alternative<InsertEntity>(entity) ? 1 : 0;
+  }
+  for (const DrawingBlock& block : drawing.blocks) {
+    for (const DrawingEntity& entity : block.entities) {
+      std::visit(counter, entity);
+    }
+  }
+  return counts;
+}
+
+}  // namespace dxf2d

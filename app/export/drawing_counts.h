@@ -5,13 +5,24 @@
 #include <string>
 #include <string_view>
 
+#include "app/drawing/drawing.h"
+
+namespace dxf2d {
+
 struct DrawingCounts {
   std::size_t polylines = 0;
+  // Known of drawings that were read.
+  std::size_t closed = 0;
   std::size_t vertices = 0;
   std::size_t texts = 0;
   // INSERTs of the ENTITIES section: the objects and labels that are placed.
   std::size_t placed = 0;
 };
 
-// The counts of a drawing in memory.
+// The counts of the text of a drawing, of any release that this system writes.
 DrawingCounts countDrawing(std::string_view drawing);
+
+// The same of one that was read.
+DrawingCounts countDrawing(const Drawing& drawing);
+
+}  // namespace dxf2d

@@ -1,42 +1,31 @@
 #include "app/export/export_command.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <system_error>
+#include <utility>
 
+#include "app/batch/batch_input.h"
+#include "app/cli/failure.h"
+#include "app/cli/option_values.h"
+#include "app/cli/run_all.h"
 #include "app/export/drawing_names.h"
-#include "app/failure.h"
-#include "app/preview/text_decoding.h"
-#include "platform/code_page.h"
+#include "app/export/export_batch.h"
+#include "app/export/line_options.h"
+#include "app/export/model_ends.h"
+#include "app/export/model_list.h"
+#include "app/output/destination.h"
+#include "app/process/file_identity.h"
+
+namespace dxf2d {
 
 namespace {
 
-int exportAll(const std::vector<ExportJob>& jobs, const ExportOptions& options) {
-  std::size_t failed = 0;
-  for (const ExportJob& job : jobs) {
-    const int code = runExportJob(job, options);
-    // The next model has no better one.
-    if (code == kExitPlugin) return code;
-    if (code != kExitDone) ++failed;
-  }
-  if (failed == 0) return kExitDone;
-  return fail(kExitSomeFailed, std::to_string(failed) + " of " + std::to_string(jobs.size()) +
-                                   " models were not drawn; see the sentences above");
-}
-
-// Once for all drawings in it.
-void checkDirectory(const std::string& directory) {
-  std::error_code ignored;
-  if (std::filesystem::is_directory(directory, ignored)) return;
-  const bool exists = std::filesystem::exists(directory, ignored);
-  throw OutputError(kExitOutputNotMade,
-                    "cannot draw into '" + directory +
-                        (exists ? "': it is no directory; choose another"
-                                : "': there is no such directory; create it or choose another"));
-}
-
-// Where the drawing would stand, when all links are followed. Empty where it cannot: that is said
-// when its turn comes.
+// The drawing's path with all links followed. Empty when there is none; the message follows when
+// the drawing is created.
 std::filesystem::path placeOf(const std::string& drawing) {
   try {
     std::error_code ignored;
@@ -49,39 +38,140 @@ std::filesystem::path placeOf(const std::string& drawing) {
 // Links may lead a drawing to a model that is still to be read, or to another drawing.
 void checkLinks(const std::vector<ExportJob>& jobs) {
   namespace fs = std::filesystem;
-  std::map<fs::path, std::string> modelAt;
   std::map<fs::path, std::string> drawingAt;
-  std::error_code ignored;
+  std::map<std::pair<std::uint64_t, std::uint64_t>, std::string> modelAt;
   for (const ExportJob& job : jobs) {
-    modelAt.emplace(fs::weakly_canonical(job.model, ignored), job.model);
+    if (const auto model = identityOf(job.model)) {
+      modelAt.emplace(std::pair(model->device, model->number), job.model);
+    }
   }
   for (const ExportJob& job : jobs) {
     const fs::path place = placeOf(job.drawing);
-    if (place.empty()) continue;
-    const auto model = modelAt.find(place);
+    if (place.empty()) {
+      continue;
+    }
+    const std::optional<FileIdentity> replaced = identityOf(job.drawing);
+    const auto model =
+        replaced ? modelAt.find({replaced->device, replaced->number}) : modelAt.end();
     if (model != modelAt.end()) {
-      throw UsageError("the drawing '" + job.drawing + "' would replace the model '" +
-                       model->second + "'; draw into another directory");
+      throw UsageError({job.drawing, "would replace the model '" + model->second + "'",
+                        "draw into another directory"});
     }
     const auto [other, isNew] = drawingAt.emplace(place, job.drawing);
     if (!isNew) {
-      throw UsageError("'" + other->second + "' and '" + job.drawing +
-                       "' lead to one file; draw into another directory");
+      throw UsageError({job.drawing, "is the same file as '" + other->second + "'",
+                        "draw into another directory"});
     }
   }
 }
 
-int exportModels(const ExportOptions& options) {
-  if (!SetThreadCodePage(options.codePage)) throw UsageError(unknownCodePage(options.codePage));
-  const std::vector<ExportJob> jobs = exportJobs(options.models, options.output);
-  if (jobs.size() == 1) return runExportJob(jobs.front(), options);
-  checkDirectory(options.output);
-  checkLinks(jobs);
-  return exportAll(jobs, options);
+std::string withoutDot(const std::string& end) { return end.empty() ? end : end.substr(1); }
+
+// Throws UsageError for options that contradict one another or the output.
+void checkBatchOptions(const ExportOptions& options, bool isForSeveral) {
+  const BatchOptions& batch = options.batch;
+  if (batch.keepsGoing && batch.failsFast) {
+    throw UsageError({"", "--keep-going and --fail-fast exclude one another", "give one of them"});
+  }
+  if (batch.isQuiet && batch.isVerbose) {
+    throw UsageError({"", "--quiet and --verbose exclude one another", "give one of them"});
+  }
+  if (!isForSeveral) {
+    return;
+  }
+  if (options.output == "-") {
+    throw UsageError({"", "several drawings cannot go to standard output",
+                      "name a directory for them with --output"});
+  }
+  std::error_code ignored;
+  const std::filesystem::path output = options.output;
+  if (!options.output.ends_with('/') &&
+      parseOutputFormat(withoutDot(output.extension().string())) &&
+      !std::filesystem::is_directory(output, ignored)) {
+    throw UsageError({options.output,
+                      "is the name of one file, and several models have a drawing each",
+                      "name a directory for them, such as '" +
+                          output.parent_path().append(output.stem().string()).string() + "/'"});
+  }
+}
+
+// Files in folders whose ends importers know; not what is more often a drawing than a model.
+bool isModelIn(const std::vector<std::string>& ends, const std::string& path) {
+  const std::string end = normalized(std::filesystem::path(path).extension().string());
+  return end != ".dxf" && std::ranges::find(ends, end) != ends.end();
+}
+
+batch::Inputs inputsOf(const ExportOptions& options) {
+  std::optional<std::vector<std::string>> ends;
+  const auto isModel = [&](const std::string& path) {
+    if (!ends) {
+      ends = modelEnds(options);
+    }
+    return isModelIn(*ends, path);
+  };
+  batch::Inputs inputs = batch::collectInputs(
+      {options.models, options.batch.lists, options.batch.isRecursive, options.output}, isModel);
+  if (inputs.inputs.empty() && inputs.problems.empty()) {
+    throw UsageError({options.models.empty() ? options.batch.lists.front() : options.models.front(),
+                      "names no models", "name others, or look into folders of folders with -r"});
+  }
+  return inputs;
+}
+
+// With the directories above it, unless it is there.
+void makeDirectory(const std::string& directory) {
+  std::error_code error;
+  std::filesystem::create_directories(directory, error);
+  requireDirectory(directory);
+}
+
+int runJobs(const std::vector<ExportJob>& jobs, const ExportOptions& options,
+            const std::vector<Message>& problems = {}) {
+  if (jobs.size() > 1 && !options.preview.empty()) {
+    throw UsageError({options.preview, "would be the picture of several drawings",
+                      "draw pictures of them with dxf2d preview, or one drawing at a time"});
+  }
+  if (jobs.size() > 1) {
+    checkLinks(jobs);
+  }
+  return runExportJobs(jobs, options, problems);
+}
+
+int exportModels(ExportOptions options) {
+  checkLineOptions(options);
+  const bool isForSeveral = isForDirectory(options);
+  if (!options.format) {
+    options.format = isForSeveral ? OutputFormat::kDxf : formatOfName(options.output);
+  }
+  if (options.picture.sheet && *options.format == OutputFormat::kDxf && options.preview.empty()) {
+    throw UsageError({options.output, "is a drawing, which has no paper",
+                      "leave out --paper, --plot-scale, --margin, --title and --dpi, or write a "
+                      "picture with --format or --preview"});
+  }
+  checkBatchOptions(options, isForSeveral);
+  if (!isForSeveral) {
+    return runJobs(jobsIntoFile(options.models.front(), options.output, options.cuts), options);
+  }
+  const batch::Inputs inputs = inputsOf(options);
+  ExportJobs jobs =
+      jobsIntoDirectory(inputs.inputs, options.output, options.cuts, endOfFormat(*options.format));
+  makeDirectory(options.output);
+  for (const std::string& clash : jobs.clashes) {
+    note(clash);
+  }
+  return runJobs(jobs.jobs, options, inputs.problems);
 }
 
 }  // namespace
 
 int runExport(const ExportOptions& options) {
-  return reporting([&] { return exportModels(options); });
+  return reporting([&] {
+    if (!options.isListing) {
+      return exportModels(options);
+    }
+    return runAll(options.models, "models were not listed",
+                  [&](const std::string& model) { return listModel(model, options); });
+  });
 }
+
+}  // namespace dxf2d

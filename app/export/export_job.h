@@ -1,16 +1,27 @@
-// One model or scene, and its drawing.
+// dxf2d export of one model or scene.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 
-#include "app/export/export_command.h"
+#include "app/export/export_request.h"
 
-struct ExportJob {
-  std::string model;
-  // "-" is standard output.
-  std::string drawing;
+namespace dxf2d {
+
+// What becomes known of a job beside its exit code.
+struct JobNews {
+  // Called for each stage; may be empty.
+  std::function<void(std::string_view)> onStage{};
+  // Bytes that its worker took at most.
+  std::uint64_t peakMemory = 0;
+  // See ExportReport.
+  std::string facts{};
 };
 
-// Reads the model and has the plug-in draw it, in a process of its own and within the limits, and
-// puts the drawing in its place. Returns an ExitCode and tells the user as runExport does.
-int runExportJob(const ExportJob& job, const ExportOptions& options);
+// Draws a job's model in a worker process. Prints a message when that fails, else the summary of a
+// model. Returns an exit code.
+int runExportJob(const ExportJob& job, const ExportOptions& options, JobNews& news);
+
+}  // namespace dxf2d

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+namespace dxf2d {
+
 namespace {
 
 std::string number(const char* format, double value) {
@@ -21,7 +23,9 @@ std::string extentOf(const PlanExtent& extent) {
 }
 
 void addSkipped(std::string& list, std::size_t count, const char* one, const char* many) {
-  if (count == 0) return;
+  if (count == 0) {
+    return;
+  }
   list += (list.empty() ? "" : ", ") + counted(count, one, many);
 }
 
@@ -34,7 +38,60 @@ std::string labelsOf(const PlanContent& content, const DrawingCounts& counts) {
   return content.labels == 0 ? "" : ", " + counted(counts.texts, "label", "labels");
 }
 
-std::string skipped(const PlanContent& content, const DrawingCounts& counts) {
+std::string unitOf(const PlanContent& content) {
+  if (content.drawingUnit == content.modelUnit) {
+    return "unit " + unitName(content.modelUnit);
+  }
+  return "unit " + unitName(content.drawingUnit) + " (model in " + unitName(content.modelUnit) +
+         ")";
+}
+
+std::string instancesOf(const PlanContent& content) {
+  std::string text = counted(content.instances, "instance", "instances") + " shared";
+  if (content.unshared != 0) {
+    text += ", " + std::to_string(content.unshared) + " unshared";
+  }
+  return text;
+}
+
+// What is wrong with the lines of a cut or an outline.
+std::string gapsOf(const PlanContent& content) {
+  std::string list;
+  addSkipped(list, content.openEnds, "open end of cut lines", "open ends of cut lines");
+  addSkipped(list, content.openObjects, "cut object that does not hide its inside",
+             "cut objects that do not hide their inside");
+  return list.empty() ? "" : "; gaps: " + list;
+}
+
+}  // namespace
+
+std::string repairsOf(const MeshWork& work) {
+  const dxf2d::mesh::RepairCounts& repair = work.repair;
+  std::string list;
+  addSkipped(list, repair.pointsWelded, "vertex welded", "vertices welded");
+  addSkipped(list, repair.notFinite, "face or line too far out dropped",
+             "faces or lines too far out dropped");
+  addSkipped(list, repair.repeatedCorners, "repeated corner dropped", "repeated corners dropped");
+  addSkipped(list, repair.duplicatePolygons, "double face dropped", "double faces dropped");
+  addSkipped(list, repair.contactFaces, "face between touching bodies dropped",
+             "faces between touching bodies dropped");
+  addSkipped(list, repair.degeneratePolygons, "face without area dropped",
+             "faces without area dropped");
+  addSkipped(list, repair.duplicateSegments + repair.degenerateSegments,
+             "double or empty line dropped", "double or empty lines dropped");
+  addSkipped(list, repair.polygonsFlipped, "face flipped", "faces flipped");
+  addSkipped(list, repair.piecesTurnedOutward, "body turned outward", "bodies turned outward");
+  addSkipped(list, repair.tJunctionsClosed, "T-junction closed", "T-junctions closed");
+  addSkipped(list, repair.bentPolygonsSplit, "bent face split", "bent faces split");
+  addSkipped(list, repair.nonManifoldEdges, "edge of three or more faces",
+             "edges of three or more faces");
+  addSkipped(list, repair.nonOrientablePieces, "one-sided surface", "one-sided surfaces");
+  addSkipped(list, work.creases, "crease", "creases");
+  addSkipped(list, work.noise, "edge of facet noise dropped", "edges of facet noise dropped");
+  return list;
+}
+
+std::string skippedOf(const PlanContent& content, const DrawingCounts& counts) {
   // An object of which nothing shows has no block, and so no INSERT.
   const std::size_t unseen =
       content.unseenObjects + content.objects - std::min(content.objects, placedObjects(counts));
@@ -45,18 +102,40 @@ std::string skipped(const PlanContent& content, const DrawingCounts& counts) {
              "objects without faces or lines");
   addSkipped(list, unseen, "object of which no edge shows in this view",
              "objects of which no edge shows in this view");
+  addSkipped(list, content.meshWork.repair.edgesNotSearched,
+             "border edge not searched for T-junctions",
+             "border edges not searched for T-junctions");
+  addSkipped(list, content.droppedPieces, "piece of an outline that closes no loop",
+             "pieces of outlines that close no loop");
+  addSkipped(list, content.labelsLeftOut, "label without room", "labels without room");
   return list.empty() ? "nothing" : list;
 }
 
-}  // namespace
-
-std::string summaryOf(const std::string& drawing, const PlanContent& content,
-                      const DrawingCounts& counts, double seconds) {
-  return drawing + ": " + counted(placedObjects(counts), "object", "objects") + " (" +
-         counted(content.instances, "instance", "instances") + " shared), " +
-         counted(content.parts, "part", "parts") + ", " +
-         counted(counts.polylines, "polyline", "polylines") + ", " +
-         counted(counts.vertices, "vertex", "vertices") + labelsOf(content, counts) + "; " +
-         extentOf(content.extent) + "; " + number("%.3f s", seconds) +
-         "; skipped: " + skipped(content, counts);
+Summary summaryOf(const PlanContent& content, const DrawingCounts& counts) {
+  const std::string repairs = repairsOf(content.meshWork);
+  const std::string views =
+      content.views == 0 ? "" : counted(content.views, "view", "views") + ", ";
+  return {views + counted(placedObjects(counts), "object", "objects") + " (" +
+              instancesOf(content) + "), " + counted(content.parts, "part", "parts") + ", " +
+              counted(counts.polylines, "polyline", "polylines") + ", " +
+              counted(counts.vertices, "vertex", "vertices") + labelsOf(content, counts) + "; " +
+              extentOf(content.extent) + "; " + unitOf(content) +
+              (repairs.empty() ? "" : "; meshes: " + repairs) + gapsOf(content) + "; ",
+          "; skipped: " + skippedOf(content, counts)};
 }
+
+std::string finishingSummary(const FinishingPlan& plan, const CompletionReport& report) {
+  if (!plan.IsFinished()) {
+    return "";
+  }
+  std::string text = std::string("; finished: ") + releaseName(plan.release);
+  if (!plan.reason.empty()) {
+    text += " (for " + plan.reason + ")";
+  }
+  const DrawingCounts& counts = report.counts;
+  return text + ", " + counted(counts.polylines, "polyline", "polylines") + " (" +
+         std::to_string(counts.closed) + " closed), " +
+         counted(counts.vertices, "vertex", "vertices");
+}
+
+}  // namespace dxf2d

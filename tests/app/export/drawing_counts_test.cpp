@@ -6,10 +6,12 @@
 #include <random>
 #include <string>
 
+namespace dxf2d {
+
 namespace {
 
 // How often `needle` stands in `text`, where one may begin with the last byte of another.
-std::size_t countPlainly(std::string_view text, std::string_view needle) {
+std::size_t countBySearch(std::string_view text, std::string_view needle) {
   std::size_t count = 0;
   for (std::size_t at = text.find(needle); at != text.npos; at = text.find(needle, at + 1)) {
     ++count;
@@ -27,7 +29,7 @@ TEST(CountDrawing, CountsEntitiesAndPlacedInserts) {
   EXPECT_EQ(counts.placed, 2u);
 }
 
-TEST(CountDrawing, TextsThatNameEntitiesAreNone) {
+TEST(CountDrawing, TextsThatNameEntitiesAreNotCounted) {
   const DrawingCounts counts = countDrawing("  0\nTEXT\n  1\nVERTEX\n  1\nPOLYLINE\n");
   EXPECT_EQ(counts.polylines, 0u);
   EXPECT_EQ(counts.vertices, 0u);
@@ -39,7 +41,7 @@ TEST(CountDrawing, CountsTexts) {
   EXPECT_EQ(counts.texts, 2u);
 }
 
-TEST(CountDrawing, CountsLongDrawingsAsAPlainSearchDoes) {
+TEST(CountDrawing, CountsLongDrawingsAsASearchDoes) {
   // Long enough for entities across every border that the search may draw.
   const std::array<std::string, 9> lines = {"  0\n",  "VERTEX\n", "POLYLINE\n",
                                             "TEXT\n", "INSERT\n", "12.345678\n",
@@ -47,7 +49,9 @@ TEST(CountDrawing, CountsLongDrawingsAsAPlainSearchDoes) {
   std::mt19937 random(1);
   for (int i = 0; i < 20; ++i) {
     const auto addLines = [&](std::string& text, std::size_t size) {
-      while (text.size() < size) text += lines[random() % lines.size()];
+      while (text.size() < size) {
+        text += lines[random() % lines.size()];
+      }
     };
     std::string blocks = "  0\n";
     addLines(blocks, 200000);
@@ -55,10 +59,10 @@ TEST(CountDrawing, CountsLongDrawingsAsAPlainSearchDoes) {
     addLines(entities, 100000);
     const std::string text = blocks + entities;
     const DrawingCounts counts = countDrawing(text);
-    EXPECT_EQ(counts.polylines, countPlainly(text, "\n  0\nPOLYLINE\n"));
-    EXPECT_EQ(counts.vertices, countPlainly(text, "\n  0\nVERTEX\n"));
-    EXPECT_EQ(counts.texts, countPlainly(text, "\n  0\nTEXT\n"));
-    EXPECT_EQ(counts.placed, countPlainly(entities, "\n  0\nINSERT\n"));
+    EXPECT_EQ(counts.polylines, countBySearch(text, "\n  0\nPOLYLINE\n"));
+    EXPECT_EQ(counts.vertices, countBySearch(text, "\n  0\nVERTEX\n"));
+    EXPECT_EQ(counts.texts, countBySearch(text, "\n  0\nTEXT\n"));
+    EXPECT_EQ(counts.placed, countBySearch(entities, "\n  0\nINSERT\n"));
     EXPECT_GT(counts.placed, 100u);
   }
 }
@@ -66,3 +70,5 @@ TEST(CountDrawing, CountsLongDrawingsAsAPlainSearchDoes) {
 TEST(CountDrawing, AnEmptyFileHoldsNothing) { EXPECT_EQ(countDrawing("").vertices, 0u); }
 
 }  // namespace
+
+}  // namespace dxf2d

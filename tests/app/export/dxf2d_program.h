@@ -13,6 +13,8 @@
 #include <string>
 #include <vector>
 
+namespace dxf2d {
+
 class Dxf2d : public testing::Test {
  protected:
   void SetUp() override {
@@ -59,7 +61,9 @@ class Dxf2d : public testing::Test {
     }
     std::sort(names.begin(), names.end());
     std::string list;
-    for (const std::string& name : names) list += (list.empty() ? "" : " ") + name;
+    for (const std::string& name : names) {
+      list += (list.empty() ? "" : " ") + name;
+    }
     return list;
   }
 
@@ -73,3 +77,5 @@ class Dxf2d : public testing::Test {
   std::string out_;
   std::string error_;
 };
+
+}  // namespace dxf2d

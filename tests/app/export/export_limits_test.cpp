@@ -4,9 +4,11 @@
 
 #include <string>
 
-#include "app/exit_code.h"
+#include "app/cli/exit_code.h"
 #include "tests/app/export/dxf2d_program.h"
 #include "tests/support/sanitizers.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -31,7 +33,9 @@ std::string levels(int depth, int width) {
   for (int i = 0; i + 1 < depth; ++i) {
     std::string children;
     for (int k = 0; k < width; ++k) {
-      if (k != 0) children += ',';
+      if (k != 0) {
+        children += ',';
+      }
       children += std::to_string(i + 1);
     }
     nodes.append("{\"children\": [").append(children).append("]}, ");
@@ -51,7 +55,9 @@ class ExportLimits : public Dxf2d {
     for (const int stack : {8192, 256}) {
       const int code = RunWithStack(stack, model, options + " --force");
       EXPECT_TRUE(code == kExitDone || code == kExitInput || code == kExitLimit) << code << error_;
-      if (code == kExitDone) continue;
+      if (code == kExitDone) {
+        continue;
+      }
       ExpectOneSentence();
     }
   }
@@ -81,7 +87,7 @@ TEST_F(ExportLimits, VerticesOfInstancesAreCountedOnce) {
   EXPECT_NE(out_.find("2 objects (1 instance shared)"), std::string::npos) << out_;
 }
 
-TEST_F(ExportLimits, SceneFilesHaveThemToo) {
+TEST_F(ExportLimits, ApplyToSceneFilesToo) {
   const std::string scene = Write("scene.json", R"({"nodes": [{"children": [
       {"geometry": [{"lineSet": {"coords": [0, 0, 0, 1, 0, 0], "indices": [0, 1, -6]}}]}]}]})");
   const std::string command = " " + scene + " -o " + Path("plan.dxf");
@@ -100,10 +106,12 @@ TEST_F(ExportLimits, MemoryIsLimited) {
   EXPECT_EQ(Listing(), "house.obj");
 }
 
-TEST_F(ExportLimits, MemoryThatTheSystemLimitsIsSaidSo) {
+TEST_F(ExportLimits, MemoryLimitedByTheSystemIsReported) {
   NEEDS_MEMORY_LIMITS();
   std::string vertices;
-  for (int i = 0; i < 400'000; ++i) vertices += "v 0 0 0\nf -1 -1 -1\n";
+  for (int i = 0; i < 400'000; ++i) {
+    vertices += "v 0 0 0\nf -1 -1 -1\n";
+  }
   const std::string model = Write("large.obj", vertices);
   EXPECT_EQ(Run("export " + model + " -o " + Path("plan.dxf"), "ulimit -v 80000;"), kExitLimit);
   ExpectOneSentence();
@@ -154,9 +162,13 @@ TEST_F(ExportLimits, AModelDeeperThanAnyStackIsRefused) {
 TEST_F(ExportLimits, AMillionSiblingsAreDrawnOrRefused) {
   NEEDS_MEMORY_LIMITS();
   std::string nodes = "{\"children\": [";
-  for (int i = 1; i <= 1'000'000; ++i) nodes.append(i == 1 ? "" : ",").append(std::to_string(i));
+  for (int i = 1; i <= 1'000'000; ++i) {
+    nodes.append(i == 1 ? "" : ",").append(std::to_string(i));
+  }
   nodes += "]}";
-  for (int i = 1; i <= 1'000'000; ++i) nodes += ",{}";
+  for (int i = 1; i <= 1'000'000; ++i) {
+    nodes += ",{}";
+  }
   ExpectDrawnOrRefused(Write("siblings.gltf", gltf(nodes)), "--max-memory 1000");
 }
 
@@ -170,15 +182,19 @@ TEST_F(ExportLimits, NodesInACircleAreRefused) {
 TEST_F(ExportLimits, ADeepSceneFileIsDrawnWithASmallStack) {
   constexpr int kDepth = 1'000'000;
   std::string scene = R"({"nodes": [)";
-  for (int i = 0; i < kDepth; ++i) scene += R"({"children": [)";
-  for (int i = 0; i < kDepth; ++i) scene += "]}";
+  for (int i = 0; i < kDepth; ++i) {
+    scene += R"({"children": [)";
+  }
+  for (int i = 0; i < kDepth; ++i) {
+    scene += "]}";
+  }
   const std::string path = Write("deep.json", scene + "]}");
   for (const int stack : {8192, 256}) {
     EXPECT_EQ(RunWithStack(stack, path, "--force"), kExitDone) << error_;
   }
 }
 
-TEST_F(ExportLimits, NoCoreIsLeft) {
+TEST_F(ExportLimits, LeavesNoCoreDump) {
   const std::string model = Write("deeper.gltf", gltf(levels(1'000'000, 1)));
   const int code = Run("export " + model + " -o " + Path("plan.dxf"),
                        "cd " + directory_.string() + "; ulimit -c unlimited; ");
@@ -187,3 +203,5 @@ TEST_F(ExportLimits, NoCoreIsLeft) {
 }
 
 }  // namespace
+
+}  // namespace dxf2d

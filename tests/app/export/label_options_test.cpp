@@ -3,8 +3,10 @@
 
 #include <string>
 
-#include "app/exit_code.h"
+#include "app/cli/exit_code.h"
 #include "tests/app/export/dxf2d_program.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -27,7 +29,7 @@ TEST_F(LabelOptions, NoneIsWhatIsDrawnWithout) {
   EXPECT_EQ(Read(Path("none.dxf")), Read(Path("plan.dxf")));
 }
 
-TEST_F(LabelOptions, NameIsATextInTheMiddle) {
+TEST_F(LabelOptions, NameIsATextNearTheMiddleOffTheLines) {
   const std::string model = Write("house.obj", kHouse);
   ASSERT_EQ(Run("export " + model + " --labels name -o " + Path("plan.dxf")), kExitDone) << error_;
   EXPECT_TRUE(contains(out_,
@@ -38,18 +40,21 @@ TEST_F(LabelOptions, NameIsATextInTheMiddle) {
   const std::string drawing = Read(Path("plan.dxf"));
   EXPECT_TRUE(contains(drawing, "  0\nTEXT\n 40\n0.040000\n"));
   EXPECT_TRUE(contains(drawing, " 72\n1\n 73\n2\n 41\n0.800000\n  1\nK\\U+00FCche\n"));
-  EXPECT_TRUE(contains(drawing, " 10\n2.000000\n 20\n1.500000\n"));
+  EXPECT_TRUE(contains(drawing, " 10\n2.480000\n 20\n1.500000\n"));
 }
 
-TEST_F(LabelOptions, LabelsAreInTheColourOfTheirOutline) {
+TEST_F(LabelOptions, LabelsAreInTheDefaultPenUnlessToldOtherwise) {
   Write("paint.mtl", "newmtl paint\nKd 0 0 1\n");
-  const std::string bare = Write("bare.obj", kHouse);
   const std::string blue =
       Write("blue.obj", "mtllib paint.mtl\nusemtl paint\n" + std::string(kHouse));
   ASSERT_EQ(Run("export " + blue + " --labels name -o " + Path("plan.dxf")), kExitDone) << error_;
   const std::string drawing = Read(Path("plan.dxf"));
   EXPECT_TRUE(contains(drawing, "POLYLINE\n  8\n0\n 62\n5\n"));
-  EXPECT_TRUE(contains(drawing, "TEXT\n 40\n0.040000\n 62\n5\n"));
+  EXPECT_TRUE(contains(drawing, "TEXT\n 40\n0.040000\n 62\n7\n"));
+  ASSERT_EQ(Run("export --force " + blue + " --labels name --label-color 3 -o " + Path("plan.dxf")),
+            kExitDone)
+      << error_;
+  EXPECT_TRUE(contains(Read(Path("plan.dxf")), "TEXT\n 40\n0.040000\n 62\n3\n"));
 }
 
 TEST_F(LabelOptions, HeightIsTheLetters) {
@@ -92,6 +97,19 @@ TEST_F(LabelOptions, CodePageIsThatOfASceneFilesTexts) {
   EXPECT_TRUE(contains(Read(Path("greek.dxf")), "  1\n\xE1\xE2\n"));
 }
 
+TEST_F(LabelOptions, TextThatTheCodePageCannotTakeIsQuoted) {
+  std::string scene = kGreekLabel;
+  const std::string letters = R"(\u03b1\u03b2)";
+  scene.replace(scene.find(letters), letters.size(), "\u65e5\u672c\u8a9e\u65e5\u672c");
+  const std::string path = Write("japanese.json", scene);
+  EXPECT_EQ(Run("export " + path + " --codepage 65001 -o " + Path("plan.dxf")), kExitWriteFailed);
+  ExpectOneSentence();
+  EXPECT_TRUE(contains(error_, "\"\u65e5\u672c\u8a9e\u65e5\u672c\"")) << error_;
+  EXPECT_TRUE(contains(error_, "code page 65001")) << error_;
+  EXPECT_TRUE(contains(error_, "code page 65001; choose another --codepage")) << error_;
+  EXPECT_EQ(Listing(), "japanese.json");
+}
+
 TEST_F(LabelOptions, CodePageDoesNotReachTheLabelsOfModels) {
   const std::string model = Write("house.obj", kHouse);
   ASSERT_EQ(Run("export " + model + " --labels name -o " + Path("1252.dxf")), kExitDone);
@@ -112,3 +130,5 @@ TEST_F(LabelOptions, UnseenObjectsAreCountedBesideLabels) {
 }
 
 }  // namespace
+
+}  // namespace dxf2d

@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "app/exit_code.h"
+#include "app/cli/exit_code.h"
 #include "tests/app/export/dxf2d_program.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -23,7 +25,9 @@ class SeveralModels : public Dxf2d {
   std::string Models(const std::string& names) const {
     std::string paths;
     std::istringstream words(names);
-    for (std::string name; words >> name;) paths.append(" ").append(Path(name));
+    for (std::string name; words >> name;) {
+      paths.append(" ").append(Path(name));
+    }
     return paths;
   }
   bool Drawn(const std::string& name) const {
@@ -59,9 +63,9 @@ TEST_F(SeveralModels, DrawingsThatAreThereAreKeptOneByOne) {
   EXPECT_TRUE(Drawn("a.dxf"));
 }
 
-TEST_F(SeveralModels, NeedADirectoryThatIsThere) {
-  EXPECT_EQ(Run("export" + Models("a.obj b.obj") + " -o " + Path("none")), kExitOutputNotMade);
-  ExpectOneSentence();
+TEST_F(SeveralModels, NeedADirectoryThatCanBeMade) {
+  EXPECT_EQ(Run("export" + Models("a.obj b.obj") + " -o " + Path("new/deep")), kExitDone) << error_;
+  EXPECT_TRUE(std::filesystem::exists(Path("new/deep/a.dxf")));
   EXPECT_EQ(Run("export" + Models("a.obj b.obj") + " -o " + Path("a.obj")), kExitOutputNotMade);
   ExpectOneSentence();
 }
@@ -89,18 +93,19 @@ TEST_F(SeveralModels, AreNotDrawnIntoOneFileByLinks) {
   EXPECT_FALSE(fs::exists(Path("out/both")));
 }
 
-TEST_F(SeveralModels, OfOneNameAreRefusedBeforeAnythingIsDrawn) {
+TEST_F(SeveralModels, OfOneNameAreNumbered) {
   std::filesystem::create_directory(Path("more"));
   Write("more/a.obj", kTriangle);
-  EXPECT_EQ(Run("export" + Models("b.obj a.obj more/a.obj") + " -o " + Path("out")), kExitUsage);
-  ExpectOneSentence();
-  EXPECT_TRUE(std::filesystem::is_empty(Path("out")));
+  EXPECT_EQ(Run("export" + Models("b.obj a.obj more/a.obj") + " -o " + Path("out")), kExitDone);
+  EXPECT_TRUE(Drawn("b.dxf"));
+  EXPECT_TRUE(Drawn("a.obj.dxf"));
+  EXPECT_TRUE(Drawn("a.obj-2.dxf"));
 }
 
 TEST_F(SeveralModels, WithoutAPluginNoneIsTried) {
-  EXPECT_EQ(
-      Run("export" + Models("a.obj b.obj") + " --plugin " + Path("a.obj") + " -o " + Path("out")),
-      kExitPlugin);
+  EXPECT_EQ(Run("export" + Models("a.obj b.obj") + " --jobs 1 --plugin " + Path("a.obj") + " -o " +
+                Path("out")),
+            kExitPlugin);
   ExpectOneSentence();
 }
 
@@ -116,3 +121,5 @@ TEST_F(SeveralModels, HaveTheBytesThatEachHasAlone) {
 }
 
 }  // namespace
+
+}  // namespace dxf2d

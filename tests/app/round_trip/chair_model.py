@@ -8,11 +8,12 @@ from placed_texts import PlacedText
 
 # As users name things, and what a drawing's text must not make of it.
 NAMES = ("chair", "chair", "K\u00fcche", "\u0421\u0442\u0443\u043b", "\u6905\u5b50", "\U0001f600 chair",
-         'say "hi"', "C:\\chairs\\one", "\\U+0041", "100 %")
-# The seat, along x and y of the plan.
-SEAT = (2.0, 1.0)
+         'say "hi"', "C:\\chairs\\one", "\\U+0041", "100 % oak")
+# The seat, along x and y of the plan: large enough for every name to stand in its middle.
+SEAT = (8.0, 4.0)
 HEIGHT = 0.25
-RED = 1
+# The index of labels, whatever the color of their objects.
+DEFAULT_PEN = 7
 
 
 def turn_of(number):
@@ -20,7 +21,7 @@ def turn_of(number):
 
 
 def place_of(number):
-    return 4.0 * (number % 4), -4.0 * (number // 4)
+    return 16.0 * (number % 4), -16.0 * (number // 4)
 
 
 def node(number, name):
@@ -57,6 +58,6 @@ def texts():
     for number, name in enumerate(NAMES):
         cosine, sine = math.cos(turn_of(number)), math.sin(turn_of(number))
         x, y = place_of(number)
-        centre = (x + (SEAT[0] * cosine - SEAT[1] * sine) / 2,
+        center = (x + (SEAT[0] * cosine - SEAT[1] * sine) / 2,
                   y + (SEAT[0] * sine + SEAT[1] * cosine) / 2)
-        yield PlacedText(name, [centre, centre], HEIGHT, 0.8, (1, 2), 0.0, RED)
+        yield PlacedText(name, [center, center], HEIGHT, 0.8, (1, 2), 0.0, DEFAULT_PEN)

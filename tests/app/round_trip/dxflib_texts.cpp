@@ -1,5 +1,5 @@
 // Prints what dxflib reads of a drawing's texts and of the blocks that it places, a line each, with
-// tabs between: "text", block, both points, height, width factor, justifications, degrees, colour,
+// tabs between: "text", block, both points, height, width factor, justifications, degrees, color,
 // text; "insert", block, point, degrees.
 //
 // usage: dxflib_texts DRAWING
@@ -28,7 +28,9 @@ class Printer : public DL_CreationAdapter {
 
   void addInsert(const DL_InsertData& insert) override {
     // Containers are inserted nowhere.
-    if (!block_.empty()) return;
+    if (!block_.empty()) {
+      return;
+    }
     std::printf("insert\t%s\t%.17g\t%.17g\t%.17g\n", insert.name.c_str(), insert.ipx, insert.ipy,
                 insert.angle);
   }

@@ -6,9 +6,9 @@ import random
 
 from placed_texts import PlacedText, placed
 
-LEFT_OF_CENTRE = {"C": 0, "L": -1, "R": 1}
+LEFT_OF_CENTER = {"C": 0, "L": -1, "R": 1}
 JUSTIFICATION = {"L": (0, 2), "C": (1, 2), "R": (2, 2), "X": (0, 0)}
-# By colour index, what a label may say instead.
+# By color index, what a label may say instead.
 PURE = {1: "1 0 0", 2: "1 1 0", 3: "0 1 0", 4: "0 1 1", 5: "0 0 1", 6: "1 0 1", 7: "1 1 1"}
 # Degrees: labels and their nodes.
 ANGLES = (0, 30, -90, 123.456, 180, 359.5)
@@ -23,10 +23,10 @@ def advance(line):
 
 def offset(align, lines, number, height):
     """Of a line from the anchor, before the label's turn."""
-    centring = 0.75 * height * (len(lines) - 1)
+    centering = 0.75 * height * (len(lines) - 1)
     # Right-aligned lines hang below their anchor.
-    y = -1.5 * height * number + (-centring if align == "R" else centring)
-    return LEFT_OF_CENTRE[align] * max(map(advance, lines)) / 2 * height, y
+    y = -1.5 * height * number + (-centering if align == "R" else centering)
+    return LEFT_OF_CENTER[align] * max(map(advance, lines)) / 2 * height, y
 
 
 class Label:
@@ -59,7 +59,7 @@ class Label:
         """What a reader must find."""
         for number, line in enumerate(self.lines):
             point = (0, 0)
-            if self.align in LEFT_OF_CENTRE:
+            if self.align in LEFT_OF_CENTER:
                 shift = offset(self.align, self.lines, number, self.height)
                 point = placed(shift, self.anchor, self.angle)
             point = placed(point, self.origin, self.turn)

@@ -1,0 +1,119 @@
+#include "app/batch/totals.h"
+
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string_view>
+
+namespace dxf2d::batch {
+
+namespace {
+
+std::uint64_t factOf(const nlohmann::json& facts, const char* name) {
+  const bool isThere =
+      facts.is_object() && facts.contains(name) && facts[name].is_number_unsigned();
+  return isThere ? facts[name].get<std::uint64_t>() : 0;
+}
+
+std::string formatted(const char* format, double value) {
+  char text[64];
+  std::snprintf(text, sizeof text, format, value);
+  return text;
+}
+
+// As the help of dxf2d explains them.
+std::string_view meaningOf(int exitCode) {
+  switch (exitCode) {
+    case 1:
+      return "internal error";
+    case 2:
+      return "wrong usage";
+    case 3:
+      return "unreadable input";
+    case 4:
+      return "nothing to draw";
+    case 5:
+      return "output cannot be created";
+    case 6:
+      return "writing failed";
+    case 7:
+      return "limit exceeded";
+    case 8:
+      return "plug-in missing or invalid";
+    case 9:
+      return "output exists";
+    default:
+      return "unknown";
+  }
+}
+
+void add(Totals& totals, const Record& record) {
+  ++totals.inputs;
+  switch (record.outcome) {
+    case Outcome::kDrawn:
+      ++totals.drawn;
+      break;
+    case Outcome::kSkipped:
+      ++totals.skipped;
+      break;
+    case Outcome::kFailed:
+      ++totals.failed[record.exitCode];
+      break;
+  }
+  const nlohmann::json facts = nlohmann::json::parse(record.facts, nullptr, false);
+  totals.polylines += factOf(facts, "polylines");
+  totals.vertices += factOf(facts, "vertices");
+  totals.seconds += record.seconds;
+  if (record.seconds > totals.longest) {
+    totals.longest = record.seconds;
+    totals.longestInput = record.input;
+  }
+  if (record.peakMemory > totals.peakMemory) {
+    totals.peakMemory = record.peakMemory;
+    totals.peakInput = record.input;
+  }
+}
+
+}  // namespace
+
+Totals totalsOf(const std::vector<Record>& records) {
+  std::map<std::string, const Record*> lastOf;
+  for (const Record& record : records) {
+    const Record*& last = lastOf[record.input];
+    if (last == nullptr || record.outcome != Outcome::kSkipped) {
+      last = &record;
+    }
+  }
+  Totals totals;
+  for (const auto& [input, record] : lastOf) {
+    add(totals, *record);
+  }
+  return totals;
+}
+
+std::string textOf(const Totals& totals) {
+  std::size_t failed = 0;
+  for (const auto& [code, count] : totals.failed) {
+    failed += count;
+  }
+  std::string text = std::to_string(totals.inputs) +
+                     (totals.inputs == 1 ? " input: " : " inputs: ") +
+                     std::to_string(totals.drawn) + " drawn, " + std::to_string(totals.skipped) +
+                     " skipped, " + std::to_string(failed) + " failed\n";
+  for (const auto& [code, count] : totals.failed) {
+    text += "exit code " + std::to_string(code) + " (" + std::string(meaningOf(code)) +
+            "): " + std::to_string(count) + "\n";
+  }
+  text += std::to_string(totals.polylines) + " polylines, " + std::to_string(totals.vertices) +
+          " vertices\n" + formatted("%.1f s in all", totals.seconds);
+  if (totals.longest > 0.0) {
+    text += formatted(", at most %.1f s: ", totals.longest) + totals.longestInput;
+  }
+  text += "\n";
+  if (totals.peakMemory != 0) {
+    text += "at most " + std::to_string(totals.peakMemory >> 20) +
+            " MiB of memory: " + totals.peakInput + "\n";
+  }
+  return text;
+}
+
+}  // namespace dxf2d::batch

@@ -1,0 +1,169 @@
+// The only source that includes CLI11, which takes long to compile. The library splits the command
+// line and lays out the help; its messages never reach the user.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+
+#include "app/cli/argument_parser.h"
+#include "app/cli/failure.h"
+
+namespace dxf2d {
+namespace {
+
+std::string helpHint(const Command* command) {
+  return "see dxf2d " + (command == nullptr ? "" : command->name + " ") + "--help";
+}
+
+// "export, preview or inspect".
+std::string namesOf(const std::vector<Command>& commands) {
+  std::string names;
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    const char* const separator = i == 0 ? "" : i + 1 == commands.size() ? " or " : ", ";
+    names += separator + commands[i].name;
+  }
+  return names;
+}
+
+// The arguments as CLI11 takes them, the last one first. It reads [a,b] as a list and ++ as the end
+// of a command's arguments; here they are names of files, for which ./ says the same.
+std::vector<std::string> argumentsOf(int argc, const char* const* argv) {
+  std::vector<std::string> arguments;
+  for (int i = argc - 1; i > 0; --i) {
+    const std::string argument = argv[i];
+    const bool isList = argument.starts_with('[') && argument.ends_with(']');
+    arguments.push_back((isList || argument == "++" ? "./" : "") + argument);
+  }
+  return arguments;
+}
+
+// Shows the inputs of a command in its usage line as they are written.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  std::string make_option_usage(const CLI::Option* option) const override {
+    const bool isMany = option->get_items_expected_max() > 1;
+    return option->get_name(true) + (isMany ? "..." : "");
+  }
+};
+
+void addOption(CLI::App& parser, const Option& option) {
+  if (option.value.empty()) {
+    parser.add_flag(option.names, option.help)->disable_flag_override();
+    return;
+  }
+  // How often an option may stand is checked by us.
+  parser.add_option(option.names)
+      ->description(option.help)
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->option_text(option.value + (option.isRequired ? " (required)" : ""));
+}
+
+void addCommand(CLI::App& app, const Command& command) {
+  CLI::App* const parser = app.add_subcommand(command.name, command.help);
+  constexpr int kMany = 1 << 20;
+  parser->add_option(command.inputName)
+      ->description(command.inputHelp)
+      ->expected(1, command.takesSeveralInputs ? kMany : 1)
+      ->allow_extra_args(command.takesSeveralInputs)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->option_text(" ");
+  for (const Option& option : command.options) {
+    addOption(*parser, option);
+  }
+}
+
+const Command* commandOf(const Program& program, const CLI::App& app) {
+  for (const Command& command : program.commands) {
+    if (app.got_subcommand(command.name)) {
+      return &command;
+    }
+  }
+  return nullptr;
+}
+
+// Words that were not understood, if any.
+void checkNothingRemains(const Program& program, const CLI::App& app, const Command* command) {
+  const std::vector<std::string> rest = app.remaining(true);
+  const auto word = std::ranges::find_if(rest, [](const auto& text) { return text != "--"; });
+  if (word != rest.end()) {
+    const bool isOption = word->starts_with('-') && word->size() > 1;
+    if (isOption || command != nullptr) {
+      throw UsageError({"", (isOption ? "unknown option '" : "unexpected argument '") + *word + "'",
+                        helpHint(command)});
+    }
+    throw UsageError({"", "unknown command '" + *word + "'",
+                      "use " + namesOf(program.commands) + ", or " + helpHint(nullptr)});
+  }
+  if (command == nullptr) {
+    throw UsageError(
+        {"", "no command given", "use " + namesOf(program.commands) + ", or " + helpHint(nullptr)});
+  }
+}
+
+// CLI11 stops at an option without its value or a flag with one. Its message begins with the name
+// of the option.
+[[noreturn]] void failAtOption(const Command* command, const std::string& message) {
+  std::string name = message.substr(0, message.find_first_of(": "));
+  // A flag stands there without its dashes.
+  name.insert(0, name.starts_with('-') ? "" : "--");
+  const auto isNamed = [&](const Option& option) { return option.LongName() == name; };
+  if (command != nullptr) {
+    const auto option = std::ranges::find_if(command->options, isNamed);
+    if (option != command->options.end()) {
+      const std::string problem = option->value.empty()
+                                      ? name + " takes no value"
+                                      : name + " needs a value: expected " + option->expected;
+      throw UsageError({"", problem, helpHint(command)});
+    }
+  }
+  throw UsageError({"", "the command line cannot be understood", helpHint(command)});
+}
+
+std::vector<GivenOption> givenOptions(const CLI::App& parser, const Command& command) {
+  std::vector<GivenOption> given;
+  for (const Option& option : command.options) {
+    const CLI::Option* const found = parser.get_option(option.LongName());
+    if (found->count() == 0) {
+      continue;
+    }
+    if (option.value.empty()) {
+      given.push_back({&option, {""}});
+    } else {
+      given.push_back({&option, found->results()});
+    }
+  }
+  return given;
+}
+
+}  // namespace
+
+ParsedArguments parseArguments(const Program& program, int argc, const char* const* argv) {
+  CLI::App app(program.about, "dxf2d");
+  app.set_version_flag("--version", program.version);
+  app.footer(program.footer);
+  app.formatter(std::make_shared<HelpFormatter>());
+  app.require_subcommand(0, 1);
+  app.allow_extras();
+  for (const Command& command : program.commands) {
+    addCommand(app, command);
+    app.get_subcommand(command.name)->allow_extras();
+  }
+  try {
+    app.parse(argumentsOf(argc, argv));
+  } catch (const CLI::CallForHelp&) {
+    const Command* const command = commandOf(program, app);
+    return {nullptr,
+            command == nullptr ? app.help() : app.get_subcommand(command->name)->help("dxf2d")};
+  } catch (const CLI::CallForVersion&) {
+    return {nullptr, program.version + "\n"};
+  } catch (const CLI::ParseError& error) {
+    failAtOption(commandOf(program, app), error.what());
+  }
+  const Command* const command = commandOf(program, app);
+  checkNothingRemains(program, app, command);
+  const CLI::App& parser = *app.get_subcommand(command->name);
+  return {command, "", parser.get_option(command->inputName)->results(),
+          givenOptions(parser, *command)};
+}
+
+}  // namespace dxf2d

@@ -1,0 +1,219 @@
+#include "app/export/export_batch.h"
+
+#include <atomic>
+#include <chrono>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+
+#include "app/batch/job_queue.h"
+#include "app/batch/progress.h"
+#include "app/batch/report_file.h"
+#include "app/cli/failure.h"
+#include "app/export/export_job.h"
+#include "app/process/termination_signals.h"
+
+namespace dxf2d {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Clock = std::chrono::steady_clock;
+
+// Why a job is left out; nothing where it is not.
+std::optional<std::string> reasonToSkip(const ExportJob& job, Skipped skipped) {
+  std::error_code error;
+  const fs::file_time_type drawn = fs::last_write_time(job.drawing, error);
+  if (skipped == Skipped::kNone || error) {
+    return std::nullopt;
+  }
+  if (skipped == Skipped::kExisting) {
+    return "has a drawing";
+  }
+  const fs::file_time_type changed = fs::last_write_time(job.model, error);
+  return !error && changed <= drawn ? std::optional<std::string>("is not newer than its drawing")
+                                    : std::nullopt;
+}
+
+// As a shell would take them.
+std::string shellText(const OptionWords& words) {
+  std::string text;
+  for (std::size_t i = 0; i + 1 < words.size(); i += 2) {
+    text += (text.empty() ? "" : " ") + words[i];
+    if (!words[i + 1].empty()) {
+      text += " '" + words[i + 1] + "'";
+    }
+  }
+  return text;
+}
+
+// The long name of an option that was given and applies to models only; empty for none.
+std::string optionForModels(const OptionWords& words) {
+  ExportOptions unused;
+  for (const Option& option : exportOptions(unused)) {
+    if (option.appliesTo == AppliesTo::kModelsOnly &&
+        std::ranges::find(words, option.LongName()) != words.end()) {
+      return option.LongName();
+    }
+  }
+  return "";
+}
+
+class ExportBatch {
+ public:
+  ExportBatch(const std::vector<ExportJob>& jobs, const ExportOptions& options)
+      : jobs_(jobs),
+        options_(options),
+        optionsText_(shellText(options.words)),
+        optionForModels_(jobs.size() > 1 ? optionForModels(options.words) : "") {
+    if (options_.batch.skipped == Skipped::kNotNewer) {
+      options_.existing = Existing::kReplace;
+    }
+    if (!options.batch.report.empty()) {
+      report_.emplace(options.batch.report);
+    }
+  }
+
+  int Run(const std::vector<Message>& problems) {
+    // Job threads have it, too: what they make is cleaned up before the signal ends the process.
+    const ScopedSignalBlock untilEnd;
+    failed_ = problems.size();
+    for (const Message& problem : problems) {
+      note(sentenceOf(problem));
+    }
+    if (!options_.batch.isQuiet && batch::isProgressShown() && !jobs_.empty()) {
+      progress_.emplace(jobs_.size());
+    }
+    std::vector<std::uint64_t> memory;
+    memory.reserve(jobs_.size());
+    for (const ExportJob& job : jobs_) {
+      memory.push_back(memoryLimitOf(job.model, options_.limits));
+    }
+    const unsigned count = options_.batch.jobs.value_or(batch::defaultJobCount());
+    batch::runJobs(memory, {count, batch::availableMemory()},
+                   [&](std::size_t job) { return RunJob(jobs_[job]); });
+    progress_.reset();
+    return Conclude(jobs_.size() + problems.size());
+  }
+
+ private:
+  // Whether the run goes on.
+  bool RunJob(const ExportJob& job) {
+    if (isTerminationPending()) {
+      return false;
+    }
+    batch::Record record{job.model, job.drawing, optionsText_, batch::Outcome::kDrawn, 0, {}, 0.0,
+                         0,         {}};
+    const Clock::time_point start = Clock::now();
+    if (const auto reason = reasonToSkip(job, options_.batch.skipped)) {
+      record.outcome = batch::Outcome::kSkipped;
+      record.sentence = *reason;
+      ++skipped_;
+    } else {
+      record.exitCode = Draw(job, record);
+      if (isTerminationPending()) {
+        return false;
+      }
+    }
+    record.seconds = std::chrono::duration<double>(Clock::now() - start).count();
+    if (record.exitCode != kExitDone) {
+      record.outcome = batch::Outcome::kFailed;
+      record.sentence = lastSentence;
+      ++failed_;
+    } else if (record.outcome == batch::Outcome::kDrawn) {
+      ++drawn_;
+    }
+    lastCode_ = record.exitCode;
+    hasNoPlugin_ = hasNoPlugin_ || record.exitCode == kExitPlugin;
+    if (progress_) {
+      progress_->AddDone();
+    }
+    const bool isReported = reporting([&] {
+                              if (report_) {
+                                report_->Add(record);
+                              }
+                              return static_cast<int>(kExitDone);
+                            }) == kExitDone;
+    // Other models need the same plug-in.
+    const bool isFailed = record.exitCode != kExitDone;
+    isReportLost_ = isReportLost_ || !isReported;
+    return isReported && !(isFailed && options_.batch.failsFast) && !hasNoPlugin_;
+  }
+
+  int Draw(const ExportJob& job, batch::Record& record) {
+    if (isSceneFile(job.model) && !optionForModels_.empty()) {
+      return fail(kExitUsage, {job.model,
+                               optionForModels_ + " applies to models only, and a scene file is "
+                                                  "drawn exactly as it is",
+                               "leave the option out"});
+    }
+    if (jobs_.size() > 1) {
+      // What fails here is said when the drawing is created.
+      std::error_code ignored;
+      fs::create_directories(fs::path(job.drawing).parent_path(), ignored);
+    }
+    JobNews news;
+    news.onStage = [&](std::string_view stage) {
+      if (progress_) {
+        progress_->SetStage(job.model, stage);
+      }
+    };
+    const int code = runExportJob(job, options_, news);
+    record.peakMemory = news.peakMemory;
+    record.facts = news.facts;
+    return code;
+  }
+
+  int Conclude(std::size_t total) {
+    const std::size_t begun = drawn_ + skipped_ + failed_;
+    const std::string rest =
+        begun == total ? "" : ", " + std::to_string(total - begun) + " not begun or not finished";
+    const std::string counts = std::to_string(drawn_) + " drawn, " + std::to_string(skipped_) +
+                               " skipped, " + std::to_string(failed_) + " failed" + rest;
+    if (isTerminationPending()) {
+      if (total > 1) {
+        note("interrupted: of " + std::to_string(total) + " models, " + counts +
+             "; --skip-existing goes on from here");
+      }
+      return kExitInternal;
+    }
+    if (isReportLost_) {
+      return kExitWriteFailed;
+    }
+    if (total == 1 || hasNoPlugin_) {
+      return hasNoPlugin_ ? static_cast<int>(kExitPlugin) : failed_ == 0 ? 0 : lastCode_.load();
+    }
+    if (failed_ == 0) {
+      return kExitDone;
+    }
+    const char* const missed =
+        options_.cuts.size() > 1 ? " drawings were not made" : " models were not drawn";
+    return fail(kExitSomeFailed, {"",
+                                  std::to_string(failed_) + " of " + std::to_string(total) +
+                                      missed + (rest.empty() ? "" : rest),
+                                  "see the messages above"});
+  }
+
+  const std::vector<ExportJob>& jobs_;
+  ExportOptions options_;
+  std::string optionsText_;
+  std::string optionForModels_;
+  std::optional<batch::ReportFile> report_;
+  std::optional<batch::ProgressBar> progress_;
+  std::atomic<std::size_t> drawn_ = 0;
+  std::atomic<std::size_t> skipped_ = 0;
+  std::atomic<std::size_t> failed_ = 0;
+  std::atomic<int> lastCode_ = kExitDone;
+  std::atomic<bool> hasNoPlugin_ = false;
+  std::atomic<bool> isReportLost_ = false;
+};
+
+}  // namespace
+
+int runExportJobs(const std::vector<ExportJob>& jobs, const ExportOptions& options,
+                  const std::vector<Message>& problems) {
+  return ExportBatch(jobs, options).Run(problems);
+}
+
+}  // namespace dxf2d

@@ -1,0 +1,83 @@
+#include "app/export/export_call.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "app/host/plugin_module.h"
+
+namespace dxf2d {
+
+namespace {
+
+// The job, the format, and whether there is a preview.
+constexpr std::size_t kJobWords = 5;
+
+// Which of the options' cuts is that of the job; their number when it has none.
+std::size_t cutOf(const ExportJob& job, const ExportOptions& options) {
+  const auto isCut = [&](const CutPlane& cut) {
+    return job.cut && cut.height == job.cut->height && cut.isAbsolute == job.cut->isAbsolute;
+  };
+  const auto cut = std::ranges::find_if(options.cuts, isCut);
+  return static_cast<std::size_t>(cut - options.cuts.begin());
+}
+
+ExportOptions optionsOf(std::span<const std::string> words) {
+  ExportOptions options;
+  takeOptions(exportOptions(options), words);
+  return options;
+}
+
+}  // namespace
+
+WorkerCall callToExport(const ExportJob& job, const ExportOptions& options,
+                        const WorkOutput& output, const std::optional<WorkOutput>& preview) {
+  assert(options.format);
+  WorkerCall call{kExportTask,
+                  {job.model, job.drawing, std::to_string(cutOf(job, options)),
+                   endOfFormat(*options.format).substr(1), preview ? "1" : "0"},
+                  {output.file}};
+  call.Add(output.Words());
+  if (preview) {
+    call.descriptors.push_back(preview->file);
+    call.Add(preview->Words());
+  }
+  call.Add(options.words);
+  if (options.plugin.empty()) {
+    // The worker stands elsewhere.
+    call.Add({"--plugin", pluginFile("")});
+  }
+  return call;
+}
+
+WorkerCall callToList(const std::string& model, const ExportOptions& options) {
+  WorkerCall call{kListTask, {model}};
+  call.Add(options.words);
+  return call;
+}
+
+ExportArguments exportArgumentsOf(std::span<const std::string> words) {
+  ExportArguments arguments;
+  arguments.job = {words[0], words[1], {}};
+  const std::size_t cut = std::stoul(words[2]);
+  const std::optional<OutputFormat> format = parseOutputFormat(words[3]);
+  const bool hasPreview = words[4] == "1";
+  words = words.subspan(kJobWords);
+  arguments.output = WorkOutput::Of(words);
+  words = words.subspan(WorkOutput::kWords);
+  if (hasPreview) {
+    arguments.preview = WorkOutput::Of(words);
+    words = words.subspan(WorkOutput::kWords);
+  }
+  arguments.options = optionsOf(words);
+  arguments.options.format = format;
+  if (cut < arguments.options.cuts.size()) {
+    arguments.job.cut = arguments.options.cuts[cut];
+  }
+  return arguments;
+}
+
+ExportArguments listArgumentsOf(std::span<const std::string> words) {
+  return {{words[0], {}, {}}, optionsOf(words.subspan(1)), {}, {}};
+}
+
+}  // namespace dxf2d

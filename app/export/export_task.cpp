@@ -1,0 +1,254 @@
+#include <array>
+#include <assimp/Importer.hpp>
+#include <cassert>
+#include <optional>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "app/cli/failure.h"
+#include "app/export/block_sources.h"
+#include "app/export/drawing_completion.h"
+#include "app/export/drawing_counts.h"
+#include "app/export/export_call.h"
+#include "app/export/export_confinement.h"
+#include "app/export/export_facts.h"
+#include "app/export/export_report.h"
+#include "app/export/export_summary.h"
+#include "app/export/job_finishing.h"
+#include "app/export/scene_limits.h"
+#include "app/export/walk_record.h"
+#include "app/export/worker_tasks.h"
+#include "app/host/plugin_module.h"
+#include "app/model/model_error.h"
+#include "app/model/model_reader.h"
+#include "app/model/sheet_scene.h"
+#include "app/output/mapped_file.h"
+#include "app/preview/text_shaper.h"
+#include "ktscene/kt_scene_reader.h"
+#include "ktscene/kt_traverser.h"
+#include "platform/cfile_exception.h"
+#include "platform/code_page.h"
+#include "platform/path_text.h"
+
+namespace dxf2d {
+
+namespace {
+
+// "; missing: chair.lwo, m.mtl; outside: ../secret", or nothing.
+std::string absentFilesOf(const ModelFiles& files) {
+  std::string text;
+  for (const auto& [title, names] :
+       {std::pair("; missing: ", &files.missing), std::pair("; outside: ", &files.outside)}) {
+    const char* separator = title;
+    for (const std::string& name : *names) {
+      text += separator + name;
+      separator = ", ";
+    }
+  }
+  return text;
+}
+
+ModelError sceneFailure(const KtSceneError& error) {
+  // Some of its messages already say what to do.
+  std::string problem = error.what();
+  std::string remedy = "fix the scene file";
+  if (const std::size_t semicolon = problem.find("; "); semicolon != std::string::npos) {
+    remedy = problem.substr(semicolon + 2);
+    problem.resize(semicolon);
+  }
+  return {kExitInput, {"", problem, remedy}};
+}
+
+// Draws one model or scene into a work file.
+class ExportTask {
+ public:
+  explicit ExportTask(const ExportArguments& arguments)
+      : job_(arguments.job),
+        options_(arguments.options),
+        finishing_(finishingOf(arguments.job, arguments.options)),
+        output_(arguments.output),
+        preview_(arguments.preview) {}
+
+  // Returns an exit code.
+  int Draw() {
+    [[maybe_unused]] const bool isKnown = SetThreadCodePage(options_.codePage);
+    assert(isKnown);
+    enterPlugin(options_.plugin, traverser_);
+    if (pictureFormatOf(*options_.format) || preview_) {
+      // The fonts that the user has are opened here, wherever they are.
+      static_cast<void>(TextShaper(options_.codePage));
+    }
+    std::vector<int> writable = {output_.file};
+    if (preview_) {
+      writable.push_back(preview_->file);
+    }
+    confine(rulesFor(job_.model, options_, writable));
+    const int code = isSceneFile(job_.model) ? DrawScene() : DrawModel();
+    tellParent(textOf(report_));
+    return code;
+  }
+
+ private:
+  int DrawScene() {
+    beginStage("reading");
+    KtScene scene = SceneOfFile();
+    LimitChecker limits(options_.plan.limits, job_.model);
+    checkSceneLimits(scene, limits);
+    // An empty scene has an empty drawing; that is not an error.
+    const int code = Walk(scene);
+    CompletionReport completed;
+    if (code == kExitDone && !options_.batch.report.empty()) {
+      report_.facts = factsOfScene(job_.model, CountDrawing());
+    }
+    return code == kExitDone ? Complete(scene, {}, {}, completed) : code;
+  }
+
+  KtScene SceneOfFile() const {
+    try {
+      return ReadSceneFile(job_.model);
+    } catch (const KtSceneError& error) {
+      throw sceneFailure(error);
+    }
+  }
+
+  int DrawModel() {
+    beginStage("reading");
+    Model model = readModel(job_.model, options_.plan.up, options_.allowsOutside);
+    CheckFiles(model);
+    PlanOptions options = options_.plan;
+    options.linework.cut = job_.cut;
+    options.wantsSources = finishing_.IsFinished();
+    options.splitsKinds =
+        finishing_.IsFinished() && finishing_.layers == finish::LayerScheme::kKind;
+    options.linework.keepsHiddenWhole = finishing_.IsFinished();
+    PlanScene plan = options_.sheet.IsWanted()
+                         ? makeSheetScene(*model.scene, model.source, options, options_.sheet)
+                         : makePlanScene(*model.scene, model.source, options);
+    if (options_.isStrict) {
+      CheckCut(plan.content);
+    }
+    // Freeing a million faces one by one takes longer than drawing them, and the process ends soon.
+    static_cast<void>(model.importer.release());
+    const int code = Walk(plan.scene);
+    if (code != kExitDone) {
+      return code;
+    }
+    const DrawingCounts counts = CountDrawing();
+    if (counts.polylines != 0) {
+      CompletionReport completed;
+      const int completion = Complete(plan.scene, plan.sources, plan.content, completed);
+      const Summary summary = summaryOf(plan.content, counts);
+      report_.summaryBeforeTime = summary.beforeTime;
+      report_.summaryAfterTime =
+          summary.afterTime + finishingSummary(finishing_, completed) + absentFilesOf(*model.files);
+      if (!options_.batch.report.empty()) {
+        report_.facts = factsOfModel(job_.model, model.source.importer, plan.content, counts);
+      }
+      return completion;
+    }
+    return fail(kExitNothingToDraw, {job_.model, "nothing to draw: no edge is visible in this view",
+                                     "choose another --view"});
+  }
+
+  // Makes of the plug-in's drawing what the user wants. Returns an exit code.
+  int Complete(const KtScene& scene, const std::vector<NodeSource>& sources,
+               const PlanContent& content, CompletionReport& completed) const {
+    const Completion completion = completionOf(job_, options_, finishing_, content);
+    if (!completion.IsNeeded()) {
+      return kExitDone;
+    }
+    beginStage("finishing");
+    return completeDrawing(completion, sideTableOf(scene, sources, takenInstances()), job_.drawing,
+                           output_, preview_, completed);
+  }
+
+  DrawingCounts CountDrawing() const {
+    return countDrawing(MappedFile(output_.path, output_.name).Bytes());
+  }
+
+  void CheckCut(const PlanContent& content) const {
+    if (content.openEnds != 0) {
+      throw ModelError(kExitInput, {job_.model,
+                                    "its cut lines have " + std::to_string(content.openEnds) +
+                                        " open ends, and --strict was given",
+                                    "close the gaps of the model, or cut it elsewhere"});
+    }
+  }
+
+  // Throws ModelError for a model of which a part is missing, if that is wanted.
+  void CheckFiles(const Model& model) {
+    report_.inputs = model.files->named;
+    const std::vector<FileIdentity> textures = textureFiles(*model.scene, job_.model);
+    report_.inputs.insert(report_.inputs.end(), textures.begin(), textures.end());
+    const std::string absent = absentFilesOf(*model.files);
+    if (options_.isStrict && !absent.empty()) {
+      throw ModelError(kExitInput, {job_.model, "is not complete" + absent,
+                                    "provide the files, or leave --strict out"});
+    }
+  }
+
+  int Walk(KtScene& scene) {
+    beginStage("drawing");
+    captureErrorBoxes();
+    try {
+      if (recordingTraverser(traverser_).Walk(scene, pathFromBytes(output_.path))) {
+        return kExitDone;
+      }
+    } catch (const CFileException& error) {
+      return FailToWrite(error);
+    }
+    const std::string reason = output_.AsUserNamesIt(lastErrorBox());
+    return fail(kExitOutputNotMade,
+                {output_.name,
+                 "cannot be created: " + (reason.empty() ? "the plug-in gives no reason" : reason),
+                 output_.remedy});
+  }
+
+  int FailToWrite(const CFileException& error) const {
+    const std::string reason = ReasonOf(error);
+    if (reason.empty()) {
+      // Without any character sets not even the message can be converted.
+      return fail(
+          kExitWriteFailed,
+          {output_.name, "cannot be written: the system has no character sets for its texts",
+           "install those of the C library (gconv)"});
+    }
+    // The plug-in itself gives a reason only for a text that the code page cannot take.
+    return fail(kExitWriteFailed,
+                {output_.name, "cannot be written: " + reason,
+                 error.m_strReason.IsEmpty() ? output_.remedy : "choose another --codepage"});
+  }
+
+  // The system's message where there is one.
+  std::string ReasonOf(const CFileException& error) const {
+    if (error.m_lOsError <= 0) {
+      std::string reason = output_.AsUserNamesIt(error.what());
+      // What to do follows in the same sentence.
+      if (reason.ends_with('.')) {
+        reason.pop_back();
+      }
+      return reason;
+    }
+    return std::generic_category().message(static_cast<int>(error.m_lOsError));
+  }
+
+  const ExportJob& job_;
+  const ExportOptions& options_;
+  FinishingPlan finishing_;
+  const WorkOutput& output_;
+  const std::optional<WorkOutput>& preview_;
+  ExportReport report_;
+  KtTraverser traverser_;
+};
+
+}  // namespace
+
+WorkerTask exportTask() {
+  return {kExportTask, [](std::span<const std::string> words) {
+            const ExportArguments arguments = exportArgumentsOf(words);
+            return ExportTask(arguments).Draw();
+          }};
+}
+
+}  // namespace dxf2d

@@ -1,0 +1,52 @@
+#include "app/export/output_format.h"
+
+#include <filesystem>
+
+#include "app/cli/failure.h"
+#include "app/cli/option_values.h"
+
+namespace dxf2d {
+
+std::optional<OutputFormat> parseOutputFormat(const std::string& name) {
+  return oneOf<OutputFormat>({{"dxf", OutputFormat::kDxf},
+                              {"svg", OutputFormat::kSvg},
+                              {"pdf", OutputFormat::kPdf},
+                              {"png", OutputFormat::kPng}})(name);
+}
+
+OutputFormat formatOfName(const std::string& output) {
+  namespace fs = std::filesystem;
+  std::error_code ignored;
+  const fs::file_status status = fs::status(output, ignored);
+  const std::string end = fs::path(output).extension().string();
+  const bool isNamedByEnd = end.size() > 1 && (!fs::exists(status) || fs::is_regular_file(status));
+  if (!isNamedByEnd) {
+    return OutputFormat::kDxf;
+  }
+  if (const std::optional<OutputFormat> format = parseOutputFormat(end.substr(1))) {
+    return *format;
+  }
+  throw UsageError({output, "the format '" + end + "' is unknown",
+                    "end the name in .dxf, .svg, .pdf or .png, or give --format"});
+}
+
+std::string endOfFormat(OutputFormat format) {
+  const std::optional<PictureFormat> picture = pictureFormatOf(format);
+  return picture ? endOf(*picture) : ".dxf";
+}
+
+std::optional<PictureFormat> pictureFormatOf(OutputFormat format) {
+  switch (format) {
+    case OutputFormat::kSvg:
+      return PictureFormat::kSvg;
+    case OutputFormat::kPdf:
+      return PictureFormat::kPdf;
+    case OutputFormat::kPng:
+      return PictureFormat::kPng;
+    case OutputFormat::kDxf:
+      break;
+  }
+  return std::nullopt;
+}
+
+}  // namespace dxf2d

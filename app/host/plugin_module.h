@@ -1,0 +1,33 @@
+// The plug-in, loaded at run time, and its error boxes.
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "app/cli/failure.h"
+#include "ktscene/kt_traverser.h"
+
+namespace dxf2d {
+
+class PluginError : public Failure {
+ public:
+  explicit PluginError(Message message) : Failure(kExitPlugin, std::move(message)) {}
+};
+
+// Returns the file of the plug-in at `path`, or, when that is empty, of the one that belongs to
+// this program. Throws PluginError, also when the current directory that a relative `path` needs is
+// gone.
+std::string pluginFile(const std::string& path);
+
+// Loads the plug-in at `path`, or, when that is empty, the one that belongs to this program, and
+// lets it register its callbacks with `traverser`. It stays loaded to the end of the process: the
+// callbacks are its code. Throws PluginError.
+void enterPlugin(const std::string& path, KtTraverser& traverser);
+
+// Forgets earlier error boxes and keeps later ones from being shown.
+void captureErrorBoxes();
+
+// The text of the last error box since captureErrorBoxes; empty when there was none.
+std::string lastErrorBox();
+
+}  // namespace dxf2d
