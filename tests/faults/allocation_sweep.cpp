@@ -41,7 +41,7 @@ Attempt attempt(const SweptWork& work, std::uint64_t nth, FailingNews::Kind kind
   return result;
 }
 
-// Answers whether the allocation was reached.
+// Returns whether the allocation was reached.
 bool failsAt(const SweptWork& work, std::uint64_t nth, FailingNews::Kind kind) {
   SCOPED_TRACE("allocation " + std::to_string(nth) +
                (kind == FailingNews::Kind::kOnce ? "" : " and all after it"));

@@ -1,4 +1,4 @@
-// Runs work again and again, each time with another of its allocations failing.
+// Runs work repeatedly, each time with another of its allocations failing.
 #pragma once
 
 #include <cstdint>
@@ -10,11 +10,11 @@
 // Both run in a thread of their own, new for each failing allocation, so that what a thread keeps
 // for later calls is made anew and may fail too.
 struct SweptWork {
-  // Done with a failing allocation. Answers whether it was done; an orderly refusal is false. It
-  // may let out std::bad_alloc and CFileException and nothing else.
+  // Runs with a failing allocation. Returns whether the work was done; false for an orderly
+  // refusal. May throw std::bad_alloc and CFileException and nothing else.
   std::function<bool()> faulted;
-  // Done after that, with memory again: expects that what `faulted` left is right when it was done,
-  // and in any case that doing it anew gives what is right.
+  // Runs after that, with memory available: expects that the result of `faulted` is right if it was
+  // done, and in any case that doing the work again gives the right result.
   std::function<void(bool done)> verify;
 };
 
@@ -22,8 +22,8 @@ struct SweptWork {
 inline constexpr FailingNews::Kind kBothKinds[] = {FailingNews::Kind::kOnce,
                                                    FailingNews::Kind::kFromThereOn};
 
-// Lets each allocation of the work fail, one after the other, until there is none left to fail, and
-// expects that each time no memory and no descriptor stays behind. Returns how many there were.
+// Lets each allocation of the work fail, one after the other, and expects that each time no memory
+// and no descriptor leaks. Returns how many allocations there were.
 std::uint64_t sweepAllocations(const SweptWork& work, FailingNews::Kind kind);
 
 // The same for `count` of the allocations, drawn with `seed`, the early ones more often.

@@ -8,7 +8,9 @@ namespace {
 
 bool openFile(const std::u16string& path) {
   CFile file;
-  if (!file.Open(path.c_str(), CFile::modeCreate | CFile::modeWrite)) return false;
+  if (!file.Open(path.c_str(), CFile::modeCreate | CFile::modeWrite)) {
+    return false;
+  }
   file.Write("half", 4);
   file.Close();
   std::_Exit(0);

@@ -14,6 +14,8 @@
 #include "tests/support/code_page_setting.h"
 #include "tests/support/drawing_session.h"
 
+namespace dxf2d {
+
 namespace {
 
 class AllocationFaults : public testing::TestWithParam<FailingNews::Kind> {};
@@ -152,7 +154,9 @@ TEST_P(AllocationFaults, OfShapesAndFaceGeometryLeaveTheNextOnesRight) {
   const std::vector<double> coords = gridCoords(2);
   const std::vector<int> indices = {0, 1, 2, -5, 1, 2, 4, 5, -3, 3, 4, 7, 6, -4};
   const auto draw = [&] {
-    if (!DXF2dOpenFileForModel(path)) return false;
+    if (!DXF2dOpenFileForModel(path)) {
+      return false;
+    }
     DXF2dOpenNode(host.Attribute());
     const bool drawn = writeBox(sizes) && DXF2dFaceGeometry(coords, indices, {}, {}, {}, {}, false,
                                                             true, false, false, nullptr);
@@ -193,3 +197,5 @@ INSTANTIATE_TEST_SUITE_P(Kinds, AllocationFaults, testing::ValuesIn(kBothKinds),
                          [](const auto& kind) {
                            return kind.param == FailingNews::Kind::kOnce ? "Once" : "FromThereOn";
                          });
+
+}  // namespace dxf2d

@@ -1,9 +1,11 @@
 // Outlines that run out of memory, at every allocation that they make.
 #include <gtest/gtest.h>
 
-#include "geometry/outline.h"
+#include "geometry/outline/outline.h"
 #include "tests/faults/allocation_sweep.h"
 #include "tests/faults/grid.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -79,3 +81,5 @@ INSTANTIATE_TEST_SUITE_P(Kinds, OutlineAllocationFaults, testing::ValuesIn(kBoth
                          [](const auto& kind) {
                            return kind.param == FailingNews::Kind::kOnce ? "Once" : "FromThereOn";
                          });
+
+}  // namespace dxf2d

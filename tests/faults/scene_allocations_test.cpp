@@ -25,9 +25,13 @@ std::string summaryOf(const std::vector<KtSceneNode>& nodes) {
 
 std::string deepScene(int depth) {
   std::string text;
-  for (int i = 0; i < depth; ++i) text += R"({"children": [)";
+  for (int i = 0; i < depth; ++i) {
+    text += R"({"children": [)";
+  }
   text += R"({"geometry": [{"box": [1, 1, 1]}]})";
-  for (int i = 0; i < depth; ++i) text += "]}";
+  for (int i = 0; i < depth; ++i) {
+    text += "]}";
+  }
   return R"({"nodes": [)" + text + "]}";
 }
 

@@ -35,7 +35,7 @@ NAMES = [
     b"...",
     b"\xff\xfe not UTF-8 \xc3.dxf",
     "Grundriß — план — 平面図 \N{HOUSE BUILDING}.dxf".encode(),
-    "e\N{COMBINING ACUTE ACCENT} \N{RIGHT-TO-LEFT OVERRIDE}fxd.nalp".encode(),
+    "e\N{COMBINING ACUTE ACCENT} \N{RIGHT-TO-LEFT OVERRIDE}fxd.nalp.dxf".encode(),
     b"n" * 255,
 ]
 
@@ -68,7 +68,7 @@ class Room(Commands):
             run = output.run(preexec_fn=limiting(resource.RLIMIT_FSIZE, size))
             self.assert_kept(output, run, {DONE}, output.path)
 
-    def test_short_and_interrupted_writes_are_gone_on_with(self):
+    def test_short_and_interrupted_writes_are_continued(self):
         for output in self.outputs():
             run = output.run(environment={"LD_PRELOAD": self.options.short_writes,
                                           "ASAN_OPTIONS": "verify_asan_link_order=0"})
@@ -82,7 +82,43 @@ class Room(Commands):
         self.assertEqual(WRITE_FAILED, run.returncode)
         self.assertRegex(run.stderr, rb"\Adxf2d: .*/dev/stdout.*\n\Z")
 
-    def test_a_drawing_for_a_reader_that_has_gone_is_a_failed_write(self):
+    def test_what_cannot_be_printed_is_a_failed_write(self):
+        export = self.model_export()
+        for arguments in (["--help"], ["--version"], ["export", "--help"],
+                          export.command()[1:]):
+            with open("/dev/full", "wb") as full:
+                run = subprocess.run([self.options.dxf2d, *arguments], stdout=full,
+                                     stderr=subprocess.PIPE, check=False)
+            self.assertEqual(WRITE_FAILED, run.returncode, arguments)
+            self.assertRegex(run.stderr, rb"\Adxf2d: standard output .*\n\Z")
+
+    def test_a_relative_plug_in_needs_a_directory(self):
+        export = self.model_export()
+        gone = self.folder / "gone"
+        gone.mkdir()
+        run = subprocess.run(["sh", "-c", f"cd {gone} && rmdir {gone} && exec \"$@\"", "sh",
+                              *export.command(), "--plugin", "plugin.so"], capture_output=True,
+                             check=False)
+        self.assertEqual(8, run.returncode, run.stderr)
+        self.assertRegex(run.stderr, rb"\Adxf2d: plugin.so: [^\n]*current directory[^\n]*\n\Z")
+
+    def test_what_libraries_say_is_not_on_standard_error(self):
+        output = self.picture()
+        output.put_old()
+        # The library of fonts complains about both.
+        run = output.run(environment={"FONTCONFIG_FILE": "/no/such/fonts.conf",
+                                      "XDG_CACHE_HOME": "/no/such/directory"})
+        self.assertEqual((DONE, b""), (run.code, run.error))
+
+    def test_an_inspected_fifo_does_not_block(self):
+        pipe = self.folder / "pipe.so"
+        os.mkfifo(pipe)
+        run = subprocess.run([self.options.dxf2d, "inspect", pipe], capture_output=True,
+                             timeout=60, check=False)
+        self.assertEqual(8, run.returncode, run.stderr)
+        self.assertRegex(run.stderr, rb"\Adxf2d: [^\n]*\n\Z")
+
+    def test_a_drawing_into_a_closed_pipe_is_a_failed_write(self):
         output = self.scene_export()
         reader, writer = os.pipe()
         os.close(reader)
@@ -113,7 +149,7 @@ class Mounts(Commands):
         output.put_old()
 
     def test_a_drawing_larger_than_the_disk_leaves_the_old_one(self):
-        output = self.model_export(side=60)
+        output = self.model_export(side=150)
         self.assertGreater(len(output.new), 64 << 10)
         self.mount(output, "size=64k")
         self.assert_refused(output, {WRITE_FAILED})
@@ -130,13 +166,13 @@ class Mounts(Commands):
         self.mount(output, f"size={size}")
         self.assert_refused(output, {WRITE_FAILED})
 
-    def test_a_disk_that_takes_no_more_files_is_no_place(self):
+    def test_a_disk_that_takes_no_more_files_is_reported(self):
         for output in self.outputs():
             # The folder and the old file.
             self.mount(output, "nr_inodes=2")
             self.assert_refused(output, {NOT_MADE})
 
-    def test_a_disk_that_may_only_be_read_is_no_place(self):
+    def test_a_read_only_disk_is_reported(self):
         for output in self.outputs():
             self.mount(output, "size=1m")
             subprocess.run(["mount", "-o", "remount,ro", output.folder], check=True)
@@ -165,7 +201,7 @@ class Rights(Commands):
             output.path.chmod(file)
             yield output
 
-    def test_a_directory_that_may_not_be_written_is_no_place(self):
+    def test_a_directory_without_write_permission_is_reported(self):
         for output in self.outputs_with(folder=0o555):
             self.assert_refused(output, {NOT_MADE}, **self.stranger)
 
@@ -180,7 +216,7 @@ class Rights(Commands):
         for output in self.outputs_with(folder=0o1777, file=0o666):
             self.assert_refused(output, {NOT_MADE, WRITE_FAILED}, **self.stranger)
 
-    def test_a_user_who_may_start_no_process_gets_an_answer(self):
+    def test_a_limit_on_processes_is_reported(self):
         if not self.stranger:
             self.skipTest("only root can be another user")
         for output in self.outputs_with(folder=0o777, file=0o666):
@@ -221,7 +257,7 @@ class Names(Commands):
         self.assertEqual((DONE, b""), (run.returncode, run.stderr))
         self.assertEqual("new", output.state())
 
-    def test_an_output_that_another_program_is_writing_stays_its(self):
+    def test_an_output_that_another_program_is_writing_is_left_alone(self):
         for output in self.outputs():
             with open(output.path, "rb") as held:
                 fcntl.flock(held, fcntl.LOCK_EX | fcntl.LOCK_NB)
@@ -234,7 +270,7 @@ class Names(Commands):
 
 
 class ForeignCode(Commands):
-    def test_a_plug_in_that_ends_its_host_in_the_middle_has_drawn_nothing(self):
+    def test_a_plug_in_that_ends_its_host_delivers_no_drawing(self):
         for output in self.outputs():
             if output.arguments[0] != "export":
                 continue
@@ -247,7 +283,7 @@ class ForeignCode(Commands):
 
 
 class Limits(Commands):
-    def test_an_output_is_never_mixed_with_what_a_closed_stream_is_told(self):
+    def test_an_output_is_never_mixed_with_messages_to_closed_streams(self):
         for output in self.outputs():
             for count in (1, 2, 3):
                 for closed in itertools.combinations((0, 1, 2), count):
@@ -258,7 +294,7 @@ class Limits(Commands):
                     # What cannot be said may make the run a failed one; the file is whole.
                     self.assertIn(run.code, {DONE, WRITE_FAILED}, closed)
 
-    def test_too_few_descriptors_are_no_reason_for_half_an_output(self):
+    def test_too_few_descriptors_never_give_half_an_output(self):
         for output in self.outputs():
             for limit in range(3, 24):
                 output.put_old()

@@ -11,7 +11,7 @@ import shutil
 import subprocess
 import unittest
 
-from promise import DONE, NOT_MADE, WRITE_FAILED, FaultTests, run_tests
+from promise import DONE, LIMIT, NOT_MADE, WRITE_FAILED, FaultTests, run_tests
 
 # What each call is made to fail with: the n-th one alone, or it and all that follow. An interrupted
 # call is to be made anew, so that "all that follow" would never end.
@@ -20,8 +20,13 @@ FROM_THERE_ON = ("EIO",)
 TWICE = ("EINTR",)
 
 # The system never interrupts these, or has done their work when it says so.
-NOT_INTERRUPTED = {"rename", "renameat", "renameat2", "unlink", "unlinkat", "mmap", "newfstatat",
-                   "access", "faccessat2", "fchmod", "lseek", "munmap", "fcntl", "readlink"}
+NOT_INTERRUPTED = {"rename", "renameat", "renameat2", "linkat", "unlink", "unlinkat", "mmap",
+                   "newfstatat", "statx", "access", "faccessat", "faccessat2", "fchmod", "lseek",
+                   "munmap", "fcntl", "readlink", "getxattr", "fgetxattr", "fsetxattr",
+                   "flistxattr", "fremovexattr"}
+
+# What hands the output's descriptor to the worker process; without one, nothing is drawn.
+STARTING = {"fcntl", "dup2", "dup3"}
 
 CALL = re.compile(r"^(?P<process>\d+) +(?P<call>\w+)\(")
 
@@ -48,7 +53,7 @@ class SystemCalls(FaultTests):
     def test_a_new_drawing_keeps_the_promise(self):
         output = self.scene_export()
         output.replaces = False
-        self.sweep(output, {"openat", "fsync", "rename", "renameat2"})
+        self.sweep(output, {"openat", "fsync", "linkat", "renameat", "renameat2"})
 
     def test_an_export_of_a_model_keeps_the_promise(self):
         self.sweep(self.model_export())
@@ -59,7 +64,7 @@ class SystemCalls(FaultTests):
     def sweep(self, output, chosen=None):
         """Lets the calls on the output's way fail, or those of them that are `chosen`."""
         places = self.calls_on_the_way(output)
-        self.assertTrue({"rename", "renameat2"} & {call for call, _ in places})
+        self.assertTrue({"linkat", "renameat", "renameat2"} & {call for call, _ in places})
         for call, nth in places:
             if chosen is not None and call not in chosen:
                 continue
@@ -93,7 +98,11 @@ class SystemCalls(FaultTests):
                     if "(INJECTED)" in line]
         self.assertTrue(injected, "the call was not met")
         if all(str(output.folder) in line for line in injected):
-            self.assert_kept(output, run, codes, f"{call} {fault}")
+            if run.code == LIMIT and call in STARTING:
+                self.assertEqual("old", output.state())
+                self.assertRegex(run.error, rb"\Adxf2d: [^\n]* no worker process [^\n]*\n\Z")
+            else:
+                self.assert_kept(output, run, codes, f"{call} {fault}")
         else:
             # Numbers are counted in each process, so that another call was met as well: of the
             # loader, say, whose words and exit codes are its own.
