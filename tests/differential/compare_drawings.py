@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Exports random scenes with dxf2d and with the plain form of the drawing rules, and compares.
+"""Exports random scenes with dxf2d and with the reference implementation, and compares.
 
 Every scene comes from its seed, so that a difference can be had again:
 
@@ -17,7 +17,7 @@ import tempfile
 from concurrent.futures import ThreadPoolExecutor
 from pathlib import Path
 
-from plain_drawing import drawing_of
+from reference_drawing import drawing_of
 from random_scenes import random_scene
 
 # Seconds after which an export counts as hung.

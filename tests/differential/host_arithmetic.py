@@ -1,4 +1,4 @@
-"""The host's arithmetic on points and transforms, plainly: doubles, added in the host's order.
+"""The host's arithmetic on points and transforms: doubles, added in the host's order.
 
 A point or direction is a tuple of three floats. A transform is a tuple of 16 floats for row
 vectors, elements 12 to 14 the translation.

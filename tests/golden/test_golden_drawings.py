@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Holds the golden drawings against the plain form of the drawing rules.
+"""Holds the golden drawings against the reference implementation of the drawing rules.
 
 With --write it makes them anew instead; read every change through before it is committed.
 """
@@ -13,14 +13,14 @@ import unittest
 FOLDER = pathlib.Path(__file__).resolve().parent
 sys.path.insert(0, str(FOLDER.parent / "differential"))
 
-from plain_drawing import drawing_of  # noqa: E402 (needs the path above)
+from reference_drawing import drawing_of  # noqa: E402 (needs the path above)
 
 
 def scenes():
     return sorted(FOLDER.glob("*.json"))
 
 
-def plain_drawing(scene):
+def reference_drawing(scene):
     return drawing_of(json.loads(scene.read_text(encoding="utf-8")))
 
 
@@ -30,10 +30,10 @@ class GoldenDrawings(unittest.TestCase):
                          sorted(drawing.stem for drawing in FOLDER.glob("*.dxf")))
         self.assertTrue(scenes())
 
-    def test_drawings_are_those_of_the_plain_rules(self):
+    def test_drawings_are_those_of_the_reference_implementation(self):
         for scene in scenes():
             with self.subTest(scene=scene.stem):
-                self.assertEqual(scene.with_suffix(".dxf").read_bytes(), plain_drawing(scene))
+                self.assertEqual(scene.with_suffix(".dxf").read_bytes(), reference_drawing(scene))
 
 
 def main():
@@ -43,7 +43,7 @@ def main():
     if not options.write:
         unittest.main(argv=[sys.argv[0], *rest])
     for scene in scenes():
-        scene.with_suffix(".dxf").write_bytes(plain_drawing(scene))
+        scene.with_suffix(".dxf").write_bytes(reference_drawing(scene))
 
 
 if __name__ == "__main__":

@@ -65,7 +65,7 @@ class DrawingFacts:
         return [block for block in self._document.blocks if not block.name.startswith("*")]
 
     def _read_groups(self, path):
-        """Looks at what ezdxf mends in silence when it reads a drawing."""
+        """Looks at what ezdxf silently fixes when it reads a drawing."""
         names = Counter()
         in_block = False
         with open(path, encoding="latin-1", newline=None) as stream:

@@ -28,6 +28,9 @@
 
 #include "app/model/up_axis.h"
 
+using dxf2d::Affine;
+using dxf2d::UpAxis;
+
 namespace {
 
 using Vector = std::array<double, 3>;
@@ -48,13 +51,17 @@ Vector directionThrough(const Map& map, const Vector& v) {
 
 Vector pointThrough(const Map& map, const Vector& p) {
   Vector image = directionThrough(map, p);
-  for (std::size_t i = 0; i < 3; ++i) image[i] += map.origin[i];
+  for (std::size_t i = 0; i < 3; ++i) {
+    image[i] += map.origin[i];
+  }
   return image;
 }
 
 Map innerThenOuter(const Map& inner, const Map& outer) {
   Map result;
-  for (std::size_t i = 0; i < 3; ++i) result.axes[i] = directionThrough(outer, inner.axes[i]);
+  for (std::size_t i = 0; i < 3; ++i) {
+    result.axes[i] = directionThrough(outer, inner.axes[i]);
+  }
   result.origin = pointThrough(outer, inner.origin);
   return result;
 }
@@ -68,7 +75,9 @@ Map mapOf(const aiMatrix4x4& m) {
 
 Map mapOf(const Affine& turn) {
   Map map;
-  for (std::size_t i = 0; i < 9; ++i) map.axes[i / 3][i % 3] = turn.linear[i];
+  for (std::size_t i = 0; i < 9; ++i) {
+    map.axes[i / 3][i % 3] = turn.linear[i];
+  }
   return map;
 }
 
@@ -137,7 +146,9 @@ DrawnVertices drawnVertices(const aiMesh& mesh) {
   std::map<std::pair<unsigned, unsigned>, std::set<unsigned>> facesOfEdge;
   for (unsigned f = 0; f < mesh.mNumFaces; ++f) {
     const aiFace& face = mesh.mFaces[f];
-    if (!isDrawn(face)) continue;
+    if (!isDrawn(face)) {
+      continue;
+    }
     for (unsigned i = 0; i < face.mNumIndices; ++i) {
       const unsigned a = welded[face.mIndices[i]];
       const unsigned b = welded[face.mIndices[(i + 1) % face.mNumIndices]];
@@ -150,7 +161,9 @@ DrawnVertices drawnVertices(const aiMesh& mesh) {
     }
   }
   for (const auto& [edge, faces] : facesOfEdge) {
-    if (faces.size() < kFewestThatHide) unshared.insert({edge.first, edge.second});
+    if (faces.size() < kFewestThatHide) {
+      unshared.insert({edge.first, edge.second});
+    }
   }
   return {{all.begin(), all.end()}, {unshared.begin(), unshared.end()}};
 }
@@ -158,14 +171,20 @@ DrawnVertices drawnVertices(const aiMesh& mesh) {
 class Extents {
  public:
   explicit Extents(const aiScene& model) : model_(model), drawn_(model.mNumMeshes) {
-    for (unsigned i = 0; i < model.mNumMeshes; ++i) drawn_[i] = drawnVertices(*model.mMeshes[i]);
+    for (unsigned i = 0; i < model.mNumMeshes; ++i) {
+      drawn_[i] = drawnVertices(*model.mMeshes[i]);
+    }
   }
 
   void AddNode(const aiNode& node, const Map& parent) {
     const Map map = innerThenOuter(mapOf(node.mTransformation), parent);
-    for (unsigned i = 0; i < node.mNumMeshes; ++i) AddMesh(node.mMeshes[i], map);
+    for (unsigned i = 0; i < node.mNumMeshes; ++i) {
+      AddMesh(node.mMeshes[i], map);
+    }
     for (unsigned i = 0; i < node.mNumChildren; ++i) {
-      if (node.mChildren[i] != nullptr) AddNode(*node.mChildren[i], map);
+      if (node.mChildren[i] != nullptr) {
+        AddNode(*node.mChildren[i], map);
+      }
     }
   }
 
@@ -177,8 +196,12 @@ class Extents {
 
  private:
   void AddMesh(unsigned mesh, const Map& map) {
-    for (const unsigned vertex : drawn_[mesh].all) all_.Add(Placed(mesh, vertex, map));
-    for (const unsigned vertex : drawn_[mesh].unshared) unshared_.Add(Placed(mesh, vertex, map));
+    for (const unsigned vertex : drawn_[mesh].all) {
+      all_.Add(Placed(mesh, vertex, map));
+    }
+    for (const unsigned vertex : drawn_[mesh].unshared) {
+      unshared_.Add(Placed(mesh, vertex, map));
+    }
   }
 
   Vector Placed(unsigned mesh, unsigned vertex, const Map& map) {
@@ -201,13 +224,17 @@ class Extents {
 };
 
 UpAxis axisNamed(const std::string& name) {
-  if (name == "y") return UpAxis::kY;
+  if (name == "y") {
+    return UpAxis::kY;
+  }
   return name == "z" ? UpAxis::kZ : UpAxis::kAuto;
 }
 
 std::string readerOf(const Assimp::Importer& importer) {
   const int index = importer.GetPropertyInteger("importerIndex", -1);
-  if (index < 0) return {};
+  if (index < 0) {
+    return {};
+  }
   return importer.GetImporterInfo(static_cast<std::size_t>(index))->mName;
 }
 
@@ -228,7 +255,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "model_bounds: %s\n", importer.GetErrorString());
     return 1;
   }
-  const Map upright = mapOf(uprightTurn(*model, readerOf(importer), up));
+  const Map upright = mapOf(dxf2d::uprightTurn(*model, readerOf(importer), up));
   const Map sheet = sheetFor(std::atof(argv[3]), std::atof(argv[4]), std::atof(argv[5]));
   Extents extents(*model);
   extents.AddNode(*model->mRootNode, innerThenOuter(upright, sheet));

@@ -43,7 +43,7 @@ class ChosenModels(unittest.TestCase):
             self.assert_sound("FBX/spider.fbx", view=view)
             self.assert_sound("3DS/cubes_with_alpha.3DS", view=view)
 
-    def test_edges_that_three_faces_share_are_not_drawn(self):
+    def test_outer_edges_that_three_faces_share_are_drawn(self):
         self.assert_sound(TEAPOTS, view="front")
 
     def test_scale_is_the_drawing_s_units_for_one_of_the_model(self):

@@ -1,4 +1,4 @@
-"""Whose code a working process was in when it was brought down: the model's reader's or ours."""
+"""Whether a worker process crashed in the importer's code or in ours."""
 
 import re
 import subprocess
@@ -10,15 +10,15 @@ FRAME = re.compile(r"^ *#\d+ +(.*)$", re.MULTILINE)
 # Of a frame, where it is in a library of the system; all others are ours.
 LIBRARY = re.compile(r"\((?:/usr)?/lib(?:64)?/(?:\S*/)?([^/ +)]+)")
 READER = "libassimp"
-# With gdb, to bring down again what has been brought down before.
+# Runs under gdb until a crash repeats.
 ATTEMPTS = 10
-# Frames that tell nothing: of a wild jump, of memory that is refused, of std::terminate's handler.
+# Frames without information: of a wild jump, a failed allocation, std::terminate's handler.
 UNTOLD = re.compile(r"<unknown module>|^operator new|endTerminated")
 
 
 def site_of_signal(command, directory):
-    """Runs a command of dxf2d that is brought down under gdb; see crash_site."""
-    # Where memory lies may decide whether it is brought down.
+    """Runs a command of dxf2d that crashed again, under gdb; see crash_site."""
+    # A crash may depend on the memory layout.
     steps = ["set disable-randomization off", "set follow-fork-mode child", "run",
              f"source {Path(__file__).with_name('print_frames.py')}"]
     options = [word for step in steps for word in ("-ex", step)]

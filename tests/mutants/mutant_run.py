@@ -21,19 +21,19 @@ SANITIZER = 86
 TIME_MARGIN = 10
 MEMORY_MARGIN = 128
 
-# Bytes. A reader's message may quote from the model; a page of it is no sentence.
+# Bytes of a message: an importer's may quote from the model, but not a page of it.
 LONGEST_SENTENCE = 1000
 
 END_OF_DRAWING = b"  0\nEOF\n"
 
 CONTROL_CHARACTER = re.compile(rb"[\x00-\x1f\x7f]|\xc2[\x80-\x9f]")
 
-# What becomes of a mutant: words of its sentence, by what the tally says.
+# Outcomes of a mutant for the tally, by a part of its error message; the first that matches.
 OUTCOMES = {
-    "brings its reader down (Segmentation fault)": b"reader down (Segmentation",
-    "brings its reader down (Aborted)": b"reader down (Aborted",
-    "brings its reader down otherwise": b"brings its reader down",
-    "ends its reader in the middle": b"ends its reader in the middle",
+    "crashes the importer (Segmentation fault)": b"(Segmentation fault)",
+    "crashes the importer (Aborted)": b"(Aborted)",
+    "crashes the importer otherwise": b"crashes the importer",
+    "makes the importer exit": b"(exit code",
     "reaches the limit of memory": b"that --max-memory allows",
     "reaches the limit of time": b"that --max-time allows",
     "reaches the limit of nodes": b"that --max-nodes allows",
@@ -76,9 +76,9 @@ class MutantExport:
         self._reports = folder / "reports"
         for path in (self.directory, self.model.parent, self.drawing.parent, self._reports):
             path.mkdir(parents=True)
-        for neighbour in original_folder.iterdir():
-            if neighbour.name not in mutants:
-                (self.model.parent / neighbour.name).symlink_to(neighbour)
+        for neighbor in original_folder.iterdir():
+            if neighbor.name not in mutants:
+                (self.model.parent / neighbor.name).symlink_to(neighbor)
         for path, content in mutants.items():
             (self.model.parent / path).write_bytes(content)
         self._limits = limits
@@ -87,7 +87,7 @@ class MutantExport:
 
     def run(self, is_sanitized=False, reads_drawing=False, finds_site=False):
         """Exports once; `reads_drawing` reads it back with ezdxf, `finds_site` exports once more
-        where the reader was brought down, to see in whose code."""
+        if the importer crashed, to find in whose code."""
         run = self._run()
         run.complaints = [*self._wrong_files(run), *self._wrong_usage(run, is_sanitized)]
         run.outcome = outcome_of(run)
@@ -95,7 +95,7 @@ class MutantExport:
         self._judge_report(run)
         if run.code == DONE and self.drawing.exists():
             run.complaints += self._wrong_drawing(reads_drawing)
-        if finds_site and run.outcome.startswith("brings its reader down"):
+        if finds_site and run.outcome.startswith("crashes the importer"):
             self._judge_site(run, *site_of_signal(self.command, self.directory))
             self.drawing.unlink(missing_ok=True)
         return run
@@ -123,7 +123,7 @@ class MutantExport:
 
     def _wrong_usage(self, run, is_sanitized):
         if run.code is None:
-            yield f"does not end within {self._limits.time} s and {TIME_MARGIN} more"
+            yield f"has not ended {TIME_MARGIN} s after its limit of {self._limits.time} s"
         # The sanitizers take as much as they like.
         if run.peak > self._limits.memory + MEMORY_MARGIN and not is_sanitized:
             yield f"takes {run.peak} MiB where {self._limits.memory} are allowed"
@@ -162,7 +162,7 @@ class MutantExport:
     def _judge_site(self, run, whose, frame):
         run.site = f"{whose}: {frame}"
         if whose != "reader":
-            run.complaints.append(f"{run.outcome}, and not in its reader but in {whose}: {frame}")
+            run.complaints.append(f"{run.outcome}, not in the importer but in {whose}: {frame}")
 
 
 def ends_within(process, seconds):
@@ -180,7 +180,7 @@ def outcome_of(run):
     for outcome, words in OUTCOMES.items():
         if words in run.error:
             return outcome
-    return PLAIN_OUTCOMES.get(run.code, "against the promise")
+    return PLAIN_OUTCOMES.get(run.code, "breaks the promise")
 
 
 def wrong_words(run, model):
@@ -198,5 +198,5 @@ def wrong_words(run, model):
     if run.code != DONE and model not in said:
         yield f"the sentence does not name the model: {said}"
     if len(said) - len(model) > LONGEST_SENTENCE:
-        yield f"{len(said)} bytes are no sentence: {said[:LONGEST_SENTENCE]}"
+        yield f"a message of {len(said)} bytes: {said[:LONGEST_SENTENCE]}"
 

@@ -1,4 +1,4 @@
-"""Ways to spoil a file. Each takes dice (a random.Random), the bytes, and those of another file of
+"""Ways to mutate a file. Each takes dice (a random.Random), the bytes, and those of another file of
 the same format; the same dice make the same mutant."""
 
 import io
@@ -9,7 +9,7 @@ import zlib
 
 NUMBER = re.compile(rb"(?<![\w.])[-+]?\d+(?:\.\d*)?(?:[eE][-+]?\d+)?(?![\w.])")
 
-# What readers may take for a count, an index or a coordinate. 4294967295 and its neighbours wrap
+# What readers may take for a count, an index or a coordinate. 4294967295 and its neighbors wrap
 # around; 1e39 is infinite in single precision, 1e308 times anything in double.
 NUMBERS = [b"nan", b"inf", b"-inf", b"1e38", b"-1e39", b"1e308", b"1e-45", b"1e999999", b"0",
            b"-0.0", b"-1", b"255", b"256", b"65536", b"1000000", b"100000000", b"2147483647",
@@ -78,17 +78,17 @@ def is_text(data):
 
 
 def flipped_bits(dice, data, _):
-    spoilt = bytearray(data)
+    mutated = bytearray(data)
     for _ in range(dice.choice([1, 4, 16]) if data else 0):
-        spoilt[dice.randrange(len(data))] ^= 1 << dice.randrange(8)
-    return bytes(spoilt)
+        mutated[dice.randrange(len(data))] ^= 1 << dice.randrange(8)
+    return bytes(mutated)
 
 
 def overwritten_bytes(dice, data, _):
-    spoilt = bytearray(data)
+    mutated = bytearray(data)
     for _ in range(dice.choice([1, 4, 16]) if data else 0):
-        spoilt[dice.randrange(len(data))] = dice.choice(BYTES)
-    return bytes(spoilt)
+        mutated[dice.randrange(len(data))] = dice.choice(BYTES)
+    return bytes(mutated)
 
 
 def truncated(dice, data, _):
@@ -142,7 +142,7 @@ def replaced_numbers(dice, data, _):
 
 
 def changed_length(dice, data, _):
-    """Spoils what looks like a length or a count: a number that the file is long enough for."""
+    """Changes what looks like a length or a count: a number that the file is long enough for."""
     form = dice.choice("<>") + dice.choice("HI")
     size = struct.calcsize(form)
     if len(data) < size:

@@ -126,26 +126,26 @@ def verdicts(tool, texts):
     assert not any("\n" in text for text in texts)
     done = subprocess.run([tool], input="\n".join(texts) + "\n", stdout=subprocess.PIPE, text=True,
                           encoding="utf-8", check=True)
-    answers = done.stdout.splitlines()
-    assert len(answers) == len(texts), (len(answers), len(texts))
-    return answers
+    lines = done.stdout.splitlines()
+    assert len(lines) == len(texts), (len(lines), len(texts))
+    return lines
 
 
 def check_agreement(tool, validator):
     texts = sorted({json.dumps(scene) for scene in scenes()})
     seen = {True: 0, False: 0}
-    for text, answer in zip(texts, verdicts(tool, texts)):
+    for text, verdict in zip(texts, verdicts(tool, texts)):
         valid = validator.is_valid(json.loads(text))
-        assert valid == (answer == "valid"), f"schema: {valid}, reader: {answer}\n{text}"
+        assert valid == (verdict == "valid"), f"schema: {valid}, reader: {verdict}\n{text}"
         seen[valid] += 1
     assert seen[True] > 100 and seen[False] > 2000, seen
     return seen
 
 
 def check_unseen(tool, validator):
-    for text, answer in zip(UNSEEN, verdicts(tool, UNSEEN)):
+    for text, verdict in zip(UNSEEN, verdicts(tool, UNSEEN)):
         assert validator.is_valid(json.loads(text)), text
-        assert answer != "valid", text
+        assert verdict != "valid", text
 
 
 def check_examples(tool, validator, sources):
@@ -155,8 +155,8 @@ def check_examples(tool, validator, sources):
     assert len(texts) >= 5, len(texts)
     golden = [path.read_text(encoding="utf-8") for path in (sources / "tests" / "golden").glob("*.json")]
     flat = [text.replace("\n", " ") for text in texts + golden]
-    for text, answer in zip(flat, verdicts(tool, flat)):
-        assert answer == "valid", (answer, text)
+    for text, verdict in zip(flat, verdicts(tool, flat)):
+        assert verdict == "valid", (verdict, text)
         validator.validate(json.loads(text))
 
 

@@ -6,9 +6,11 @@
 #include <string>
 #include <utility>
 
+#include "geometry/callbacks.h"
 #include "ktscene/kt_graphic_attribute.h"
 #include "ktscene/kt_scene.h"
-#include "plugin/exports.h"
+#include "plugin/entry.h"
+#include "session/callbacks.h"
 #include "tests/support/drawing_groups.h"
 
 // What follows the head that every drawing has: from the first block on.

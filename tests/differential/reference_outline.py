@@ -1,4 +1,4 @@
-"""Which lines of a face set or line set a plan shows: the plain form of the drawing rules.
+"""The lines of face sets and line sets that a plan shows; the reference implementation of the rules.
 
 Ordered sets are sorted anew where they are visited and every chain starts its scan again after each
 link; nothing here is clever, so that it can be read against the rules.

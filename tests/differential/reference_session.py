@@ -1,13 +1,13 @@
-"""The walk over a scene and the records, blocks and placements that come of it, plainly."""
+"""The walk over a scene and the records, blocks and placements that it leads to."""
 
 from host_arithmetic import (IDENTITY, product, relative, rotation_angles, transformed)
-from plain_groups import (ATTRIBUTES_FOLLOW, BLOCK_END, LAYER, SEQUENCE_END, block_begin,
+from reference_groups import (ATTRIBUTES_FOLLOW, BLOCK_END, LAYER, SEQUENCE_END, block_begin,
                           finite_or_zero, nested_insert, point, polyline, real)
-from plain_head import group, head
-from plain_label import label_entities
-from plain_outline import face_outline, line_outline
-from plain_palette import nearest_color_index
-from plain_shapes import box, cylinder
+from reference_head import group, head
+from reference_label import label_entities
+from reference_outline import face_outline, line_outline
+from reference_palette import nearest_color_index
+from reference_shapes import box, cylinder
 
 # Radians out of the drawing plane up to which geometry counts as seen in plan …
 INSTANCE_TILT = 0.03

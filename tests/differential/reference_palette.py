@@ -1,4 +1,4 @@
-"""The 255 colours of a drawing and the nearest of them to a colour."""
+"""The 255 colors of a drawing and the nearest of them to a color."""
 
 import math
 
@@ -29,30 +29,30 @@ SHADES = (1, 0.65, 0.5, 0.3, 0.15)
 
 def palette():
     """Index to (red, green, blue)."""
-    colours = dict(enumerate([(1, 0, 0), (1, 1, 0), (0, 1, 0), (0, 1, 1), (0, 0, 1), (1, 0, 1),
-                              (1, 1, 1), (1, 1, 1), (1, 1, 1)], start=1))
+    colors = dict(enumerate([(1, 0, 0), (1, 1, 0), (0, 1, 0), (0, 1, 1), (0, 0, 1), (1, 0, 1),
+                             (1, 1, 1), (1, 1, 1), (1, 1, 1)], start=1))
     for k, hue in enumerate(HUES):
         for j, shade in enumerate(SHADES):
             index = 10 + 10 * k + 2 * j
-            colours[index] = tuple(shade * part for part in hue)
-            colours[index + 1] = tuple(shade * (0.5 + 0.5 * part) for part in hue)
+            colors[index] = tuple(shade * part for part in hue)
+            colors[index + 1] = tuple(shade * (0.5 + 0.5 * part) for part in hue)
     # These two depart from the rule.
-    colours[108] = (0, 0.15, 0.09375)
-    colours[118] = (0, 0.15, 0.75)
-    for index, grey in zip(range(250, 256), (0.33, 0.464, 0.598, 0.732, 0.866, 1.0)):
-        colours[index] = (grey, grey, grey)
-    return colours
+    colors[108] = (0, 0.15, 0.09375)
+    colors[118] = (0, 0.15, 0.75)
+    for index, gray in zip(range(250, 256), (0.33, 0.464, 0.598, 0.732, 0.866, 1.0)):
+        colors[index] = (gray, gray, gray)
+    return colors
 
 
-COLOURS = palette()
+COLORS = palette()
 
 
 def nearest_color_index(red, green, blue):
-    """The first of the nearest colours in scan order; 0 when none is nearer than 10000."""
+    """The first of the nearest colors in scan order; 0 when none is nearer than 10000."""
     best = 10000.0
     result = 0
     for index in SCAN_ORDER:
-        r, g, b = COLOURS[index]
+        r, g, b = COLORS[index]
         dr, dg, db = r - red, g - green, b - blue
         distance = math.sqrt((dr * dr + dg * dg) + db * db)
         if best > distance:

@@ -1,12 +1,12 @@
-"""The drawing that a scene gives, by the plain form of the drawing rules.
+"""The drawing that a scene gives, by the reference implementation of the drawing rules.
 
 It shares nothing with the exporter: `compare_drawings.py` holds the two against each other.
 """
 
 import sys
 
-from plain_groups import Drawing
-from plain_session import Session
+from reference_groups import Drawing
+from reference_session import Session
 
 # Calls a level of a scene's tree can take, and trees as deep as generated scenes have them.
 sys.setrecursionlimit(20000)

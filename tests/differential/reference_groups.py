@@ -2,7 +2,7 @@
 
 import math
 
-from plain_head import group
+from reference_head import group
 
 
 class Drawing:

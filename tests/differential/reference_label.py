@@ -1,4 +1,4 @@
-"""Labels: their string, their layout, their TEXT entities; the plain form of the drawing rules.
+"""Labels: their string, layout and TEXT entities; the reference implementation of the drawing rules.
 
 All text here holds UTF-16 units, one a character.
 """
@@ -6,9 +6,9 @@ All text here holds UTF-16 units, one a character.
 import re
 
 from host_arithmetic import rotation_axis, transformed, turned_about_z
-from plain_groups import BLOCK_END, LAYER, block_begin, point, real, to_units
-from plain_head import group
-from plain_palette import nearest_color_index
+from reference_groups import BLOCK_END, LAYER, block_begin, point, real, to_units
+from reference_head import group
+from reference_palette import nearest_color_index
 
 CONTROL = re.compile("[\x00-\x1f\x7f-\x9f]")
 NUMBER = r"([+-]?(?:[0-9]+(?:\.[0-9]*)?|\.[0-9]+)(?:[eE][+-]?[0-9]+)?) +"
@@ -90,15 +90,15 @@ def alignment(label, number):
     if label.align not in ("C", "L", "R"):
         return ""
     h = label.height
-    centring = 0.75 * h * (1 - len(label.lines))
+    centering = 0.75 * h * (1 - len(label.lines))
     drop = -1.5 * h * number
     if label.align == "C":
-        offset, code = (0.0, drop - centring, 0.0), 1
+        offset, code = (0.0, drop - centering, 0.0), 1
     elif label.align == "L":
-        offset, code = (-(widest(label.lines) / 2.0) * h, drop - centring, 0.0), 0
+        offset, code = (-(widest(label.lines) / 2.0) * h, drop - centering, 0.0), 0
     else:
         # Unlike the others, a right-aligned label hangs below its anchor.
-        offset, code = ((widest(label.lines) / 2.0) * h, drop + centring, 0.0), 2
+        offset, code = ((widest(label.lines) / 2.0) * h, drop + centering, 0.0), 2
     x, y, _ = turned(offset, label.angle)
     x, y = x + label.x, y + label.y
     return point(x, y) + point(x, y, first_code=11) + group(72, code) + group(73, 2)

@@ -1,18 +1,18 @@
 #!/usr/bin/env python3
-"""Facts of the plain form that were worked out by hand."""
+"""Facts of the reference implementation that were worked out by hand."""
 
 import json
 import math
 import unittest
 
 from host_arithmetic import IDENTITY, relative, rotation_angles, rotation_axis
-from plain_drawing import drawing_of
-from plain_groups import converted, real
-from plain_head import head
-from plain_label import parse_label, widest
-from plain_outline import face_outline, line_outline
-from plain_palette import nearest_color_index
-from plain_shapes import box
+from reference_drawing import drawing_of
+from reference_groups import converted, real
+from reference_head import head
+from reference_label import parse_label, widest
+from reference_outline import face_outline, line_outline
+from reference_palette import nearest_color_index
+from reference_shapes import box
 from random_scenes import about_x, about_z, random_scene, rows
 
 TRIANGLE = {"faceSet": {"coords": [0, 0, 0, 1, 0, 0, 0, 1, 0], "indices": [0, 1, 2, -7]}}
@@ -87,11 +87,11 @@ class Nodes(unittest.TestCase):
         node = named(realObjectId="R", geometry=[TRIANGLE])
         self.assertEqual(placed([node, node, named(geometry=[TRIANGLE])]), ["GO_1", "GO_1", "GO_3"])
 
-    def test_tilted_or_coloured_occurrence_has_a_block_of_its_own(self):
+    def test_tilted_or_colored_occurrence_has_a_block_of_its_own(self):
         node = named(realObjectId="R", geometry=[TRIANGLE])
         tilted = dict(node, matrix=rows(*about_x(0.031)))
-        coloured = dict(node, color=[1, 0, 0])
-        self.assertEqual(placed([node, tilted, coloured]), ["GO_1", "GO_2", "GO_3"])
+        colored = dict(node, color=[1, 0, 0])
+        self.assertEqual(placed([node, tilted, colored]), ["GO_1", "GO_2", "GO_3"])
 
     def test_node_without_item_or_name_is_not_registered(self):
         for missing in ({"item": False}, {"realObjectId": ""}):
@@ -101,10 +101,10 @@ class Nodes(unittest.TestCase):
 
     def test_refused_instance_does_not_replace_the_registered_node(self):
         first = named(realObjectId="R", geometry=[TRIANGLE])
-        coloured = dict(first, color=[1, 0, 0])
-        self.assertEqual(placed([first, coloured, first]), ["GO_1", "GO_2", "GO_1"])
+        colored = dict(first, color=[1, 0, 0])
+        self.assertEqual(placed([first, colored, first]), ["GO_1", "GO_2", "GO_1"])
 
-    def test_children_inherit_the_colour_and_the_root_has_none(self):
+    def test_children_inherit_the_color_and_the_root_has_none(self):
         child = named(geometry=[TRIANGLE])
         self.assertEqual(values(groups([child]), 62), ["254"])
         self.assertEqual(values(groups([{"color": [1, 0, 0], "children": [child]}]), 62), ["1"])
@@ -156,7 +156,7 @@ class Outline(unittest.TestCase):
         self.assertEqual(face_outline(SQUARE[:3], [0, 1, 2, -7], False),
                          [[(0.0, 0.0), (1.0, 0.0), (1.0, 1.0), (0.0, 0.0)]])
 
-    def test_coplanar_neighbours_hide_their_common_edge(self):
+    def test_coplanar_neighbors_hide_their_common_edge(self):
         chains = face_outline(SQUARE, [0, 1, 2, -7, 0, 2, 3, -7], False)
         self.assertEqual(len(segments(chains)), 4)
         self.assertNotIn(frozenset([(0.0, 0.0), (1.0, 1.0)]), segments(chains))
@@ -181,7 +181,7 @@ class Outline(unittest.TestCase):
                         [0, 1, 2, -8], [0, 1, 2]):
             self.assertEqual(face_outline(SQUARE, indices, False), [])
 
-    def test_long_segment_run_is_nothing_in_a_face_set_and_a_strip_in_a_line_set(self):
+    def test_long_segment_run_is_ignored_in_a_face_set_and_a_strip_in_a_line_set(self):
         self.assertEqual(face_outline(SQUARE, [0, 1, 2, -1], False), [])
         self.assertEqual(line_outline(SQUARE, [0, 1, 2, -1]),
                          [[(0.0, 0.0), (1.0, 0.0), (1.0, 1.0)]])
@@ -202,7 +202,7 @@ class Outline(unittest.TestCase):
         chains = face_outline(SQUARE, [0, 1, 2, 0, 3, -5], False)
         self.assertIn(frozenset([(0.0, 0.0), (0.0, 1.0)]), segments(chains))
 
-    def test_point_numbers_that_name_nothing_take_part_in_no_edge(self):
+    def test_invalid_point_numbers_take_part_in_no_edge(self):
         self.assertEqual(segments(face_outline(SQUARE, [0, 1, 9, 3, -7], False)),
                          {frozenset([(0.0, 0.0), (1.0, 0.0)]), frozenset([(0.0, 0.0), (0.0, 1.0)])})
         self.assertEqual(line_outline(SQUARE, [0, 9, 1, -6]), [])
@@ -223,7 +223,7 @@ class Outline(unittest.TestCase):
         chains = face_outline(points, [0, 1, 2, -7, 1, 0, 3, -7, 0, 1, 4, -7], False)
         self.assertNotIn(frozenset([(0.0, 0.0), (0.0, 1.0)]), segments(chains))
 
-    def test_remainder_of_coordinates_is_no_point(self):
+    def test_remainder_of_coordinates_is_ignored(self):
         line = {"lineSet": {"coords": [0, 0, 0, 1, 0, 0, 7], "indices": [0, 1, 2, -6]}}
         self.assertEqual(len(values(groups([named(geometry=[line])]), 10)),
                          len(values(groups([named(geometry=[
@@ -236,7 +236,7 @@ class Arithmetic(unittest.TestCase):
         m = tuple(map(float, rows((0, 0, 0), (0, 1, 0), (0, 0, 1), (4, 5, 6))))
         self.assertEqual(relative(m, m), IDENTITY)
 
-    def test_singular_frame_is_no_frame(self):
+    def test_singular_frame_is_ignored(self):
         flat = tuple(map(float, rows((0, 0, 0), (0, 1, 0), (0, 0, 1))))
         moved = tuple(map(float, rows(*PLACES, (4, 5, 6))))
         self.assertEqual(relative(moved, flat), moved)
@@ -257,7 +257,7 @@ class Arithmetic(unittest.TestCase):
 
 
 class Colors(unittest.TestCase):
-    def test_nearest_colours(self):
+    def test_nearest_colors(self):
         for color, index in (((1, 1, 1), 7), ((1, 0, 0), 1), ((0, 0, 1), 5), ((0.5, 0.5, 0.5), 251),
                              ((0, 0.15, 0.75), 118), ((0, 0.15, 0.0375), 98), ((0, 0, 0), 178),
                              ((20000, 0, 0), 0)):
@@ -276,7 +276,7 @@ class Labels(unittest.TestCase):
             (0, "ENDBLK")])
         self.assertEqual(block_names([node]), ["GO_1", "GO_0"])
 
-    def test_three_lines_are_centred_and_right_aligned_ones_hang(self):
+    def test_three_lines_are_centered_and_right_aligned_ones_hang(self):
         for align, expected in (("C", ["1.500000", "0.000000", "-1.500000"]),
                                 ("R", ["-1.500000", "-3.000000", "-4.500000"])):
             node = label(f'1 1 0 0 0 0 0 {align} 0 1 0 0 0 "a" "b" "c"')
@@ -298,7 +298,7 @@ class Labels(unittest.TestCase):
         self.assertEqual(values(listed, 50), [])
         self.assertNotEqual(values(listed, 11)[0], "0.000000")
 
-    def test_colour_index_out_of_range_gives_way_to_the_colour(self):
+    def test_color_index_out_of_range_gives_way_to_the_color(self):
         for index, expected in ((0, "1"), (256, "1"), (-1, "1"), (255, "255"), (1, "1")):
             node = label('1 1 0 0 0 0 0 C 0 1 0 0 0 "a"', colorIndex=index)
             self.assertEqual(values(groups([node]), 62), [expected])
