@@ -8,12 +8,14 @@
 #include <string>
 #include <string_view>
 
-#include "app/preview/text_decoding.h"
+#include "app/drawing/text_decoding.h"
 #include "fuzz/require.h"
 #include "platform/code_page.h"
 #include "platform/path_text.h"
 
 namespace {
+
+using namespace dxf2d;
 
 constexpr unsigned kUtf8 = 65001;
 constexpr unsigned kPages[] = {1250, 1251, 1252, 1253, 1254, 1255, 1256, 1257,
@@ -70,7 +72,7 @@ Encoded encode(unsigned page, std::u16string_view text) {
 }
 
 std::u16string decode(unsigned page, std::string_view bytes) {
-  std::u16string text = PathFromBytes(decodeText(bytes, page));
+  std::u16string text = pathFromBytes(decodeText(bytes, page));
   for (std::size_t i = 0; i < text.size(); ++i) {
     require(!isEscape(text[i]) || (i > 0 && isHigh(text[i - 1])), "what is read is UTF-8");
   }

@@ -69,7 +69,7 @@ void checkRules(const Label& label) {
   constexpr double kLargest = 1e15;
   const auto inRange = [](double value) { return std::fabs(value) <= kLargest; };
   require(std::ranges::all_of(label.numbers, inRange), "sizes and places are at most 1e15");
-  require(std::ranges::all_of(label.colors, inRange), "colours are at most 1e15");
+  require(std::ranges::all_of(label.colors, inRange), "colors are at most 1e15");
   for (const std::u16string& line : label.lines) {
     require(std::ranges::none_of(line, isControl), "no line holds a control character");
   }
@@ -79,7 +79,7 @@ void checkRules(const Label& label) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   // UTF-8, and any byte that is none as a lone surrogate.
-  const std::u16string text = PathFromBytes({reinterpret_cast<const char*>(bytes), size});
+  const std::u16string text = pathFromBytes({reinterpret_cast<const char*>(bytes), size});
   Label label;
   label.lines = {u"left over"};
   if (!parse(text, label)) {

@@ -1,4 +1,4 @@
-// FormatFixed6 against the C library's "%f".
+// formatFixed6 against the C library's "%f".
 #include <array>
 #include <bit>
 #include <cmath>
@@ -17,13 +17,13 @@ void checkNumber(double value) {
   const std::string wanted(expected, static_cast<std::size_t>(length));
 
   char narrow[kFixed6Size];
-  require(std::string(narrow, FormatFixed6(value, narrow)) == wanted, "bytes as \"%f\" has them");
+  require(std::string(narrow, formatFixed6(value, narrow)) == wanted, "bytes as \"%f\" has them");
   char16_t wide[kFixed6Size];
-  const std::u16string units(wide, FormatFixed6(value, wide));
+  const std::u16string units(wide, formatFixed6(value, wide));
   require(units == std::u16string(wanted.begin(), wanted.end()), "units as \"%f\" has them");
 }
 
-void checkWithNeighbours(double value) {
+void checkWithNeighbors(double value) {
   checkNumber(value);
   checkNumber(-value);
   checkNumber(std::nextafter(value, HUGE_VAL));
@@ -35,13 +35,13 @@ void checkWord(std::uint64_t word) {
   checkNumber(std::bit_cast<double>(word));
   const auto number = static_cast<double>(word >> 11U);
   // Odd multiples of 1/128, and no other doubles, lie exactly between two millionths.
-  checkWithNeighbours(number / 128.0);
+  checkWithNeighbors(number / 128.0);
   // The doubles nearest to half a millionth more than a multiple of one.
   const double wholes = std::floor(number / static_cast<double>(1U << (word % 32)));
-  checkWithNeighbours((wholes + 0.5) * 1e-6);
-  checkWithNeighbours((wholes + 0.5) / 1e6);
+  checkWithNeighbors((wholes + 0.5) * 1e-6);
+  checkWithNeighbors((wholes + 0.5) / 1e6);
   // A power of ten, near which the count of digits changes.
-  checkWithNeighbours(std::pow(10.0, static_cast<double>(word % 40) - 10.0));
+  checkWithNeighbors(std::pow(10.0, static_cast<double>(word % 40) - 10.0));
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// One outline against its plain form.
+// One outline against its reference implementation.
 #pragma once
 
 #include <bit>
@@ -7,15 +7,18 @@
 
 #include "fuzz/geometry_input.h"
 #include "fuzz/require.h"
-#include "geometry/outline.h"
+#include "geometry/outline/outline.h"
 #include "ktscene/kt_point3.h"
+
+namespace dxf2d {
 
 struct OutlineInput {
   KtMatrix transform;
   std::vector<double> coords;
   std::vector<int> indices;
 
-  // The plain forms are of second order and more; this many entries keep them below a millisecond.
+  // The reference implementations are of second order and more; this many entries keep them below a
+  // millisecond.
   explicit OutlineInput(FuzzedDataProvider& data)
       : transform(takeMatrix(data)),
         coords(takeCoords(data, 40)),
@@ -36,30 +39,31 @@ struct OutlineResult {
   std::vector<int> indices;
 };
 
-inline void requireSame(const OutlineResult& plain, const OutlineResult& fast) {
-  require(plain.drawn == fast.drawn, "both forms draw the set, or neither does");
-  if (!plain.drawn) {
+inline void requireSame(const OutlineResult& reference, const OutlineResult& fast) {
+  require(reference.drawn == fast.drawn, "both implementations draw the set, or neither does");
+  if (!reference.drawn) {
     return;
   }
-  require(plain.indices == fast.indices, "both forms have the same chains");
-  require(plain.points.size() == fast.points.size(), "both forms keep as many points");
-  for (std::size_t i = 0; i < plain.points.size(); ++i) {
+  require(reference.indices == fast.indices, "both implementations have the same chains");
+  require(reference.points.size() == fast.points.size(),
+          "both implementations keep as many points");
+  for (std::size_t i = 0; i < reference.points.size(); ++i) {
     const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
-    const KtPoint3& p = plain.points[i];
+    const KtPoint3& p = reference.points[i];
     const KtPoint3& q = fast.points[i];
     require(bits(p.Get0()) == bits(q.Get0()) && bits(p.Get1()) == bits(q.Get1()) &&
                 bits(p.Get2()) == bits(q.Get2()),
-            "both forms keep the same points");
+            "both implementations keep the same points");
   }
 }
 
-// Runs `plain` and `fast` on the input's points, and `placed` on its coordinates; all three have to
-// agree. `plain` and `fast` take (points, indices), `placed` takes (placed coordinates, points,
-// indices).
-template <class Plain, class Fast, class Placed>
-void checkOutline(const OutlineInput& input, Plain plain, Fast fast, Placed placed) {
+// Runs `reference` and `fast` on the input's points, and `placed` on its coordinates; all three
+// have to agree. `reference` and `fast` take (points, indices), `placed` takes (placed coordinates,
+// points, indices).
+template <class Reference, class Fast, class Placed>
+void checkOutline(const OutlineInput& input, Reference reference, Fast fast, Placed placed) {
   OutlineResult expected{false, input.Points(), input.indices};
-  expected.drawn = plain(expected.points, expected.indices);
+  expected.drawn = reference(expected.points, expected.indices);
   OutlineResult result{false, input.Points(), input.indices};
   result.drawn = fast(result.points, result.indices);
   requireSame(expected, result);
@@ -67,3 +71,5 @@ void checkOutline(const OutlineInput& input, Plain plain, Fast fast, Placed plac
   result.drawn = placed(PlacedCoords{input.coords, input.transform}, result.points, result.indices);
   requireSame(expected, result);
 }
+
+}  // namespace dxf2d

@@ -6,11 +6,13 @@
 #include <variant>
 #include <vector>
 
-#include "app/preview/dxf_reader.h"
-#include "app/preview/text_decoding.h"
+#include "app/drawing/dxf_reader.h"
+#include "app/drawing/text_decoding.h"
 #include "fuzz/require.h"
 
 namespace {
+
+using namespace dxf2d;
 
 constexpr std::string_view kName = "drawing.dxf";
 

@@ -53,9 +53,9 @@ KtTraverser checkingTraverser() {
   return traverser;
 }
 
-// A byte that is no part of a character would stand as a lone surrogate.
+// A byte that is not part of a character would become a lone surrogate.
 bool isUtf8(std::string_view bytes) {
-  const std::u16string text = PathFromBytes(bytes);
+  const std::u16string text = pathFromBytes(bytes);
   char16_t before = 0;
   return std::ranges::none_of(text, [&before](char16_t unit) {
     const bool inPair = before >= 0xD800 && before < 0xDC00;

@@ -16,7 +16,7 @@ std::u16string takeText(FuzzedDataProvider& data);
 std::u16string takeName(FuzzedDataProvider& data);
 // Mostly a label string with a field or two that are out of place.
 std::u16string takeLabel(FuzzedDataProvider& data);
-// A node with names, a transform and a colour or not; without content.
+// A node with names, a transform and a color or not; without content.
 KtSceneNode takeNode(FuzzedDataProvider& data);
 // Sizes of a shape, as many as it has and others.
 std::vector<double> takeSizes(FuzzedDataProvider& data);

@@ -8,7 +8,7 @@
 
 MemoryFile::MemoryFile()
     : descriptor_(memfd_create("drawing", MFD_CLOEXEC)),
-      path_(PathFromBytes("/proc/self/fd/" + std::to_string(descriptor_))) {
+      path_(pathFromBytes("/proc/self/fd/" + std::to_string(descriptor_))) {
   require(descriptor_ >= 0, "the system has files in memory");
 }
 

@@ -12,15 +12,18 @@
 #include "fuzz/random_host/memory_file.h"
 #include "fuzz/random_host/reference_scene.h"
 #include "fuzz/require.h"
-#include "geometry/outline_block.h"
+#include "geometry/callbacks.h"
 #include "ktscene/kt_traverser.h"
 #include "ktscene/zu_message.h"
 #include "labels/label_callback.h"
 #include "platform/cfile_exception.h"
 #include "platform/code_page.h"
-#include "plugin/exports.h"
+#include "plugin/entry.h"
+#include "session/callbacks.h"
 #include "shapes/box_writer.h"
 #include "shapes/cylinder_writer.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -225,3 +228,5 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
   require(exportReference() == freshDrawing(), "an export draws what it does in a fresh process");
   return 0;
 }
+
+}  // namespace dxf2d

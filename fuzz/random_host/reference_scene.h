@@ -3,6 +3,6 @@
 
 #include "ktscene/kt_scene.h"
 
-// A little of everything that shows in a drawing: nested objects, instances, colours, every run of
+// A little of everything that shows in a drawing: nested objects, instances, colors, every run of
 // an index list, shapes, labels, a level-of-detail group and a tilted node.
 KtScene referenceScene();
