@@ -6,7 +6,12 @@
 
 #include "bench/measure/measures.h"
 #include "bench/measure/report.h"
-#include "geometry/edge_chains.h"
+#include "geometry/outline/edge_chains.h"
+
+using dxf2d::chainEdges;
+using dxf2d::ChainScratch;
+using dxf2d::Edge;
+using dxf2d::removeCoincident;
 
 namespace {
 
@@ -74,7 +79,7 @@ double secondsOfChaining(const EdgeSet& set, ChainScratch& scratch) {
   return secondsOf([&] { chainEdges(set.edges, set.points.size(), chains, scratch); });
 }
 
-double secondsOfThinningOut(const EdgeSet& set, ChainScratch& scratch) {
+double secondsOfRemoving(const EdgeSet& set, ChainScratch& scratch) {
   std::vector<Edge> edges = set.edges;
   return secondsOf([&] { removeCoincident(set.points, edges, scratch); });
 }
@@ -93,9 +98,9 @@ void measure(const MeasureOptions& options, const std::string& subject, const Ed
          compareInTurn(
              options.repetitions, [&] { return secondsOfChaining(set, scratch); }, sorting),
          "chaining", "std::sort");
-  report("C+", subject + ", thinning out",
+  report("C+", subject + ", removal",
          compareInTurn(
-             options.repetitions, [&] { return secondsOfThinningOut(set, scratch); }, sorting),
+             options.repetitions, [&] { return secondsOfRemoving(set, scratch); }, sorting),
          "removeCoincident", "std::sort");
 }
 

@@ -2,7 +2,7 @@
 
 #include "bench/measure/plugin_host.h"
 #include "bench/measure/timing.h"
-#include "geometry/index_codes.h"
+#include "ktscene/kt_run_code.h"
 
 FaceSetInput faceSetInput(const TriangleSoup& soup) {
   FaceSetInput input;
@@ -11,7 +11,7 @@ FaceSetInput faceSetInput(const TriangleSoup& soup) {
   int index = 0;
   for (const Triangle& triangle : soup) {
     input.coords.insert(input.coords.end(), triangle.begin(), triangle.end());
-    input.indices.insert(input.indices.end(), {index, index + 1, index + 2, kPolygonCode});
+    input.indices.insert(input.indices.end(), {index, index + 1, index + 2, KtRunCode::kPolygon});
     index += 3;
   }
   return input;

@@ -7,7 +7,7 @@
 #include "bench/models/triangle_soup.h"
 #include "ktscene/kt_point3.h"
 
-// Three points a triangle, none shared; each triangle is a run of three indices closed by -7.
+// Three points a triangle, none shared; each triangle is a run of three indices ended by -7.
 struct FaceSetInput {
   std::vector<double> coords;
   std::vector<int> indices;

@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "bench/measure/plugin_host.h"
-#include "geometry/index_codes.h"
+#include "ktscene/kt_run_code.h"
 
 namespace {
 
@@ -20,8 +20,8 @@ void drawOriginal(KtSceneNode& original) {
   const KtCallbacks& callbacks = pluginCallbacks();
   KtGraphicAttribute attribute(original);
   callbacks.openNode(&attribute);
-  callbacks.faceSet({0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0}, {0, 1, 2, kPolygonCode}, false,
-                    true);
+  callbacks.faceSet({0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0}, {0, 1, 2, KtRunCode::kPolygon},
+                    false, true);
   callbacks.closeNode();
 }
 

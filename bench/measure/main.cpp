@@ -12,8 +12,12 @@
 namespace {
 
 const std::map<std::string, void (*)(const MeasureOptions&)> kMeasures{
-    {"W", measureVertices}, {"F", measureFaceSets},  {"G", measureGrowth},
-    {"C", measureChaining}, {"T", measurePlainForm}, {"N", measureInstances}};
+    {"W", measureVertices},
+    {"F", measureFaceSets},
+    {"G", measureGrowth},
+    {"C", measureChaining},
+    {"T", measureReferenceImplementation},
+    {"N", measureInstances}};
 
 int run(int argc, char** argv) {
   MeasureOptions options;
@@ -29,7 +33,7 @@ int run(int argc, char** argv) {
     } else if (const auto measure = kMeasures.find(argument); measure != kMeasures.end()) {
       measure->second(options);
     } else {
-      std::fprintf(stderr, "dxf2d_bench: '%s' is no measure; take of W F G C T N\n",
+      std::fprintf(stderr, "dxf2d_bench: unknown measure '%s'; use some of W F G C T N\n",
                    argument.c_str());
       return 2;
     }

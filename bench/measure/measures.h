@@ -20,7 +20,7 @@ void measureFaceSets(const MeasureOptions& options);
 void measureGrowth(const MeasureOptions& options);
 // C: chaining 1,000,000 edges : sorting as many random 64-bit keys.
 void measureChaining(const MeasureOptions& options);
-// T: the plain form of the outline : BuildOutline, 100,000 triangles, same output.
-void measurePlainForm(const MeasureOptions& options);
+// T: the reference implementation of the outline : BuildOutline, 100,000 triangles, same output.
+void measureReferenceImplementation(const MeasureOptions& options);
 // N: 1,000,000 instances of one block : as many insertions into a std::map by name.
 void measureInstances(const MeasureOptions& options);

@@ -13,7 +13,7 @@
 #include "bench/measure/measures.h"
 #include "bench/measure/plugin_host.h"
 #include "bench/measure/report.h"
-#include "geometry/index_codes.h"
+#include "ktscene/kt_run_code.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ struct LineSet {
   std::vector<int> indices;
 };
 
-// A walk over a site of about a kilometre: one line strip, no place twice.
+// A walk over a site of about a kilometer: one line strip, no place twice.
 LineSet randomWalk(std::size_t vertexCount, unsigned seed) {
   std::mt19937 random(seed);
   std::uniform_real_distribution<double> step(-1.0, 1.0);
@@ -36,7 +36,7 @@ LineSet randomWalk(std::size_t vertexCount, unsigned seed) {
   }
   set.indices.resize(vertexCount);
   std::iota(set.indices.begin(), set.indices.end(), 0);
-  set.indices.push_back(kLineStripCode);
+  set.indices.push_back(KtRunCode::kLineStrip);
   return set;
 }
 

@@ -1,7 +1,9 @@
-// Thinning out and chaining by the number of edges.
+// Removal of duplicate and degenerate edges, and chaining, by the number of edges.
 #include <benchmark/benchmark.h>
 
-#include "geometry/edge_chains.h"
+#include "geometry/outline/edge_chains.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -37,7 +39,7 @@ void chain(benchmark::State& state) {
 }
 BENCHMARK(chain)->Arg(12)->Arg(1'000)->Arg(100'000);
 
-void thinOut(benchmark::State& state) {
+void removeEdges(benchmark::State& state) {
   const EdgeSet set = ladder(static_cast<std::size_t>(state.range(0)));
   ChainScratch scratch;
   std::vector<Edge> edges;
@@ -48,6 +50,8 @@ void thinOut(benchmark::State& state) {
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
-BENCHMARK(thinOut)->Arg(12)->Arg(1'000)->Arg(100'000);
+BENCHMARK(removeEdges)->Arg(12)->Arg(1'000)->Arg(100'000);
 
 }  // namespace
+
+}  // namespace dxf2d

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kCount = 4096;
 
-// Coordinates of a building in metres, as vertices have them.
+// Coordinates of a building in meters, as vertices have them.
 std::vector<double> coordinates() {
   std::mt19937_64 random(1);
   std::uniform_real_distribution<double> coordinate(-200.0, 200.0);
@@ -51,12 +51,12 @@ using Values = std::vector<double> (*)();
 
 void formatWide(benchmark::State& state, Values values) {
   std::array<char16_t, kFixed6Size> text;
-  formatAll(state, values(), [&](double value) { return FormatFixed6(value, text.data()); });
+  formatAll(state, values(), [&](double value) { return formatFixed6(value, text.data()); });
 }
 
 void formatNarrow(benchmark::State& state, Values values) {
   std::array<char, kFixed6Size> text;
-  formatAll(state, values(), [&](double value) { return FormatFixed6(value, text.data()); });
+  formatAll(state, values(), [&](double value) { return formatFixed6(value, text.data()); });
 }
 
 void formatByLibrary(benchmark::State& state, Values values) {

@@ -2,10 +2,12 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/measure/face_set_input.h"
-#include "geometry/edge_table.h"
-#include "geometry/outline.h"
-#include "geometry/run_expansion.h"
-#include "geometry/weld.h"
+#include "geometry/outline/edge_table.h"
+#include "geometry/outline/outline.h"
+#include "geometry/outline/run_expansion.h"
+#include "geometry/outline/weld.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -66,23 +68,25 @@ void expand(benchmark::State& state) {
 }
 BENCHMARK(expand)->Apply(models);
 
-void findNeighbours(benchmark::State& state) {
+void findNeighbors(benchmark::State& state) {
   Set set = setOf(state);
   WeldScratch weldScratch;
   weldPoints(set.points, set.indices, weldScratch);
   ExpandedRuns runs;
   expandRuns(set.indices, set.points.size(), SegmentRuns::kExactlyTwo, runs);
   EdgeTable table;
+  std::vector<Edge> edges;
   std::size_t borders = 0;
   for (auto _ : state) {
-    table.Build(runs.polygons, set.points.size());
-    table.ForEachEdge(
-        [&](const Edge& /*edge*/, const auto& users) { borders += users.size() & 1; });
+    table.Build(runs.polygons, set.points.size(), 1);
+    table.ChooseEdges(
+        1, [](const Edge& /*edge*/, const auto& users) { return users.size() == 1; }, edges);
+    borders += edges.size();
   }
   benchmark::DoNotOptimize(borders);
   countTriangles(state);
 }
-BENCHMARK(findNeighbours)->Apply(models);
+BENCHMARK(findNeighbors)->Apply(models);
 
 void wholeOutline(benchmark::State& state) {
   const Set input = setOf(state);
@@ -96,3 +100,5 @@ void wholeOutline(benchmark::State& state) {
 BENCHMARK(wholeOutline)->Apply(models);
 
 }  // namespace
+
+}  // namespace dxf2d

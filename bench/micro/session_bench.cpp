@@ -4,10 +4,14 @@
 #include <string>
 #include <vector>
 
-#include "geometry/index_codes.h"
-#include "geometry/outline_block.h"
+#include "geometry/callbacks.h"
+#include "ktscene/kt_graphic_attribute.h"
+#include "ktscene/kt_run_code.h"
 #include "ktscene/kt_scene.h"
-#include "plugin/exports.h"
+#include "plugin/entry.h"
+#include "session/callbacks.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -59,8 +63,8 @@ void reuseNodes(benchmark::State& state) {
   for (auto _ : state) {
     DXF2dOpenFileForModel(kNowhere);
     DXF2dOpenNode(&attribute);
-    faceSetCallback({0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0}, {0, 1, 2, kPolygonCode}, false,
-                    true);
+    faceSetCallback({0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0, 0.0}, {0, 1, 2, KtRunCode::kPolygon},
+                    false, true);
     DXF2dCloseNode();
     for (std::int64_t i = 0; i < state.range(0); ++i) {
       benchmark::DoNotOptimize(DXF2DReuseCallback(&attribute));
@@ -73,3 +77,5 @@ void reuseNodes(benchmark::State& state) {
 BENCHMARK(reuseNodes)->Arg(1'000)->Arg(100'000);
 
 }  // namespace
+
+}  // namespace dxf2d

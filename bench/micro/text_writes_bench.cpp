@@ -5,8 +5,12 @@
 #include <string>
 
 #include "dxf/dxf_writer.h"
+#include "geometry/callbacks.h"
 #include "labels/label_callback.h"
-#include "plugin/exports.h"
+#include "plugin/entry.h"
+#include "session/callbacks.h"
+
+namespace dxf2d {
 
 namespace {
 
@@ -61,3 +65,5 @@ void writeLabel(benchmark::State& state) {
 BENCHMARK(writeLabel);
 
 }  // namespace
+
+}  // namespace dxf2d

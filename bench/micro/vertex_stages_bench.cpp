@@ -9,11 +9,15 @@
 #include <random>
 #include <vector>
 
-#include "geometry/given_chains.h"
+#include "geometry/callbacks.h"
+#include "geometry/outline/already_chained.h"
 #include "platform/fixed6_lines.h"
-#include "plugin/exports.h"
+#include "plugin/entry.h"
+#include "session/callbacks.h"
 
 namespace {
+
+using dxf2d::Fixed6Lines;
 
 constexpr std::size_t kVertices = 1000;
 // What such a set takes in the file.
@@ -27,7 +31,7 @@ struct Walk {
   std::vector<int> indices;
 };
 
-// No place twice, over a site of some hundred metres.
+// No place twice, over a site of some hundred meters.
 Walk randomWalk() {
   std::mt19937 random(1);
   std::uniform_real_distribution<double> step(-1.0, 1.0);
@@ -54,7 +58,7 @@ void seeThatItIsChains(benchmark::State& state) {
   const Walk walk = randomWalk();
   const KtMatrix identity;
   for (auto _ : state) {
-    benchmark::DoNotOptimize(areGivenChains({walk.coords, identity}, walk.indices));
+    benchmark::DoNotOptimize(dxf2d::isAlreadyChained({walk.coords, identity}, walk.indices));
   }
   countVertices(state, kVertices);
 }

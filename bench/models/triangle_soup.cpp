@@ -40,7 +40,7 @@ Point onSphere(std::size_t ring, std::size_t rings, std::size_t segment, std::si
                    y * std::sin(kLean) + z * std::cos(kLean));
 }
 
-void addBox(TriangleSoup& soup, std::mt19937& random, double centreX, double centreY) {
+void addBox(TriangleSoup& soup, std::mt19937& random, double centerX, double centerY) {
   std::uniform_real_distribution<double> size(0.5, 3.0);
   std::uniform_real_distribution<double> turn(0.0, std::numbers::pi);
   const double halfX = size(random) / 2;
@@ -52,8 +52,8 @@ void addBox(TriangleSoup& soup, std::mt19937& random, double centreX, double cen
   for (std::size_t i = 0; i < 4; ++i) {
     const double u = i == 0 || i == 3 ? -halfX : halfX;
     const double v = i < 2 ? -halfY : halfY;
-    const double x = centreX + u * std::cos(angle) - v * std::sin(angle);
-    const double y = centreY + u * std::sin(angle) + v * std::cos(angle);
+    const double x = centerX + u * std::cos(angle) - v * std::sin(angle);
+    const double y = centerY + u * std::sin(angle) + v * std::cos(angle);
     low[i] = makePoint(x, y, 0.0);
     high[i] = makePoint(x, y, height);
   }

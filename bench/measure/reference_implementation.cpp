@@ -4,8 +4,11 @@
 #include "bench/measure/face_set_input.h"
 #include "bench/measure/measures.h"
 #include "bench/measure/report.h"
-#include "geometry/outline.h"
-#include "tests/geometry/plain_outline.h"
+#include "geometry/outline/outline.h"
+#include "tests/geometry/outline/reference_outline.h"
+
+using dxf2d::BuildOutline;
+using dxf2d::referenceOutline;
 
 namespace {
 
@@ -25,21 +28,21 @@ double secondsOfOutline(const Outline& input,
 
 }  // namespace
 
-void measurePlainForm(const MeasureOptions& options) {
+void measureReferenceImplementation(const MeasureOptions& options) {
   const std::size_t triangleCount = 100'000 / static_cast<std::size_t>(options.divisor);
-  // The plain form takes seconds, which need no seven looks.
+  // The reference implementation takes seconds, which need no seven looks.
   const int repetitions = std::min(options.repetitions, 3);
   for (const NamedModel& model : kModels) {
     const FaceSetInput set = faceSetInput(model.make(triangleCount));
     const Outline input{pointsOf(set), set.indices};
-    Outline plain;
+    Outline reference;
     Outline fast;
     const Comparison comparison = compareInTurn(
-        repetitions, [&] { return secondsOfOutline(input, plainOutline, plain); },
+        repetitions, [&] { return secondsOfOutline(input, referenceOutline, reference); },
         [&] { return secondsOfOutline(input, BuildOutline, fast); });
-    if (!(plain == fast)) {
+    if (!(reference == fast)) {
       throw std::runtime_error("the outlines of the " + model.name + " differ");
     }
-    report("T", model.name, comparison, "plain", "BuildOutline");
+    report("T", model.name, comparison, "reference", "BuildOutline");
   }
 }
