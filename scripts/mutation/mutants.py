@@ -1,4 +1,4 @@
-"""One-token faults of C++ sources: where they can be made and what the source is with one."""
+"""One-token mutants of C++ sources: where they can be made and what the source is with one."""
 
 import dataclasses
 import itertools
@@ -6,8 +6,8 @@ import re
 
 
 @dataclasses.dataclass(frozen=True)
-class Fault:
-    """What stands from `begin` to `end` of a line becomes `token`."""
+class Mutant:
+    """Columns `begin` to `end` of a line replaced by `token`."""
 
     path: str
     line: int  # from 1
@@ -23,24 +23,24 @@ class Fault:
 
     @property
     def after(self) -> str:
-        return self._faulty_text().strip()
+        return self._mutated_text().strip()
 
     def __str__(self) -> str:
         return f"{self.path}:{self.line} {self.kind}: {self.before}  ->  {self.after}"
 
-    def faulty(self, source: str) -> str:
-        """The file's text with the fault."""
+    def mutated(self, source: str) -> str:
+        """The file's text with the mutation."""
         lines = source.splitlines(keepends=True)
         assert lines[self.line - 1] == self.text
-        lines[self.line - 1] = self._faulty_text()
+        lines[self.line - 1] = self._mutated_text()
         return "".join(lines)
 
-    def _faulty_text(self) -> str:
+    def _mutated_text(self) -> str:
         return self.text[: self.begin] + self.token + self.text[self.end :]
 
 
-# Blanks around it tell an operator from a template's bracket, a reference or a pointer: the
-# sources are clang-format's.
+# The spaces around it tell an operator from a template's bracket, a reference or a pointer, since
+# clang-format formats the sources.
 OPERATORS = {
     "comparison": {
         " < ": (" <= ", " >= "),
@@ -91,9 +91,8 @@ STATEMENT = re.compile(
 NO_STATEMENT = re.compile(r"(?:return \w|using|static_assert|typedef|namespace)")
 STRING = re.compile(r'u?"(?:[^"\\]|\\.)*"')
 SKIPPED_LINE = re.compile(r"\s*(?:#|static_assert|template\b|using\b|friend\b|//)")
-# What only says how much memory is got ahead or kept, or what is fetched ahead: no drawing depends
-# on it.
-SPEED_LINE = re.compile(r"capacity\(\)|CapacityBytes|kKeptBytes|\breserve\(|ReserveLarge\(|"
+# Lines that only reserve or keep memory, or prefetch it: no drawing depends on them.
+SPEED_LINE = re.compile(r"capacity\(\)|CapacityBytes|kKeptBytes|\breserve\(|reserveLarge\(|"
                         r"[Pp]refetch\(")
 
 
@@ -102,7 +101,7 @@ def _blank(match: re.Match) -> str:
 
 
 def _edits_of_strings(line):
-    """Digits of the texts that go into a drawing, one more each."""
+    """Increments each digit of the texts that go into a drawing."""
     for string in STRING.finditer(line):
         for digit in re.finditer(r"\d", string.group()):
             begin = string.start() + digit.start()
@@ -127,9 +126,9 @@ def _edits_of_statement(line, code, before):
         yield len(line) - len(line.lstrip()), len(line.rstrip()), ";", "dropped statement"
 
 
-def faults_of(path: str, source: str) -> list[Fault]:
-    """All faults of the file at `path`, in its order."""
-    faults = {}
+def mutants_of(path: str, source: str) -> list[Mutant]:
+    """All mutants of the file at `path`, in its order."""
+    mutants = {}
     before = ";"
     for number, line in enumerate(source.splitlines(keepends=True), 1):
         if SKIPPED_LINE.match(line) or SPEED_LINE.search(line):
@@ -137,6 +136,6 @@ def faults_of(path: str, source: str) -> list[Fault]:
         code = re.sub(r"//.*", _blank, STRING.sub(_blank, line.rstrip("\n")))
         for edit in itertools.chain(_edits_of_strings(line), _edits_of_code(code),
                                     _edits_of_statement(line, code, before)):
-            faults[Fault(path, number, line, *edit)] = None
+            mutants[Mutant(path, number, line, *edit)] = None
         before = code.strip() or before
-    return list(faults)
+    return list(mutants)
