@@ -3,7 +3,6 @@
 // usage: minimal_host DRAWING.dxf [PLUGIN]
 #include <dlfcn.h>
 #include <ktscene/kt_traverser.h>
-#include <platform/cfile_exception.h>
 #include <platform/path_text.h>
 
 #include <cstdio>
@@ -28,20 +27,16 @@ KtSceneNode makeCrate(const char16_t* id, double x, double y) {
   return node;
 }
 
-KtScene makeScene() {
-  KtScene scene;
-  scene.nodes.push_back(makeCrate(u"crate-1", 0.0, 0.0));
-  scene.nodes.push_back(makeCrate(u"crate-2", 5.0, 3.0));
-  return scene;
-}
-
 // Has the plug-in register its callbacks. It is never unloaded: they are its code.
 void enter(const char* plugin, KtTraverser& traverser) {
   void* module = dlopen(plugin, RTLD_NOW | RTLD_LOCAL);
-  if (module == nullptr) throw std::runtime_error(dlerror());
+  if (module == nullptr) {
+    throw std::runtime_error(dlerror());
+  }
   const auto entry = reinterpret_cast<Entry>(dlsym(module, "InitializeTraverser"));
   if (entry == nullptr || !entry(&traverser, nullptr)) {
-    throw std::runtime_error(std::string(plugin) + ": is no plug-in, or takes no hosts");
+    throw std::runtime_error(std::string(plugin) +
+                             ": not a plug-in, or it refused to start; check the path");
   }
 }
 
@@ -53,23 +48,27 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::string drawing = argv[1];
-  // The drawing takes its name once it is whole; whatever happens, no half of one stands there.
+  // The drawing is renamed once it is complete, so that a failure never leaves half of one.
   const std::string part = drawing + ".part";
   try {
     KtTraverser traverser;
     enter(argc == 3 ? argv[2] : DEFAULT_PLUGIN, traverser);
-    KtScene scene = makeScene();
+    KtScene scene;
+    scene.nodes.push_back(makeCrate(u"crate-1", 0.0, 0.0));
+    scene.nodes.push_back(makeCrate(u"crate-2", 5.0, 3.0));
     // False: the file cannot be created. An error box, which is a line on standard error unless
     // ZuSetErrorBoxHandler says otherwise, has named the reason.
-    if (!traverser.Walk(scene, PathFromBytes(part))) return 1;
+    if (!traverser.Walk(scene, pathFromBytes(part))) {
+      return 1;
+    }
     // Not every plug-in draws: one may count, or check.
-    if (std::filesystem::exists(part)) std::filesystem::rename(part, drawing);
+    if (std::filesystem::exists(part)) {
+      std::filesystem::rename(part, drawing);
+    }
     return 0;
-  } catch (const CFileException& error) {
-    // The file could be created and not written, as when the disk is full.
-    std::fprintf(stderr, "minimal_host: %s\n", error.what());
   } catch (const std::exception& error) {
-    // What the loader says, or a lack of memory.
+    // The file could be created and not written, as when the disk is full (CFileException); or the
+    // loader's message, or a lack of memory.
     std::fprintf(stderr, "minimal_host: %s\n", error.what());
   }
   std::error_code ignored;

@@ -68,9 +68,11 @@ bool lineSet(const std::vector<double>& /*coords*/, const std::vector<int>& /*in
   return true;
 }
 
-// Slot 16, called for every node: most are no labels.
+// Slot 16, called for every node: most do not have one.
 bool label(KtGraphicNode* node, bool /*flag*/, int /*colorIndex*/) {
-  if (!node->GetIsLabel()) return false;
+  if (!node->GetIsLabel()) {
+    return false;
+  }
   ++counts.labels;
   return true;
 }
