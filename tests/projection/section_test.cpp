@@ -132,6 +132,17 @@ TEST(CutScene, OpenEndsAreCounted) {
   EXPECT_EQ(section.unfilledBodies, 1U);
 }
 
+TEST(CutScene, BridgesDoNotRunBackAlongAStraightLine) {
+  // Two walls side by side that are short for their distance: their own ends are the nearest.
+  mesh::PolygonMesh mesh;
+  addPolygon(mesh, {{0, 0, 0}, {0, 1, 0}, {0, 1, 2}, {0, 0, 2}});
+  addPolygon(mesh, {{8, 0, 0}, {8, 1, 0}, {8, 1, 2}, {8, 0, 2}});
+  const Section section = cutScene(sceneOf(mesh), 1, kWeld);
+  EXPECT_EQ(section.unfilledBodies, 1U);
+  EXPECT_EQ(std::ranges::count(section.cuts, EdgeKind::kBridge, &CandidateEdge::kind), 0);
+  EXPECT_EQ(section.below.triangles.size(), 6U);  // what is left of two walls, without a cap
+}
+
 TEST(CutScene, SmallGapsAreBridgedForFilling) {
   // A wall of 10 by 1 without its ends: two lines, a filled area and four open ends.
   mesh::PolygonMesh mesh;
