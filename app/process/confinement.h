@@ -17,7 +17,11 @@ struct Confinement {
   std::vector<int> writable;
   // Directories in which files may be made, written, read and removed.
   std::vector<std::string> scratch{};
-  bool allowsPrograms = false;
+  // Open files that may be opened again to be read.
+  std::vector<int> reopened{};
+  // Files, and directories with all that is below them, that may be read and run as programs.
+  // Empty: no program may be started, and no process.
+  std::vector<std::string> programs{};
 };
 
 // What is in force in a confined process.

@@ -50,7 +50,7 @@ ConfinementStatus confine(const Confinement& rules) {
   }
   ConfinementStatus status;
   status.fileRules = restrictFiles(rules);
-  status.callFilter = filterCalls(rules.allowsPrograms);
+  status.callFilter = filterCalls(!rules.programs.empty());
   return status;
 }
 

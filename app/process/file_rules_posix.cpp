@@ -115,9 +115,14 @@ int restrictFiles(const Confinement& rules) {
   if (!set.IsOpen()) {
     return 0;
   }
-  const std::uint64_t execution = rules.allowsPrograms ? kExecute : 0;
   for (const std::string& path : rules.readable) {
-    set.Allow(path, kReadFile | kReadDirectory | execution);
+    set.Allow(path, kReadFile | kReadDirectory);
+  }
+  for (const std::string& path : rules.programs) {
+    set.Allow(path, kReadFile | kReadDirectory | kExecute);
+  }
+  for (const int file : rules.reopened) {
+    set.Allow(file, kReadFile);
   }
   for (const int file : rules.writable) {
     set.Allow(file, kReadFile | kWriteFile | kTruncate);

@@ -1,5 +1,6 @@
 #include "app/process/input_task.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -71,6 +72,17 @@ int InputTask::Run(WorkerCall call, std::string& text, std::uint64_t* peakMemory
     *peakMemory = end.peakMemory;
   }
   return ReportEnd(end);
+}
+
+int InputTask::RunProgram(WorkerCall call, std::optional<int>& end,
+                          std::uint64_t& peakMemory) const {
+  const WorkerResult result = runWorker(call, {0, memory_, kWallTimes * time_, time_});
+  peakMemory = std::max(peakMemory, result.peakMemory);
+  if (result.how == WorkerResult::How::kExited) {
+    end = result.number;
+    return kExitDone;
+  }
+  return ReportEnd(result);
 }
 
 int InputTask::ReportEnd(const WorkerResult& end) const {

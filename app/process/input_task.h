@@ -39,6 +39,11 @@ class InputTask {
   // what the task told to `text` and the bytes that it took at most to `peakMemory`; also after a
   // termination signal, which is then pending: the caller cleans up and unblocks it.
   int Run(WorkerCall call, std::string& text, std::uint64_t* peakMemory = nullptr) const;
+  // The same for a task that makes a program of another kind of the worker process: a program that
+  // exits is done, with its exit code in `end`. Its memory is limited to what is resident, since
+  // some runtimes reserve address space by the GiB. Raises `peakMemory` to the bytes that it took
+  // at most.
+  int RunProgram(WorkerCall call, std::optional<int>& end, std::uint64_t& peakMemory) const;
   // Runs `step` in this process. What it throws is printed and becomes an exit code (see
   // `reporting`); std::bad_alloc becomes kExitLimit.
   int Reporting(const std::function<int()>& step) const;
