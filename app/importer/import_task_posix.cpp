@@ -1,0 +1,57 @@
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "app/cli/failure.h"
+#include "app/importer/import.h"
+#include "app/process/confinement.h"
+
+namespace dxf2d {
+namespace {
+
+// The words of the call before the importer's command.
+enum Word : std::size_t { kResult, kMessages, kReadable, kModel, kOwnDirectory, kCommand };
+
+// Both streams go to the messages: what the importer prints is for programmers but for its last
+// line.
+bool redirectStreams(int messages) {
+  return dup2(messages, STDOUT_FILENO) >= 0 && dup2(messages, STDERR_FILENO) >= 0;
+}
+
+Confinement rulesFor(std::span<const std::string> words, int result, int messages) {
+  Confinement rules;
+  rules.readable = {words[kReadable], words[kModel]};
+  rules.writable = {result, messages};
+  rules.programs = systemFiles();
+  rules.programs.push_back(words[kOwnDirectory]);
+  return rules;
+}
+
+int becomeImporter(std::span<const std::string> words) {
+  const int result = std::stoi(words[kResult]);
+  const int messages = std::stoi(words[kMessages]);
+  confine(rulesFor(words, result, messages));
+  std::vector<std::string> command(words.begin() + kCommand, words.end());
+  std::vector<char*> arguments;
+  for (std::string& word : command) {
+    arguments.push_back(word.data());
+  }
+  arguments.push_back(nullptr);
+  if (redirectStreams(messages)) {
+    execvp(arguments.front(), arguments.data());
+  }
+  return fail(kExitInternal,
+              {command.front(), std::string("the importer cannot be started: ") + strerror(errno),
+               "install it again with what it needs"});
+}
+
+}  // namespace
+
+WorkerTask importTask() { return {kImportTask, becomeImporter}; }
+
+}  // namespace dxf2d

@@ -1,0 +1,97 @@
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <nlohmann/json.hpp>
+
+#include "app/cli/failure.h"
+#include "app/cli/option_values.h"
+#include "app/importer/importer.h"
+
+namespace dxf2d {
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr const char* kFix = "fix the file, or remove it";
+
+// Reads the members of a description, and throws UsageError for those that are not as they should
+// be.
+class DescriptionReader {
+ public:
+  explicit DescriptionReader(const std::string& path) : path_(path) {}
+
+  Importer Read() const {
+    const Json json = Document();
+    Importer importer;
+    importer.name = Text(json, "name");
+    importer.version = Text(json, "version");
+    importer.directory = std::filesystem::absolute(path_).parent_path().string();
+    importer.command = Texts(json, "command");
+    if (importer.command.front().starts_with("./")) {
+      importer.command.front().replace(0, 1, importer.directory);
+    }
+    if (!json.contains("formats") || !json["formats"].is_array() || json["formats"].empty()) {
+      Fail("'formats' is not a list of formats");
+    }
+    for (const Json& format : json["formats"]) {
+      importer.formats.push_back(Format(format));
+    }
+    return importer;
+  }
+
+ private:
+  [[noreturn]] void Fail(const std::string& problem) const {
+    throw UsageError({path_, "is not the description of an importer: " + problem, kFix});
+  }
+
+  Json Document() const {
+    std::ifstream file(path_);
+    if (!file) {
+      throw UsageError({path_, "cannot be opened", "check the name and its permissions"});
+    }
+    Json json = Json::parse(file, nullptr, false);
+    if (!json.is_object()) {
+      Fail("it is not a JSON object");
+    }
+    return json;
+  }
+
+  std::string Text(const Json& json, const std::string& member) const {
+    if (!json.is_object() || !json.contains(member) || !json[member].is_string() ||
+        json[member].get_ref<const std::string&>().empty()) {
+      Fail("'" + member + "' is not a text");
+    }
+    return json[member].get<std::string>();
+  }
+
+  std::vector<std::string> Texts(const Json& json, const std::string& member) const {
+    const auto isText = [](const Json& item) { return item.is_string(); };
+    if (!json.is_object() || !json.contains(member) || !json[member].is_array() ||
+        json[member].empty() || !std::ranges::all_of(json[member], isText)) {
+      Fail("'" + member + "' is not a list of texts");
+    }
+    return json[member].get<std::vector<std::string>>();
+  }
+
+  ImporterFormat Format(const Json& json) const {
+    ImporterFormat format{Text(json, "name"), Texts(json, "extensions"), {}};
+    for (std::string& extension : format.extensions) {
+      if (!extension.starts_with('.')) {
+        Fail("'" + extension + "' in 'extensions' does not begin with a dot");
+      }
+      extension = normalized(extension);
+    }
+    if (json.contains("magic")) {
+      format.magic = Text(json, "magic");
+    }
+    return format;
+  }
+
+  const std::string& path_;
+};
+
+}  // namespace
+
+Importer readImporter(const std::string& path) { return DescriptionReader(path).Read(); }
+
+}  // namespace dxf2d
