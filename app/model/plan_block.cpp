@@ -137,6 +137,9 @@ PlanBlock BlockBuilder::BuildAsGiven(const std::vector<unsigned>& meshes,
   PlanBlock block;
   HullPoints hull(anyTurn);
   for (const unsigned mesh : meshes) {
+    if (IsLeftOut(mesh, meshes)) {
+      continue;
+    }
     MeshGeometry geometry;
     if (!makeMeshGeometry(MeshOf(mesh), ContentOf(mesh), residual, geometry)) {
       Fail(mesh, kOutOfRange);
@@ -154,10 +157,20 @@ PlanBlock BlockBuilder::BuildAsGiven(const std::vector<unsigned>& meshes,
   return block;
 }
 
+// Whether a mesh of an object is the edges of its faces, and these are not drawn.
+bool BlockBuilder::IsLeftOut(unsigned mesh, const std::vector<unsigned>& object) {
+  return options_.trueEdges == TrueEdges::kLeftOut && ContentOf(mesh).polygons == 0 &&
+         std::ranges::any_of(object,
+                             [&](unsigned other) { return ContentOf(other).polygons != 0; });
+}
+
 mesh::PolygonMesh BlockBuilder::Gather(const std::vector<unsigned>& meshes,
                                        const std::array<double, 9>& residual) {
   mesh::PolygonMesh object;
   for (std::size_t part = 0; part < meshes.size(); ++part) {
+    if (IsLeftOut(meshes[part], meshes)) {
+      continue;
+    }
     if (!appendMesh(MeshOf(meshes[part]), ContentOf(meshes[part]), residual,
                     static_cast<mesh::Index>(part), object)) {
       Fail(meshes[part], kOutOfRange);

@@ -98,6 +98,7 @@ class BlockBuilder {
                 unsigned mesh, PlanBlock& block) const;
   // Throws ModelError above the limit of vertices, and for more than one set can hold.
   void CountMeshes(const std::vector<unsigned>& meshes);
+  bool IsLeftOut(unsigned mesh, const std::vector<unsigned>& object);
   mesh::PolygonMesh Gather(const std::vector<unsigned>& meshes,
                            const std::array<double, 9>& residual);
   SourceMesh MeshOf(unsigned mesh) const;

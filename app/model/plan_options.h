@@ -1,6 +1,7 @@
 // What the user says about the drawing of a model.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -18,6 +19,15 @@
 namespace dxf2d {
 
 enum class PlanLabels { kNone, kName };
+
+// What becomes of lines that are the edges of faces.
+enum class TrueEdges : std::uint8_t {
+  // There are none: lines are lines.
+  kNone,
+  // Drawn in place of creases, but where another edge is drawn already.
+  kDrawn,
+  kLeftOut,
+};
 
 struct PlanOptions {
   UpAxis up = UpAxis::kAuto;
@@ -38,6 +48,9 @@ struct PlanOptions {
   std::optional<double> weldShare;
   // Edges at which the surface bends by more degrees than this show; kNoCreases: none.
   double creaseDegrees = mesh::kDefaultCreaseDegrees;
+
+  // Of the model (ModelSource::hasTrueEdges); not what the user says.
+  TrueEdges trueEdges = TrueEdges::kNone;
 
   LineworkOptions linework;
   // Draws only this storey (findStorey), cut kStoreyCutMeters above its floor, seen from above.
@@ -61,7 +74,8 @@ struct PlanOptions {
 
 // Whether faces are drawn exactly as the model has them.
 inline bool isDrawnAsGiven(const PlanOptions& options) {
-  return !options.repair && !options.splitsKinds && options.creaseDegrees >= mesh::kNoCreases;
+  return !options.repair && !options.splitsKinds && options.creaseDegrees >= mesh::kNoCreases &&
+         options.trueEdges != TrueEdges::kDrawn;
 }
 
 }  // namespace dxf2d

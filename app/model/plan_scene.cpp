@@ -276,11 +276,26 @@ void requireObjects(const PlanContent& content, const ModelSource& source,
   }
 }
 
-PlanScene makeViewScene(const aiScene& model, const ModelSource& source, const PlanOptions& options,
+namespace {
+
+// With what the source asks for: the edges that a model states stand in for creases.
+PlanOptions withTrueEdges(PlanOptions options, const ModelSource& source) {
+  if (source.hasTrueEdges) {
+    options.trueEdges =
+        options.creaseDegrees < mesh::kNoCreases ? TrueEdges::kDrawn : TrueEdges::kLeftOut;
+    options.creaseDegrees = mesh::kNoCreases;
+  }
+  return options;
+}
+
+}  // namespace
+
+PlanScene makeViewScene(const aiScene& model, const ModelSource& source, const PlanOptions& asked,
                         ObjectNames& names) {
+  const PlanOptions options = withTrueEdges(asked, source);
   PlanScene plan;
   const double scale = scaleOf(source, options, plan.content);
-  Affine sheet = compose(uprightTurn(model, source.importer, options.up), options.view);
+  Affine sheet = compose(uprightTurn(model, source, options.up), options.view);
   for (double& element : sheet.linear) {
     element *= scale;
   }
