@@ -7,6 +7,7 @@
 #include "app/batch/report_command.h"
 #include "app/cli/command_line.h"
 #include "app/export/export_command.h"
+#include "app/export/formats_command.h"
 #include "app/finish/finish_command.h"
 #include "app/inspect/inspect_command.h"
 #include "app/preview/preview_command.h"
@@ -40,7 +41,7 @@ int main(int argc, char** argv) {
       "dxf2d " DXF2D_VERSION,
       kExitCodes,
       {dxf2d::exportCommand(), dxf2d::finishCommand(), dxf2d::previewCommand(),
-       dxf2d::inspectCommand(), dxf2d::reportCommand()}};
+       dxf2d::inspectCommand(), dxf2d::formatsCommand(), dxf2d::reportCommand()}};
   const int exitCode = dxf2d::runCommandLine(program, argc, argv);
   // Not exit(): all files are closed and checked, and freeing a large scene takes time.
   std::fflush(stdout);

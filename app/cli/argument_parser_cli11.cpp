@@ -60,13 +60,15 @@ void addOption(CLI::App& parser, const Option& option) {
 
 void addCommand(CLI::App& app, const Command& command) {
   CLI::App* const parser = app.add_subcommand(command.name, command.help);
-  constexpr int kMany = 1 << 20;
-  parser->add_option(command.inputName)
-      ->description(command.inputHelp)
-      ->expected(1, command.takesSeveralInputs ? kMany : 1)
-      ->allow_extra_args(command.takesSeveralInputs)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-      ->option_text(" ");
+  if (!command.inputName.empty()) {
+    constexpr int kMany = 1 << 20;
+    parser->add_option(command.inputName)
+        ->description(command.inputHelp)
+        ->expected(1, command.takesSeveralInputs ? kMany : 1)
+        ->allow_extra_args(command.takesSeveralInputs)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+        ->option_text(" ");
+  }
   for (const Option& option : command.options) {
     addOption(*parser, option);
   }
@@ -162,8 +164,11 @@ ParsedArguments parseArguments(const Program& program, int argc, const char* con
   const Command* const command = commandOf(program, app);
   checkNothingRemains(program, app, command);
   const CLI::App& parser = *app.get_subcommand(command->name);
-  return {command, "", parser.get_option(command->inputName)->results(),
-          givenOptions(parser, *command)};
+  std::vector<std::string> inputs;
+  if (!command->inputName.empty()) {
+    inputs = parser.get_option(command->inputName)->results();
+  }
+  return {command, "", std::move(inputs), givenOptions(parser, *command)};
 }
 
 }  // namespace dxf2d

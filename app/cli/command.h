@@ -47,7 +47,7 @@ using OptionWords = std::vector<std::string>;
 struct Command {
   std::string name;
   std::string help;
-  // Placeholder of the inputs, such as "MODEL", and their help.
+  // Placeholder of the inputs, such as "MODEL", and their help; empty for a command without inputs.
   std::string inputName;
   std::string inputHelp;
   bool takesSeveralInputs = false;

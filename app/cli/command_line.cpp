@@ -40,7 +40,7 @@ void checkPresence(const ParsedArguments& arguments) {
   const Command& command = *arguments.command;
   const bool isNamedByOption =
       !command.inputsOption.empty() && isGiven(arguments, command.inputsOption);
-  if (arguments.inputs.empty() && !isNamedByOption) {
+  if (!command.inputName.empty() && arguments.inputs.empty() && !isNamedByOption) {
     failUsage(command, "no " + command.inputName + " given");
   }
   const Option* const mode = modeOf(arguments);
@@ -125,7 +125,9 @@ int runCommandLine(const Program& program, int argc, const char* const* argv) {
     checkPresence(arguments);
     checkScenes(arguments);
     storeOptions(arguments);
-    arguments.command->takeInputs(arguments.inputs);
+    if (!arguments.command->inputName.empty()) {
+      arguments.command->takeInputs(arguments.inputs);
+    }
     return arguments.command->run(wordsOf(arguments.given));
   });
 }

@@ -12,6 +12,20 @@ namespace {
 // The job, the format, and whether there is a preview.
 constexpr std::size_t kJobWords = 5;
 
+// The file of an importer and its name.
+constexpr std::size_t kImportedWords = 2;
+
+void addImported(const ImportedFile& imported, WorkerCall& call) {
+  call.Add({std::to_string(imported.file), imported.reader});
+  if (imported.IsThere()) {
+    call.descriptors.push_back(imported.file);
+  }
+}
+
+ImportedFile importedOf(std::span<const std::string> words) {
+  return {std::stoi(words[0]), words[1]};
+}
+
 // Which of the options' cuts is that of the job; their number when it has none.
 std::size_t cutOf(const ExportJob& job, const ExportOptions& options) {
   const auto isCut = [&](const CutPlane& cut) {
@@ -30,12 +44,14 @@ ExportOptions optionsOf(std::span<const std::string> words) {
 }  // namespace
 
 WorkerCall callToExport(const ExportJob& job, const ExportOptions& options,
-                        const WorkOutput& output, const std::optional<WorkOutput>& preview) {
+                        const WorkOutput& output, const std::optional<WorkOutput>& preview,
+                        const ImportedFile& imported) {
   assert(options.format);
   WorkerCall call{kExportTask,
                   {job.model, job.drawing, std::to_string(cutOf(job, options)),
                    endOfFormat(*options.format).substr(1), preview ? "1" : "0"},
                   {output.file}};
+  addImported(imported, call);
   call.Add(output.Words());
   if (preview) {
     call.descriptors.push_back(preview->file);
@@ -49,8 +65,10 @@ WorkerCall callToExport(const ExportJob& job, const ExportOptions& options,
   return call;
 }
 
-WorkerCall callToList(const std::string& model, const ExportOptions& options) {
+WorkerCall callToList(const std::string& model, const ExportOptions& options,
+                      const ImportedFile& imported) {
   WorkerCall call{kListTask, {model}};
+  addImported(imported, call);
   call.Add(options.words);
   return call;
 }
@@ -62,6 +80,8 @@ ExportArguments exportArgumentsOf(std::span<const std::string> words) {
   const std::optional<OutputFormat> format = parseOutputFormat(words[3]);
   const bool hasPreview = words[4] == "1";
   words = words.subspan(kJobWords);
+  arguments.imported = importedOf(words);
+  words = words.subspan(kImportedWords);
   arguments.output = WorkOutput::Of(words);
   words = words.subspan(WorkOutput::kWords);
   if (hasPreview) {
@@ -77,7 +97,11 @@ ExportArguments exportArgumentsOf(std::span<const std::string> words) {
 }
 
 ExportArguments listArgumentsOf(std::span<const std::string> words) {
-  return {{words[0], {}, {}}, optionsOf(words.subspan(1)), {}, {}};
+  ExportArguments arguments;
+  arguments.job.model = words[0];
+  arguments.imported = importedOf(words.subspan(1));
+  arguments.options = optionsOf(words.subspan(1 + kImportedWords));
+  return arguments;
 }
 
 }  // namespace dxf2d

@@ -15,13 +15,25 @@ inline constexpr const char* kExportTask = "export";
 inline constexpr const char* kListTask = "list";
 inline constexpr const char* kFormatsTask = "formats";
 
+// What an importer program has made of a model.
+struct ImportedFile {
+  // The open binary glTF; -1 for a model that the worker reads itself.
+  int file = -1;
+  // The importer's name.
+  std::string reader{};
+
+  bool IsThere() const { return file >= 0; }
+};
+
 // To draw a job into a work file, and a picture of it into `preview` if there is one. The format of
 // the options is known. Throws PluginError when this program has no plug-in.
 WorkerCall callToExport(const ExportJob& job, const ExportOptions& options,
-                        const WorkOutput& output, const std::optional<WorkOutput>& preview);
+                        const WorkOutput& output, const std::optional<WorkOutput>& preview,
+                        const ImportedFile& imported);
 
 // To list what a model holds.
-WorkerCall callToList(const std::string& model, const ExportOptions& options);
+WorkerCall callToList(const std::string& model, const ExportOptions& options,
+                      const ImportedFile& imported);
 
 // The arguments of such calls.
 struct ExportArguments {
@@ -29,6 +41,7 @@ struct ExportArguments {
   ExportOptions options;
   WorkOutput output;
   std::optional<WorkOutput> preview;
+  ImportedFile imported;
 };
 ExportArguments exportArgumentsOf(std::span<const std::string> words);
 ExportArguments listArgumentsOf(std::span<const std::string> words);

@@ -105,7 +105,9 @@ batch::Inputs inputsOf(const ExportOptions& options) {
   std::optional<std::vector<std::string>> ends;
   const auto isModel = [&](const std::string& path) {
     if (!ends) {
-      ends = modelEnds(options);
+      ends = readerEnds(options);
+      const std::vector<std::string> more = importerEnds(options);
+      ends->insert(ends->end(), more.begin(), more.end());
     }
     return isModelIn(*ends, path);
   };

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "app/export/export_call.h"
 #include "app/export/export_request.h"
 #include "app/output/output_failures.h"
 #include "app/process/confinement.h"
@@ -14,8 +15,13 @@ namespace dxf2d {
 // A model's reader may read the model's directory, or everything with options.allowsOutside, and
 // that of a scene the scene; both may write the open files `writable`.
 inline Confinement rulesFor(const std::string& model, const ExportOptions& options,
-                            const std::vector<int>& writable) {
+                            const std::vector<int>& writable, const ImportedFile& imported) {
   Confinement rules{systemFiles(), writable};
+  if (imported.IsThere()) {
+    // Nothing of the model itself is read.
+    rules.reopened.push_back(imported.file);
+    return rules;
+  }
   rules.readable.push_back(model);
   if (!isSceneFile(model) && options.allowsOutside) {
     rules.readable.emplace_back("/");

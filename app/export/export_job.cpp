@@ -10,6 +10,7 @@
 #include "app/cli/failure.h"
 #include "app/export/export_call.h"
 #include "app/export/export_report.h"
+#include "app/export/import_step.h"
 #include "app/export/job_finishing.h"
 #include "app/host/plugin_module.h"
 #include "app/output/destination.h"
@@ -98,6 +99,39 @@ class StageTimes {
   std::string text_;
 };
 
+// Has an importer read the model, if there is one for it, and a worker draw it into the work files.
+// Appends what the worker tells to `told`. Returns an exit code.
+int makeDrawing(const InputTask& work, const ExportJob& job, const ExportOptions& options,
+                const WorkOutput& output, const std::optional<WorkOutput>& preview,
+                std::string& told, JobNews& news) {
+  StageTimes times;
+  const auto beginStage = [&](std::string_view stage) {
+    times.Begin(stage);
+    if (news.onStage) {
+      news.onStage(stage);
+    }
+  };
+  ImportStep import;
+  int code = kExitDone;
+  if (import.Find(job.model, options)) {
+    beginStage("importing");
+    code = import.Run(work, news.peakMemory);
+  }
+  if (code == kExitDone) {
+    WorkerCall call = callToExport(job, options, output, preview, import.File());
+    call.onStage = beginStage;
+    std::uint64_t peakMemory = 0;
+    // Some importers crash on malformed files.
+    code = work.Run(std::move(call), told, &peakMemory);
+    news.peakMemory = std::max(news.peakMemory, peakMemory);
+  }
+  const std::string stages = times.Text();
+  if (options.batch.isVerbose && !stages.empty()) {
+    note(job.model + ": " + stages);
+  }
+  return code;
+}
+
 int draw(const InputTask& work, const ExportJob& job, const ExportOptions& options, JobNews& news) {
   const Clock::time_point start = Clock::now();
   checkInputs(job, options);
@@ -113,21 +147,8 @@ int draw(const InputTask& work, const ExportJob& job, const ExportOptions& optio
     preview.emplace(options.preview, options.existing);
     previewWork = preview->Work();
   }
-  WorkerCall call = callToExport(job, options, destination.Work(), previewWork);
-  StageTimes times;
-  call.onStage = [&](std::string_view stage) {
-    times.Begin(stage);
-    if (news.onStage) {
-      news.onStage(stage);
-    }
-  };
   std::string told;
-  // Some importers crash on malformed files.
-  const int code = work.Run(std::move(call), told, &news.peakMemory);
-  const std::string stages = times.Text();
-  if (options.batch.isVerbose && !stages.empty()) {
-    note(job.model + ": " + stages);
-  }
+  const int code = makeDrawing(work, job, options, destination.Work(), previewWork, told, news);
   if (code != kExitDone) {
     return code;
   }

@@ -5,6 +5,7 @@
 
 #include "app/cli/option_values.h"
 #include "app/export/export_command.h"
+#include "app/export/import_step.h"
 #include "app/export/line_options.h"
 #include "app/model/plan_label.h"
 #include "app/model/view.h"
@@ -270,6 +271,7 @@ std::vector<Option> exportOptions(ExportOptions& options) {
                 kExpectedCodePage, into(options.codePage, parseCodePage)},
                {"--plugin", "FILE", "Use another plug-in than the installed one", "a file name",
                 into(options.plugin, parseText)}});
+  append(all, {importerOption(options.importers)});
   append(all, modelFileOptions(options));
   append(all, resourceLimitOptions(options.limits));
   append(all, modelLimitOptions(options.plan.limits));

@@ -74,6 +74,8 @@ struct ExportOptions {
   unsigned codePage = 1252;
   // Empty: the one that belongs to this program.
   std::string plugin;
+  // Descriptions of importers beside those that are installed.
+  std::vector<std::string> importers;
   // Whether a model may refer to files outside its directory.
   bool allowsOutside = false;
   // For one model.

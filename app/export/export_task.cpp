@@ -15,13 +15,13 @@
 #include "app/export/export_facts.h"
 #include "app/export/export_report.h"
 #include "app/export/export_summary.h"
+#include "app/export/exported_model.h"
 #include "app/export/job_finishing.h"
 #include "app/export/scene_limits.h"
 #include "app/export/walk_record.h"
 #include "app/export/worker_tasks.h"
 #include "app/host/plugin_module.h"
 #include "app/model/model_error.h"
-#include "app/model/model_reader.h"
 #include "app/model/sheet_scene.h"
 #include "app/output/mapped_file.h"
 #include "app/preview/text_shaper.h"
@@ -49,6 +49,15 @@ std::string absentFilesOf(const ModelFiles& files) {
   return text;
 }
 
+// "; read by NAME", and what the importer has left out.
+std::string statementOf(const ModelSource& source) {
+  std::string text = "; read by " + source.importer;
+  for (const std::string& note : source.notes) {
+    text += "; " + note;
+  }
+  return text;
+}
+
 ModelError sceneFailure(const KtSceneError& error) {
   // Some of its messages already say what to do.
   std::string problem = error.what();
@@ -65,6 +74,7 @@ class ExportTask {
  public:
   explicit ExportTask(const ExportArguments& arguments)
       : job_(arguments.job),
+        imported_(arguments.imported),
         options_(arguments.options),
         finishing_(finishingOf(arguments.job, arguments.options)),
         output_(arguments.output),
@@ -83,7 +93,7 @@ class ExportTask {
     if (preview_) {
       writable.push_back(preview_->file);
     }
-    confine(rulesFor(job_.model, options_, writable));
+    confine(rulesFor(job_.model, options_, writable, imported_));
     const int code = isSceneFile(job_.model) ? DrawScene() : DrawModel();
     tellParent(textOf(report_));
     return code;
@@ -114,7 +124,7 @@ class ExportTask {
 
   int DrawModel() {
     beginStage("reading");
-    Model model = readModel(job_.model, options_.plan.up, options_.allowsOutside);
+    Model model = readExportedModel(job_.model, options_, imported_);
     CheckFiles(model);
     PlanOptions options = options_.plan;
     options.linework.cut = job_.cut;
@@ -140,8 +150,9 @@ class ExportTask {
       const int completion = Complete(plan.scene, plan.sources, plan.content, completed);
       const Summary summary = summaryOf(plan.content, counts);
       report_.summaryBeforeTime = summary.beforeTime;
-      report_.summaryAfterTime =
-          summary.afterTime + finishingSummary(finishing_, completed) + absentFilesOf(*model.files);
+      report_.summaryAfterTime = summary.afterTime + finishingSummary(finishing_, completed) +
+                                 absentFilesOf(*model.files) +
+                                 (imported_.IsThere() ? statementOf(model.source) : "");
       if (!options_.batch.report.empty()) {
         report_.facts = factsOfModel(job_.model, model.source.importer, plan.content, counts);
       }
@@ -234,6 +245,7 @@ class ExportTask {
   }
 
   const ExportJob& job_;
+  const ImportedFile& imported_;
   const ExportOptions& options_;
   FinishingPlan finishing_;
   const WorkOutput& output_;

@@ -3,21 +3,22 @@
 
 #include "app/export/export_call.h"
 #include "app/export/export_confinement.h"
+#include "app/export/exported_model.h"
 #include "app/export/worker_tasks.h"
 #include "app/model/model_listing.h"
-#include "app/model/model_reader.h"
 #include "app/model/up_axis.h"
 
 namespace dxf2d {
 namespace {
 
-std::string listingOf(const std::string& path, const ExportOptions& options) {
+std::string listingOf(const std::string& path, const ExportOptions& options,
+                      const ImportedFile& imported) {
   const PlanOptions& plan = options.plan;
-  Model model = readModel(path, plan.up, options.allowsOutside);
+  Model model = readExportedModel(path, options, imported);
   LimitChecker limits(plan.limits, path);
   const std::vector<ListedNode> nodes =
-      listNodes(*model.scene, uprightTurn(*model.scene, model.source.importer, plan.up),
-                plan.filter, model.source, limits);
+      listNodes(*model.scene, uprightTurn(*model.scene, model.source, plan.up), plan.filter,
+                model.source, limits);
   LengthUnit unit = model.source.unit;
   if (!unit.IsKnown() && plan.sourceUnits) {
     unit = *plan.sourceUnits;
@@ -31,8 +32,8 @@ WorkerTask listTask() {
   return {kListTask, [](std::span<const std::string> words) {
             const ExportArguments arguments = listArgumentsOf(words);
             const std::string& model = arguments.job.model;
-            confine(rulesFor(model, arguments.options, {}));
-            tellParent(listingOf(model, arguments.options));
+            confine(rulesFor(model, arguments.options, {}, arguments.imported));
+            tellParent(listingOf(model, arguments.options, arguments.imported));
             return static_cast<int>(kExitDone);
           }};
 }

@@ -1,4 +1,4 @@
-// The ends of names that models may have.
+// Which models can be read, by the ends of their names.
 #pragma once
 
 #include <string>
@@ -8,8 +8,19 @@
 
 namespace dxf2d {
 
-// ".obj", ".stl" and so on, in small letters: of all formats that importers know. Asks a worker
-// process, since this program is not linked with importers. Throws Failure when that fails.
-std::vector<std::string> modelEnds(const ExportOptions& options);
+// A reader of the worker program.
+struct ModelReader {
+  std::string name;
+  // ".3ds" and so on, in small letters.
+  std::vector<std::string> ends;
+};
+
+// The readers of the worker program. Asks a worker process, since this program is not linked with
+// them. Throws Failure when that fails.
+std::vector<ModelReader> modelReaders(const ResourceLimits& limits);
+
+// The ends that these know, and those of importer programs. Throw Failure.
+std::vector<std::string> readerEnds(const ExportOptions& options);
+std::vector<std::string> importerEnds(const ExportOptions& options);
 
 }  // namespace dxf2d

@@ -5,6 +5,7 @@
 #include "app/cli/failure.h"
 #include "app/cli/printable.h"
 #include "app/export/export_call.h"
+#include "app/export/import_step.h"
 #include "app/output/output_failures.h"
 
 namespace dxf2d {
@@ -33,7 +34,12 @@ int listModel(const std::string& path, const ExportOptions& options) {
   const InputTask work("importer", path, options.limits);
   return work.Reporting([&] {
     std::string list;
-    const int code = work.Run(callToList(path, options), list);
+    ImportStep import;
+    std::uint64_t peakMemory = 0;
+    int code = import.Find(path, options) ? import.Run(work, peakMemory) : kExitDone;
+    if (code == kExitDone) {
+      code = work.Run(callToList(path, options, import.File()), list);
+    }
     if (code == kExitDone) {
       print(printableLines(list));
     }

@@ -12,7 +12,8 @@ WorkerTask exportTask();
 // Tells the list of a model, as text or as JSON.
 WorkerTask listTask();
 
-// Tells the ends of the names of models, as "*.obj;*.stl".
+// Tells which models are read here: a line for each reader with its name and, after a tab, the ends
+// of its files' names, as ".3ds .prj".
 WorkerTask formatsTask();
 
 }  // namespace dxf2d

@@ -1,13 +1,14 @@
 // dxf2d-worker: what dxf2d does with files that nobody has looked at, one task to a process.
 #include "app/export/worker_tasks.h"
 #include "app/finish/finish_task.h"
+#include "app/importer/import.h"
 #include "app/inspect/inspect_tasks.h"
 #include "app/preview/preview_task.h"
 #include "app/process/worker_program.h"
 
 int main(int argc, char** argv) {
   const dxf2d::WorkerTask tasks[] = {
-      dxf2d::exportTask(), dxf2d::listTask(), dxf2d::formatsTask(), dxf2d::previewTask(),
-      dxf2d::finishTask(), dxf2d::lookTask(), dxf2d::walkTask()};
+      dxf2d::exportTask(), dxf2d::listTask(),   dxf2d::formatsTask(), dxf2d::previewTask(),
+      dxf2d::finishTask(), dxf2d::importTask(), dxf2d::lookTask(),    dxf2d::walkTask()};
   dxf2d::runWorkerProgram(tasks, argc, argv);
 }

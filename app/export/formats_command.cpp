@@ -1,0 +1,120 @@
+#include "app/export/formats_command.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "app/cli/failure.h"
+#include "app/cli/option_values.h"
+#include "app/export/import_step.h"
+#include "app/export/model_ends.h"
+#include "app/importer/importer.h"
+
+namespace dxf2d {
+namespace {
+
+// A line of the list.
+struct ReadableFormat {
+  std::string name;
+  std::vector<std::string> ends;
+  // The program or library that reads it.
+  std::string reader;
+  // What to do to read it; empty when it can be read.
+  std::string remedy{};
+};
+
+struct FormatsOptions {
+  std::vector<std::string> importers;
+  bool isJson = false;
+};
+
+std::string joined(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) {
+    text += (text.empty() ? "" : " ") + word;
+  }
+  return text;
+}
+
+std::vector<ReadableFormat> findFormats(const FormatsOptions& options) {
+  std::vector<ReadableFormat> formats{{"Scene file", {".json"}, "dxf2d"}};
+  const std::vector<Importer> importers = findImporters(options.importers);
+  for (const Importer& importer : importers) {
+    for (const ImporterFormat& format : importer.formats) {
+      formats.push_back({format.name, format.extensions, importer.name + " " + importer.version});
+    }
+  }
+  for (const KnownImporter& known : kKnownImporters) {
+    const std::string name(known.name);
+    if (std::ranges::find(importers, name, &Importer::name) == importers.end()) {
+      for (const KnownFormat& format : known.formats) {
+        formats.push_back({std::string(format.name),
+                           {format.ends.begin(), format.ends.end()},
+                           name,
+                           "install " + name});
+      }
+    }
+  }
+  for (const ModelReader& reader : modelReaders({})) {
+    formats.push_back({reader.name, reader.ends, "assimp"});
+  }
+  return formats;
+}
+
+void printAsText(const std::vector<ReadableFormat>& formats) {
+  for (const ReadableFormat& format : formats) {
+    const std::string ends = format.ends.empty() ? "" : " (" + joined(format.ends) + ")";
+    printLine(stdout, format.name + ends + ": " +
+                          (format.remedy.empty() ? "read by " + format.reader
+                                                 : "cannot be read; " + format.remedy));
+  }
+}
+
+void printAsJson(const std::vector<ReadableFormat>& formats) {
+  using Json = nlohmann::ordered_json;
+  Json list = Json::array();
+  for (const ReadableFormat& format : formats) {
+    list.push_back({{"name", format.name},
+                    {"extensions", format.ends},
+                    {"reader", format.reader},
+                    {"readable", format.remedy.empty()}});
+  }
+  printLine(stdout, list.dump(-1, ' ', true, Json::error_handler_t::replace));
+}
+
+int printFormats(const FormatsOptions& options) {
+  const std::vector<ReadableFormat> formats = findFormats(options);
+  if (options.isJson) {
+    printAsJson(formats);
+  } else {
+    printAsText(formats);
+  }
+  flushStandardOutput();
+  return kExitDone;
+}
+
+}  // namespace
+
+Command formatsCommand() {
+  const auto options = std::make_shared<FormatsOptions>();
+  Command command;
+  command.name = "formats";
+  command.help =
+      "Lists the formats of models: the ends of their files' names, which program reads them, and "
+      "what "
+      "to install for those that cannot be read.";
+  command.options = {importerOption(options->importers),
+                     {"--json", "", "List as JSON", "", [options](const std::string&) {
+                        options->isJson = true;
+                        return true;
+                      }}};
+  command.run = [options](const OptionWords&) {
+    return reporting([&] { return printFormats(*options); });
+  };
+  return command;
+}
+
+}  // namespace dxf2d

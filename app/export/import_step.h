@@ -1,0 +1,56 @@
+// Models that an importer program reads before a worker does.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/cli/command.h"
+#include "app/export/export_call.h"
+#include "app/export/export_request.h"
+#include "app/importer/import.h"
+#include "app/process/input_task.h"
+
+namespace dxf2d {
+
+// An importer of this project, whether or not it is installed, and what it reads.
+struct KnownFormat {
+  std::string_view name;
+  std::array<std::string_view, 3> ends;
+};
+struct KnownImporter {
+  std::string_view name;
+  std::array<KnownFormat, 2> formats;
+};
+inline constexpr std::array kKnownImporters = std::to_array<KnownImporter>(
+    {{"dxf2d-import-step",
+      {{{"STEP", {".step", ".stp", ".p21"}}, {"IGES", {".iges", ".igs", ".ige"}}}}}});
+
+// --importer, which adds to `importers`.
+Option importerOption(std::vector<std::string>& importers);
+
+// What an importer has made of a model, if there is one for it.
+class ImportStep {
+ public:
+  // Looks for the importer that knows the model's format: by the end of its name or, where nobody
+  // knows that end, by its first bytes. Returns false when a worker is to read the model. Throws
+  // UsageError for a description that is not valid, and Failure when the importer is not installed.
+  bool Find(const std::string& model, const ExportOptions& options);
+  // Runs the importer that was found. Returns an ExitCode, with a message printed unless that is
+  // kExitDone. Raises `peakMemory` to the bytes that it took at most.
+  int Run(const InputTask& work, std::uint64_t& peakMemory);
+
+  // For the worker, as long as this object lives.
+  ImportedFile File() const;
+
+ private:
+  std::string model_;
+  bool allowsOutside_ = false;
+  std::optional<Importer> importer_;
+  std::optional<ImportedModel> imported_;
+};
+
+}  // namespace dxf2d
