@@ -45,8 +45,8 @@ FORMS = [(re.compile(british.replace("^", BEGIN).replace("$", END)), american)
     (r"^([Ff]ulfil)(?=s?$|ment)", r"\1l"),
 )]
 # Storeys keep their e: the word is that of IFC, and of an option.
-# Quoted as they are: the key that a test of scene files has refused.
-QUOTED = re.compile(r"(\"/?colour\b)")
+# Quoted as they are: the key that a test of scene files has refused, and the units of STEP.
+QUOTED = re.compile(r"(\"/?colour\b|\"(?:milli|centi)?metre\")")
 # Not our English: drawings, scenes and models, seeds, and this list with its tests.
 SKIPPED = re.compile(r"tests/golden/.*\.(dxf|json)$|tests/models/.*\.(ifc|obj|mtl|stl|ply|gltf|dae)$|"
                      r"fuzz/(corpus|dictionaries)/|LICENSE$|tests/checks/spelling(_test)?\.py$")

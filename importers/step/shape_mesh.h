@@ -1,0 +1,39 @@
+// The faces of a shape as triangles, and its edges as lines.
+#pragma once
+
+#include <TopoDS_Face.hxx>
+#include <TopoDS_Shape.hxx>
+#include <cstddef>
+#include <functional>
+#include <optional>
+
+#include "importers/step/glb.h"
+
+namespace dxf2d::step {
+
+struct Division {
+  // How far triangles may be from their faces, in the unit of the shape.
+  double distance;
+  // And how far, in radians, neighboring triangles of a curved face may be turned.
+  double angle;
+  // Of the result, in that unit.
+  double unit;
+};
+
+struct ShapeMesh {
+  // Triangles by color, then lines.
+  glb::Mesh mesh;
+  // Faces that could not be divided into triangles.
+  std::size_t lostFaces = 0;
+};
+
+// Divides the shape: neighboring faces share the points of their common edge, bit for bit, so that
+// they can be joined again. The lines are its true edges: those at which faces meet at an angle,
+// and those of no face. Seams of closed faces and edges at which faces run smoothly into each other
+// are none; borders show without. `colorOf` tells the color of a face that has one of its own, all
+// else has `color`.
+ShapeMesh meshShape(const TopoDS_Shape& shape, const Division& division,
+                    const std::function<std::optional<glb::Color>(const TopoDS_Face&)>& colorOf,
+                    const std::optional<glb::Color>& color);
+
+}  // namespace dxf2d::step
