@@ -8,8 +8,7 @@ namespace dxf2d {
 
 Affine uprightTurn(const aiScene& model, const ModelSource& source, UpAxis asked) {
   const UpAxis up = asked == UpAxis::kAuto ? source.up : asked;
-  const Affine toOrigin{Affine{}.linear, source.origin};
-  return compose(toOrigin, uprightTurn(model, source.importer, up));
+  return uprightTurn(model, source.importer, up);
 }
 
 SourceMesh sourceMesh(const aiScene& model, const ModelSource& source, unsigned mesh) {

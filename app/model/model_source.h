@@ -35,7 +35,8 @@ struct ModelSource {
   std::vector<std::string> notes{};
 };
 
-// The map that stands a model upright, with what its source states (see the other uprightTurn).
+// The map that stands a model upright, about its own origin, with the up axis that its source
+// states (see the other uprightTurn).
 Affine uprightTurn(const aiScene& model, const ModelSource& source, UpAxis asked);
 
 // Mesh `mesh` of a model, which exists.

@@ -235,6 +235,36 @@ CutPlane cutOf(const Storey& storey, const ModelSource& source, double scale,
   return {storey.floor + kStoreyCutMeters / content.modelUnit.meters * scale, true, {}};
 }
 
+// The map from the model, without its source's origin, to the drawing.
+Affine sheetOf(const aiScene& model, const ModelSource& source, const PlanOptions& options,
+               double scale) {
+  Affine sheet = compose(uprightTurn(model, source, options.up), options.view);
+  for (double& element : sheet.linear) {
+    element *= scale;
+  }
+  return sheet;
+}
+
+// Where the source's origin is in the drawing.
+std::array<double, 3> originOn(const Affine& sheet, const ModelSource& source) {
+  const Affine origin{Affine{}.linear, source.origin};
+  return compose(origin, {sheet.linear, {}}).shift;
+}
+
+// Moves a plan. What is seen of a model is found near its own origin, for far from it coordinates
+// have too few digits for that.
+void moveBy(double x, double y, PlanScene& plan) {
+  if (x == 0.0 && y == 0.0) {
+    return;
+  }
+  for (KtSceneNode& node : plan.scene.nodes) {
+    const double* const m = node.matrix.Data();
+    node.matrix.SetTranslation(m[12] + x, m[13] + y, m[14]);
+  }
+  PlanExtent& extent = plan.content.extent;
+  extent = {extent.minX + x, extent.minY + y, extent.maxX + x, extent.maxY + y};
+}
+
 std::string emptinessOf(const PlanContent& content, const PlanOptions& options) {
   if (content.unseenObjects != 0 && (options.linework.cut || !options.storey.empty())) {
     return "nothing of it shows below the cut";
@@ -258,6 +288,9 @@ PlanScene makePlanScene(const aiScene& model, const ModelSource& source,
   ObjectNames names;
   PlanScene plan = makeViewScene(model, source, options, names);
   requireObjects(plan.content, source, options);
+  const double scale = scaleOf(source, options, plan.content);
+  const std::array<double, 3> origin = originOn(sheetOf(model, source, options, scale), source);
+  moveBy(origin[0], origin[1], plan);
   return plan;
 }
 
@@ -295,10 +328,9 @@ PlanScene makeViewScene(const aiScene& model, const ModelSource& source, const P
   const PlanOptions options = withTrueEdges(asked, source);
   PlanScene plan;
   const double scale = scaleOf(source, options, plan.content);
-  Affine sheet = compose(uprightTurn(model, source, options.up), options.view);
-  for (double& element : sheet.linear) {
-    element *= scale;
-  }
+  Affine sheet = sheetOf(model, source, options, scale);
+  // Cuts are at heights of the model.
+  sheet.shift[2] += originOn(sheet, source)[2];
   const bool wantsLabels = options.labels != PlanLabels::kNone;
   LimitChecker limits(options.limits, source.path);
   BlockBuilder builder(model, source, options, limits);

@@ -53,6 +53,23 @@ TEST_F(Import, TheExamplesGridIsDrawnWhereItIs) {
   EXPECT_NE(Read(Path("hill.dxf")).find("500000.250000"), std::string::npos);
 }
 
+TEST_F(Import, FarFromItsOriginAModelIsDrawnAsNearIt) {
+  const auto verticesOfCutAt = [&](const std::string& corner) {
+    Write("models/hill.asc", "ncols 3\nnrows 3\nxllcorner " + corner + "\nyllcorner " + corner +
+                                 "\ncellsize 1\nNODATA_value -9\n0 0 0\n0 3 0\n0 0 0\n");
+    EXPECT_EQ(Run("export " + Path("models/hill.asc") + " -f -o " + Path("hill.dxf") +
+                      " --cut 1 --creases 1",
+                  "DXF2D_IMPORTER_PATH='" EXAMPLE_IMPORTER "'"),
+              kExitDone)
+        << error_;
+    const std::size_t end = out_.find(" vertices");
+    return std::stoi(out_.substr(out_.rfind(' ', end - 1) + 1));
+  };
+  const int near = verticesOfCutAt("0");
+  EXPECT_GT(near, 8);
+  EXPECT_EQ(verticesOfCutAt("5400000.5"), near);
+}
+
 TEST_F(Import, ImportersAreFoundByTheirFormatsFirstBytes) {
   Write("models/hill.txt", kGrid);
   EXPECT_EQ(Run("export " + Path("models/hill.txt") + " -o " + Path("hill.dxf"),
