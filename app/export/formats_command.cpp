@@ -5,6 +5,7 @@
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/cli/failure.h"
@@ -47,15 +48,16 @@ std::vector<ReadableFormat> findFormats(const FormatsOptions& options) {
       formats.push_back({format.name, format.extensions, importer.name + " " + importer.version});
     }
   }
-  for (const KnownImporter& known : kKnownImporters) {
-    const std::string name(known.name);
-    if (std::ranges::find(importers, name, &Importer::name) == importers.end()) {
-      for (const KnownFormat& format : known.formats) {
-        formats.push_back({std::string(format.name),
-                           {format.ends.begin(), format.ends.end()},
-                           name,
-                           "install " + name});
+  for (const KnownFormat& known : kKnownFormats) {
+    const std::string importer(known.importer);
+    if (std::ranges::find(importers, importer, &Importer::name) == importers.end()) {
+      ReadableFormat format{std::string(known.name), {}, importer, "install " + importer};
+      for (const std::string_view end : known.ends) {
+        if (!end.empty()) {
+          format.ends.emplace_back(end);
+        }
       }
+      formats.push_back(std::move(format));
     }
   }
   for (const ModelReader& reader : modelReaders({})) {

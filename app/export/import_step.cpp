@@ -31,14 +31,13 @@ const Importer* importerOf(const std::vector<Importer>& importers, const std::st
 // read such files only says that it cannot.
 void checkInstalled(const std::string& model) {
   const std::string end = normalized(std::filesystem::path(model).extension().string());
-  for (const KnownImporter& importer : kKnownImporters) {
-    for (const KnownFormat& format : importer.formats) {
-      if (std::ranges::find(format.ends, end) != format.ends.end()) {
-        throw Failure(kExitInput, {model,
-                                   "cannot be read: the importer of " + std::string(format.name) +
-                                       " is not installed",
-                                   "install " + std::string(importer.name)});
-      }
+  for (const KnownFormat& format : kKnownFormats) {
+    if (format.hasNoOther && !end.empty() &&
+        std::ranges::find(format.ends, end) != format.ends.end()) {
+      throw Failure(kExitInput, {model,
+                                 "cannot be read: the importer of " + std::string(format.name) +
+                                     " is not installed",
+                                 "install " + std::string(format.importer)});
     }
   }
 }

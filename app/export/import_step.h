@@ -16,18 +16,19 @@
 
 namespace dxf2d {
 
-// An importer of this project, whether or not it is installed, and what it reads.
+// A format that an importer of this project reads, whether or not it is installed.
 struct KnownFormat {
   std::string_view name;
+  std::string_view importer;
+  // The ends of its files' names; may be empty.
   std::array<std::string_view, 3> ends;
+  // Whether nothing else reads files with these ends.
+  bool hasNoOther = true;
 };
-struct KnownImporter {
-  std::string_view name;
-  std::array<KnownFormat, 2> formats;
-};
-inline constexpr std::array kKnownImporters = std::to_array<KnownImporter>(
-    {{"dxf2d-import-step",
-      {{{"STEP", {".step", ".stp", ".p21"}}, {"IGES", {".iges", ".igs", ".ige"}}}}}});
+inline constexpr std::array kKnownFormats =
+    std::to_array<KnownFormat>({{"STEP", "dxf2d-import-step", {".step", ".stp", ".p21"}},
+                                {"IGES", "dxf2d-import-step", {".iges", ".igs", ".ige"}},
+                                {"IFC4", "dxf2d-import-ifc", {".ifc"}, false}});
 
 // --importer, which adds to `importers`.
 Option importerOption(std::vector<std::string>& importers);

@@ -79,6 +79,11 @@ std::string oneLine(std::string text) {
   return text;
 }
 
+// In any letter case.
+bool hasEnd(const std::string& path, const char* end) {
+  return strcasecmp(std::filesystem::path(path).extension().c_str(), end) == 0;
+}
+
 [[noreturn]] void failAsReaderSays(const std::string& path, const std::string& message) {
   if (message.find("No suitable reader found") != std::string::npos) {
     fail(path, "no importer knows this format",
@@ -91,7 +96,10 @@ std::string oneLine(std::string text) {
   if (message.find("length_error") != std::string::npos) {
     fail(path, "it declares impossible sizes", kRepair);
   }
-  fail(path, message.empty() ? "the importer gives no reason" : cut(oneLine(message)), kRepair);
+  // assimp knows the first version alone.
+  const bool isIfc = hasEnd(path, ".ifc");
+  fail(path, message.empty() ? "the importer gives no reason" : cut(oneLine(message)),
+       isIfc ? "install dxf2d-import-ifc, which reads IFC4 too, or repair the file" : kRepair);
 }
 
 std::string listOf(const std::vector<std::string>& names) {
@@ -131,14 +139,9 @@ std::string importerNameOf(const Assimp::Importer& importer) {
   return description == nullptr ? std::string() : description->mName;
 }
 
-bool isNamedStl(const std::string& path) {
-  const std::string extension = std::filesystem::path(path).extension().string();
-  return extension.size() == 4 && strncasecmp(extension.c_str(), ".stl", 4) == 0;
-}
-
 // Null when the importer fails.
 const aiScene* readScene(const std::string& path, Assimp::Importer& importer, ModelSource& source) {
-  if (isNamedStl(path)) {
+  if (hasEnd(path, ".stl")) {
     source.triangles = StlTriangles::Open(path);
   }
   if (!source.triangles) {

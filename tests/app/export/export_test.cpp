@@ -232,8 +232,8 @@ TEST_F(Dxf2d, EachWrongUsageIsOneSentenceThatNamesIt) {
   const std::string model = Write("house.obj", kTriangle);
   const std::string drawing = " -o " + Path("plan.dxf") + " ";
   const std::map<std::string, std::string> offenders{
-      {"", "no command given; use export, finish, preview, inspect or report"},
-      {"draw", "unknown command 'draw'; use export, finish, preview, inspect or report"},
+      {"", "no command given; use export, finish, preview, inspect, formats or report"},
+      {"draw", "unknown command 'draw'; use export, finish, preview, inspect, formats or report"},
       {"export", "no MODEL given"},
       {"export " + model, "no --output given"},
       {"export " + model + " --out plan.dxf", "unknown option '--out'"},
