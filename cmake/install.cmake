@@ -52,12 +52,6 @@ if(TARGET dxf2d)
   set_target_properties(dxf2d-worker PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
   install(TARGETS dxf2d-worker RUNTIME DESTINATION ${worker_directory})
 endif()
-if(TARGET dxf2d-import-step)
-  install(TARGETS dxf2d-import-step RUNTIME
-    DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/dxf2d/importers)
-  install(FILES ${PROJECT_BINARY_DIR}/${CMAKE_INSTALL_BINDIR}/importers/dxf2d-import-step.json
-    DESTINATION ${CMAKE_INSTALL_LIBEXECDIR}/dxf2d/importers)
-endif()
 
 # find_package(KtScene)
 install(EXPORT KtSceneTargets NAMESPACE KtScene:: DESTINATION ${KT_SCENE_PACKAGEDIR})

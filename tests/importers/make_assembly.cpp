@@ -15,13 +15,13 @@
 #include <STEPControl_Controller.hxx>
 #include <TDataStd_Name.hxx>
 #include <TDocStd_Document.hxx>
+#include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopoDS.hxx>
 #include <XCAFApp_Application.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
-#include <TopExp.hxx>
 #include <cmath>
 #include <string>
 
@@ -63,11 +63,12 @@ Handle(TDocStd_Document) makeAssembly() {
     return part;
   };
   shapes->AddComponent(assembly, add(plate(), "plate", Quantity_NOC_RED), TopLoc_Location());
-  const TDF_Label pin = add(BRepPrimAPI_MakeCylinder(0.5 * kInch, 3 * kInch).Shape(), "pin",
-                            Quantity_NOC_BLUE);
+  const TDF_Label pin =
+      add(BRepPrimAPI_MakeCylinder(0.5 * kInch, 3 * kInch).Shape(), "pin", Quantity_NOC_BLUE);
   for (int i = 0; i < 4; ++i) {
     gp_Trsf place;
-    place.SetTranslation(gp_Vec((i % 2 == 0 ? 2.0 : 8.0) * kInch, (i < 2 ? 1.5 : 4.5) * kInch, kInch));
+    place.SetTranslation(
+        gp_Vec((i % 2 == 0 ? 2.0 : 8.0) * kInch, (i < 2 ? 1.5 : 4.5) * kInch, kInch));
     shapes->AddComponent(assembly, pin, TopLoc_Location(place));
   }
   shapes->UpdateAssemblies();
