@@ -225,11 +225,11 @@ TEST(InsertPlacement, QuarterTurnIsNinetyDegrees) {
 TEST(InsertPlacement, TiltIsLeftAtTheOrigin) {
   EXPECT_EQ(placementOf(turned(1, 0, 0, 0.5)), pointText(10, kOriginText));
   EXPECT_EQ(placementOf(turned(0, 1, 0, 0.5)), pointText(10, kOriginText));
-  EXPECT_EQ(placementOf(turned(1, 0, 0, -0.0101)), pointText(10, kOriginText));
+  EXPECT_EQ(placementOf(turned(1, 0, 0, -0.0100000001)), pointText(10, kOriginText));
 }
 
 TEST(InsertPlacement, SlightTiltIsPlaced) {
-  EXPECT_EQ(placementOf(turned(1, 0, 0, 0.0099)), pointText(10, {"5.000000", "6.000000"}));
+  EXPECT_EQ(placementOf(turned(1, 0, 0, 0.0099999999)), pointText(10, {"5.000000", "6.000000"}));
 }
 
 TEST(InsertPlacement, TiltsAboutBothAxesAddUp) {

@@ -219,8 +219,8 @@ TEST(LabelText, LabelWithoutLinesSucceedsAndWritesNothing) {
 
 TEST(LabelText, NodeTiltedOutOfThePlaneDropsItsLabel) {
   EXPECT_TRUE(isDrawnOn(0, 0, 1, 2));
-  EXPECT_TRUE(isDrawnOn(1, 0, 0, 0.0099));
-  EXPECT_FALSE(isDrawnOn(1, 0, 0, 0.0101));
+  EXPECT_TRUE(isDrawnOn(1, 0, 0, 0.0099999999));
+  EXPECT_FALSE(isDrawnOn(1, 0, 0, 0.0100000001));
   EXPECT_FALSE(isDrawnOn(0, 1, 0, -0.5));
   EXPECT_FALSE(isDrawnOn(1, 0, 0, 3.141592653589793));
 }

@@ -38,11 +38,11 @@ TEST(IsPlainInstance, TurnAboutZIsPlain) {
 }
 
 TEST(IsPlainInstance, TiltUpToThreeHundredthsIsPlain) {
-  const BlockNode slight = turnedNode(1, 0, 0, 0.0299);
+  const BlockNode slight = turnedNode(1, 0, 0, 0.0299999999);
   EXPECT_TRUE(isPlainInstance(&slight, nullptr));
-  const BlockNode steep = turnedNode(1, 0, 0, 0.0301);
+  const BlockNode steep = turnedNode(1, 0, 0, 0.0300000001);
   EXPECT_FALSE(isPlainInstance(&steep, nullptr));
-  const BlockNode backwards = turnedNode(0, 1, 0, -0.0301);
+  const BlockNode backwards = turnedNode(0, 1, 0, -0.0300000001);
   EXPECT_FALSE(isPlainInstance(&backwards, nullptr));
 }
 
