@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <filesystem>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "app/cli/failure.h"
 #include "app/export/export_call.h"
@@ -29,26 +29,42 @@ void say(std::FILE* stream, const std::string& line) {
   }
 }
 
-// Throws UsageError when the drawing would replace what it is made of, whatever names lead there.
+// A file that a job writes, by the user's name.
+struct Output {
+  std::string name;
+  const char* remedy;
+};
+
+// The drawing, and the picture beside it if there is one.
+std::vector<Output> outputsOf(const ExportJob& job, const ExportOptions& options) {
+  std::vector<Output> outputs = {{job.drawing, "give the drawing another name"}};
+  if (!options.preview.empty()) {
+    outputs.push_back({options.preview, "give the picture another name"});
+  }
+  return outputs;
+}
+
+// Throws UsageError when an output would replace what it is made of, whatever names lead there.
 void checkInputs(const ExportJob& job, const ExportOptions& options) {
-  const std::optional<FileIdentity> drawing = identityOf(Destination::PathOf(job.drawing));
-  if (!drawing) {
-    return;
-  }
-  if (identityOf(job.model) == drawing) {
-    throw UsageError({job.drawing, "is the model itself", "give the drawing another name"});
-  }
-  if (identityOf(pluginFile(options.plugin)) == drawing) {
-    throw UsageError({job.drawing, "is the plug-in", "give the drawing another name"});
+  for (const Output& output : outputsOf(job, options)) {
+    if (Destination::IsFile(output.name, job.model)) {
+      throw UsageError({output.name, "is the model itself", output.remedy});
+    }
+    if (Destination::IsFile(output.name, pluginFile(options.plugin))) {
+      throw UsageError({output.name, "is the plug-in", output.remedy});
+    }
   }
 }
 
-// Throws UsageError when the drawing would replace a file that the model refers to.
-void checkCompanions(const ExportJob& job, const ExportReport& report) {
-  const std::optional<FileIdentity> drawing = identityOf(Destination::PathOf(job.drawing));
-  if (drawing && std::ranges::find(report.inputs, *drawing) != report.inputs.end()) {
-    throw UsageError({job.drawing, "is a file that the model '" + job.model + "' refers to",
-                      "give the drawing another name"});
+// Throws UsageError when an output would replace a file that the model refers to.
+void checkCompanions(const ExportJob& job, const ExportOptions& options,
+                     const ExportReport& report) {
+  for (const Output& output : outputsOf(job, options)) {
+    const std::optional<FileIdentity> file = Destination::IdentityOf(output.name);
+    if (file && std::ranges::find(report.inputs, *file) != report.inputs.end()) {
+      throw UsageError(
+          {output.name, "is a file that the model '" + job.model + "' refers to", output.remedy});
+    }
   }
 }
 
@@ -65,9 +81,8 @@ void checkPreview(const ExportJob& job, const ExportOptions& options) {
     throw UsageError(
         {options.preview, "the picture's format is unknown", "end the name in .png, .svg or .pdf"});
   }
-  std::error_code ignored;
   if (options.preview == job.drawing ||
-      std::filesystem::equivalent(options.preview, Destination::PathOf(job.drawing), ignored)) {
+      Destination::IsFile(options.preview, Destination::PathOf(job.drawing))) {
     throw UsageError({options.preview, "is the drawing itself", "give the picture another name"});
   }
 }
@@ -154,7 +169,7 @@ int draw(const InputTask& work, const ExportJob& job, const ExportOptions& optio
   }
   const ExportReport report = reportOf(told);
   news.facts = report.facts;
-  checkCompanions(job, report);
+  checkCompanions(job, options, report);
   std::FILE* const stream = destination.IsStandardOutput() ? stderr : stdout;
   destination.Deliver();
   if (preview) {

@@ -1,8 +1,6 @@
 #include "app/finish/finish_command.h"
 
-#include <filesystem>
 #include <memory>
-#include <utility>
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
@@ -14,8 +12,7 @@ namespace dxf2d {
 namespace {
 
 void checkFiles(const FinishOptions& options) {
-  std::error_code ignored;
-  if (std::filesystem::equivalent(options.drawing, options.output, ignored)) {
+  if (Destination::IsFile(options.output, options.drawing)) {
     throw UsageError(
         {options.output, "is the drawing itself", "give the finished drawing another name"});
   }
@@ -24,16 +21,7 @@ void checkFiles(const FinishOptions& options) {
 int finishDrawingFile(const InputTask& work, const FinishOptions& options) {
   checkFiles(options);
   Destination destination(options.output, options.existing);
-  WorkerCall call{kFinishTask, {options.drawing}, {destination.Work().file}};
-  call.Add(destination.Work().Words());
-  call.Add(options.words);
-  std::string nothing;
-  const int code = work.Run(std::move(call), nothing);
-  if (code != kExitDone) {
-    return code;
-  }
-  destination.Deliver();
-  return kExitDone;
+  return deliverFrom(work, {kFinishTask, {options.drawing}}, options.words, destination);
 }
 
 std::optional<double> parseLength(const std::string& text) {

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <random>
+#include <utility>
 
 #include "app/output/mapped_file.h"
 #include "app/output/temporary_directory.h"
@@ -61,6 +62,20 @@ void Destination::Deliver() {
   work_.reset();
   inPlace_->Write(output.Bytes());
   inPlace_->Commit();
+}
+
+int deliverFrom(const InputTask& work, WorkerCall call, const std::vector<std::string>& options,
+                Destination& destination) {
+  const WorkOutput output = destination.Work();
+  call.descriptors.push_back(output.file);
+  call.Add(output.Words());
+  call.Add(options);
+  std::string nothing;
+  const int code = work.Run(std::move(call), nothing);
+  if (code == kExitDone) {
+    destination.Deliver();
+  }
+  return code;
 }
 
 }  // namespace dxf2d

@@ -6,6 +6,8 @@
 
 #include "app/output/output_file.h"
 #include "app/output/work_output.h"
+#include "app/process/file_identity.h"
+#include "app/process/input_task.h"
 
 namespace dxf2d {
 
@@ -19,6 +21,16 @@ class Destination {
  public:
   // The path that `path`, as the user gives it, stands for: "-" is standard output.
   static std::string PathOf(const std::string& path) { return path == "-" ? "/dev/stdout" : path; }
+
+  // Which file that is; none when there is none yet.
+  static std::optional<FileIdentity> IdentityOf(const std::string& path) {
+    return identityOf(PathOf(path));
+  }
+  // Whether it would replace the file `input`, whatever names lead there.
+  static bool IsFile(const std::string& path, const std::string& input) {
+    const std::optional<FileIdentity> file = IdentityOf(path);
+    return file && identityOf(input) == file;
+  }
 
   // `path` as the user gives it. Throws OutputError.
   Destination(const std::string& path, Existing existing);
@@ -39,5 +51,11 @@ class Destination {
   // A temporary of the user's file, or the file that is copied.
   std::optional<OutputFile> work_;
 };
+
+// Runs a task's call, whose words already are those before the output's, and delivers what its
+// worker makes in the destination's work file. `options` follow. Returns an exit code, with a
+// message printed unless that is kExitDone. Throws OutputError.
+int deliverFrom(const InputTask& work, WorkerCall call, const std::vector<std::string>& options,
+                Destination& destination);
 
 }  // namespace dxf2d

@@ -43,8 +43,7 @@ PictureFormat formatOf(const PreviewOptions& options) {
 
 // Throws UsageError for files that no picture can be made of or written to.
 void checkFiles(const PreviewJob& job) {
-  std::error_code ignored;
-  if (std::filesystem::equivalent(drawingFile(job.drawing), job.picture, ignored)) {
+  if (Destination::IsFile(job.picture, drawingFile(job.drawing))) {
     throw UsageError({job.picture, "is the drawing itself", "give the picture another name"});
   }
 }
@@ -81,16 +80,8 @@ int preview(const InputTask& work, const PreviewJob& job, const PreviewOptions& 
   // Before the drawing is read, which may take long: an output that cannot be created is an error
   // at once.
   Destination destination(job.picture, options.existing);
-  WorkerCall call{kPreviewTask, {job.drawing, endOf(job.format)}, {destination.Work().file}};
-  call.Add(destination.Work().Words());
-  call.Add(options.words);
-  std::string nothing;
-  const int code = work.Run(std::move(call), nothing);
-  if (code != kExitDone) {
-    return code;
-  }
-  destination.Deliver();
-  return kExitDone;
+  return deliverFrom(work, {kPreviewTask, {job.drawing, endOf(job.format)}}, options.words,
+                     destination);
 }
 
 int previewAll(const PreviewOptions& options) {

@@ -286,6 +286,31 @@ class Inputs(MidRun):
         for name in self.links_to(self.folder / "wood.png"):
             self.assert_refused(model, name, self.folder / "wood.png")
 
+    def test_a_texture_by_the_picture_beside_the_drawing(self):
+        model = self.write_model()
+        texture = self.folder / "wood.png"
+        for name in ("wood.png", f"/proc/self/cwd/{texture.name}"):
+            self.assert_refused(model, "plan.dxf", texture, "--preview", name)
+            self.assertFalse((self.folder / "plan.dxf").exists())
+
+    def test_the_plug_in_by_the_picture_beside_the_drawing(self):
+        model = self.write_model()
+        plugin = self.folder / "plugin.png"
+        shutil.copy(self.options.plugin, plugin)
+        self.assert_refused(model, "plan.dxf", plugin, "--plugin", plugin, "--preview", plugin)
+
+    def test_a_drawing_that_is_read_and_standard_output(self):
+        drawing = self.folder / "plan.dxf"
+        subprocess.run([self.options.dxf2d, "export", self.write_model(), "-o", drawing],
+                       capture_output=True, check=True)
+        before = drawing.read_bytes()
+        for command in (["finish"], ["preview", "--format", "svg"]):
+            with open(drawing, "r+b") as output:
+                run = subprocess.run([self.options.dxf2d, *command, drawing, "-o", "-"],
+                                     stdout=output, stderr=subprocess.PIPE, check=False)
+            self.assertEqual(before, drawing.read_bytes(), command)
+            self.assertEqual(USAGE, run.returncode, run.stderr)
+
     def test_a_file_that_is_not_read_since_it_is_outside(self):
         model = self.folder / "models" / "model.obj"
         model.parent.mkdir()
