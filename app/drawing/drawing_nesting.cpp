@@ -83,8 +83,8 @@ class NestingCheck {
   void AddStrokes(BlockSum& sum, std::size_t strokes) {
     sum.strokes += strokes;
     if (sum.strokes > kMaxStrokes) {
-      throw LimitError(name_, "makes a picture of more than " + std::to_string(kMaxStrokes) +
-                                  " points and letters");
+      throw LimitError(
+          name_, "expands to more than " + std::to_string(kMaxStrokes) + " points and letters");
     }
   }
 

@@ -51,7 +51,7 @@ FinishingPlan finishingOf(const ExportJob& job, const ExportOptions& options) {
                          {options.plan.units.has_value(),
                           options.plan.linework.hidden == HiddenLines::kDash, isPicture});
   }
-  const FinishingPlan plan = planFinishing(options.finishing, {});
+  FinishingPlan plan = planFinishing(options.finishing, {});
   if (plan.layers == finish::LayerScheme::kMaterial || plan.layers == finish::LayerScheme::kKind) {
     throw UsageError({job.model, "a scene file names no materials and no kinds of lines",
                       "use --layers object or --layers group"});

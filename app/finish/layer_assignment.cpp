@@ -59,7 +59,8 @@ struct LayerKey {
   std::string name;
   std::uint64_t key;
 
-  friend auto operator<=>(const LayerKey&, const LayerKey&) = default;
+  friend auto operator<=>(const LayerKey&,
+                          const LayerKey&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 // Empty for what stays on its layer.

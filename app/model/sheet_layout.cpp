@@ -94,11 +94,9 @@ class Lanes {
 
   void Add(const Placed& view) {
     std::optional<Span>& lane = At(view.lane);
-    if (!lane) {
-      lane = view.span;
-    } else if (view.lane == 0) {
+    if (lane && view.lane == 0) {
       lane = Span{std::min(lane->low, view.span.low), std::max(lane->high, view.span.high)};
-    } else if (view.span.Size() > lane->Size()) {
+    } else if (!lane || view.span.Size() > lane->Size()) {
       lane = view.span;
     }
   }

@@ -1,5 +1,6 @@
 // seccomp (seccomp(2)): a program of the kernel's small machine that looks at each system call.
 #include <asm/unistd.h>
+#include <fcntl.h>
 #include <linux/audit.h>
 #include <linux/filter.h>
 #include <linux/seccomp.h>
@@ -12,6 +13,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "app/process/confinement.h"
@@ -43,9 +45,9 @@ constexpr std::uint32_t kForbidden[] = {
     // Other processes.
     SYS_ptrace, SYS_process_vm_readv, SYS_process_vm_writev, SYS_process_madvise, SYS_pidfd_open,
     SYS_pidfd_getfd, SYS_pidfd_send_signal, SYS_kcmp, SYS_tkill, SYS_rt_sigqueueinfo,
-    SYS_rt_tgsigqueueinfo, SYS_setpgid, SYS_setpriority, SYS_sched_setscheduler, SYS_sched_setattr,
-    SYS_sched_setparam, SYS_sched_setaffinity, SYS_ioprio_set, SYS_migrate_pages, SYS_move_pages,
-    SYS_shmget, SYS_shmat, SYS_msgget, SYS_semget, SYS_mq_open, SYS_mq_unlink,
+    SYS_rt_tgsigqueueinfo, SYS_setrlimit, SYS_setpgid, SYS_setpriority, SYS_sched_setscheduler,
+    SYS_sched_setattr, SYS_sched_setparam, SYS_sched_setaffinity, SYS_ioprio_set, SYS_migrate_pages,
+    SYS_move_pages, SYS_shmget, SYS_shmat, SYS_msgget, SYS_semget, SYS_mq_open, SYS_mq_unlink,
     // The kernel and its administration.
     SYS_bpf, SYS_perf_event_open, SYS_userfaultfd, SYS_keyctl, SYS_add_key, SYS_request_key,
     SYS_mount, SYS_umount2, SYS_unshare, SYS_setns, SYS_chroot, SYS_pivot_root, SYS_fsopen,
@@ -73,12 +75,18 @@ constexpr std::uint32_t kPrograms[] = {SYS_execve, SYS_execveat,
 #endif
 };
 
+// What may be asked of devices and files. Others change files' flags or type into the terminal.
+constexpr std::uint32_t kRequests[] = {TCGETS, FIONREAD, FIOCLEX, FIONCLEX};
+
+// Requests of fcntl(2) by which the system signals other processes.
+constexpr std::uint32_t kSignalRequests[] = {F_SETOWN, F_SETOWN_EX, F_SETSIG};
+
 constexpr std::uint32_t kRefuse = SECCOMP_RET_ERRNO | EPERM;
 // The C library then takes an older call, whose arguments can be looked at.
 constexpr std::uint32_t kUnknown = SECCOMP_RET_ERRNO | ENOSYS;
 
+// Of the low half; both machines are little-endian.
 constexpr std::size_t offsetOfArgument(std::size_t number) {
-  // The low half, on little-endian machines.
   return offsetof(seccomp_data, args) + sizeof(std::uint64_t) * number;
 }
 
@@ -111,6 +119,27 @@ class FilterProgram {
     Refuse(value);
     LoadCall();
   }
+  // Refuses the call unless its argument is one of at most 250 values.
+  void RequireArgumentAmong(std::uint32_t call, std::size_t number,
+                            std::span<const std::uint32_t> values) {
+    const auto count = static_cast<std::uint8_t>(values.size());
+    Add(BPF_JMP | BPF_JEQ | BPF_K, call, 0, count + 3U);
+    Load(offsetOfArgument(number));
+    for (std::uint8_t i = 0; i < count; ++i) {
+      Add(BPF_JMP | BPF_JEQ | BPF_K, values[i], count - i, 0);
+    }
+    Return(kRefuse);
+    LoadCall();
+  }
+  // Refuses the call unless its argument, a pointer, is null.
+  void RequireNull(std::uint32_t call, std::size_t number) {
+    Add(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 7);
+    Load(offsetOfArgument(number));
+    JumpUnlessEqual(0, kRefuse);
+    Load(offsetOfArgument(number) + sizeof(std::uint32_t));
+    JumpUnlessEqual(0, kRefuse);
+    LoadCall();
+  }
   void RequireFlag(std::uint32_t call, std::size_t number, std::uint32_t flag) {
     Add(BPF_JMP | BPF_JEQ | BPF_K, call, 0, 4);
     Load(offsetOfArgument(number));
@@ -125,8 +154,10 @@ class FilterProgram {
   }
 
  private:
-  void Add(int operation, std::uint32_t value, std::uint8_t ifTrue = 0, std::uint8_t ifFalse = 0) {
-    code_.push_back({static_cast<std::uint16_t>(operation), ifTrue, ifFalse, value});
+  // How many instructions to go over if the comparison holds, and if it does not.
+  void Add(int operation, std::uint32_t value, unsigned ifTrue = 0, unsigned ifFalse = 0) {
+    code_.push_back({static_cast<std::uint16_t>(operation), static_cast<std::uint8_t>(ifTrue),
+                     static_cast<std::uint8_t>(ifFalse), value});
   }
   void Load(std::size_t offset) {
     Add(BPF_LD | BPF_W | BPF_ABS, static_cast<std::uint32_t>(offset));
@@ -157,9 +188,13 @@ bool filterCalls(bool allowsPrograms) {
   const auto own = static_cast<std::uint32_t>(getpid());
   filter.RequireArgument(SYS_kill, 0, own);
   filter.RequireArgument(SYS_tgkill, 0, own);
-  // These type into the terminal.
-  filter.RefuseArgument(SYS_ioctl, 1, TIOCSTI);
-  filter.RefuseArgument(SYS_ioctl, 1, TIOCLINUX);
+  for (const std::uint32_t request : kSignalRequests) {
+    filter.RefuseArgument(SYS_fcntl, 1, request);
+  }
+  filter.RequireArgumentAmong(SYS_ioctl, 1, kRequests);
+  // The limits of this process may be asked for. They stay as they are, and so do those of others.
+  filter.RequireArgument(SYS_prlimit64, 0, 0);
+  filter.RequireNull(SYS_prlimit64, 2);
   if (!allowsPrograms) {
     for (const std::uint32_t call : kPrograms) {
       filter.Refuse(call);

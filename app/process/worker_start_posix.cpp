@@ -103,10 +103,11 @@ std::vector<std::string> commandLineOf(const WorkerCall& call, const WorkerLimit
 // This program's file, with links followed; as it was called where /proc is not there.
 std::filesystem::path ownProgram() {
   std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
+  std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
   if (!error) {
     return program;
   }
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the system passes addresses as numbers here.
   const auto* const called = reinterpret_cast<const char*>(getauxval(AT_EXECFN));
   return std::filesystem::weakly_canonical(called == nullptr ? "dxf2d" : called, error);
 }
@@ -134,6 +135,7 @@ int startWorker(const WorkerCall& call, const WorkerLimits& limits, int report,
   const SpawnAttributes attributes(withoutTerminationSignals(mask));
   std::vector<std::string> words = commandLineOf(call, limits, report);
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (std::string& word : words) {
     arguments.push_back(word.data());
   }

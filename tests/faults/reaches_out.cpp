@@ -2,7 +2,10 @@
 // writes how that went in place of a drawing. The environment names SECRET, a file that is none of
 // the model's, and BESIDE, one beside the model.
 #include <fcntl.h>
+#include <linux/fs.h>
 #include <netinet/in.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -21,6 +24,31 @@ bool canOpen(const char* path, int flags) {
   return file >= 0;
 }
 
+// A descriptor may have its process signaled, with a signal of the owner's choice.
+bool canHaveParentSignaled() {
+  const int file = open("/dev/null", O_RDONLY | O_CLOEXEC);
+  const bool can = fcntl(file, F_SETOWN, getppid()) == 0 || fcntl(file, F_SETSIG, SIGCONT) == 0;
+  close(file);
+  return can;
+}
+
+// Sets the limit that is there.
+bool canLimit(pid_t process) {
+  struct rlimit limit {};
+  getrlimit(RLIMIT_CPU, &limit);
+  return prlimit(process, RLIMIT_CPU, &limit, nullptr) == 0;
+}
+
+// Sets the flags that are there. Flags are not among what may be written.
+bool canChangeFlags(const char* path) {
+  const int file = open(path, O_RDONLY | O_CLOEXEC);
+  int flags = 0;
+  const bool can =
+      ioctl(file, FS_IOC_GETFLAGS, &flags) == 0 && ioctl(file, FS_IOC_SETFLAGS, &flags) == 0;
+  close(file);
+  return can;
+}
+
 std::string outcome(const char* deed, bool isDone) {
   return std::string(deed) + (isDone ? ": done\n" : ": refused\n");
 }
@@ -35,7 +63,11 @@ bool openFile(const std::u16string& path) {
                        outcome("remove a secret", unlink(secret) == 0) +
                        outcome("open a socket", socket(AF_INET, SOCK_STREAM, 0) >= 0) +
                        outcome("start a program", std::system("true") == 0) +
-                       outcome("signal the parent", kill(getppid(), SIGCONT) == 0);
+                       outcome("signal the parent", kill(getppid(), SIGCONT) == 0) +
+                       outcome("have the system signal the parent", canHaveParentSignaled()) +
+                       outcome("limit the parent", canLimit(getppid())) +
+                       outcome("change its own limits", canLimit(0)) +
+                       outcome("change flags of a file", canChangeFlags(beside));
   CFile file;
   if (!file.Open(path.c_str(), CFile::modeCreate | CFile::modeWrite)) {
     return false;

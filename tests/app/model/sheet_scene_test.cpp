@@ -103,7 +103,7 @@ TEST(SheetScene, LabelsAreAsLargeInAllViews) {
   options.labels = PlanLabels::kName;
   const PlanScene sheet = sheetOf(*model, {"front", "top"}, options);
   std::set<std::u16string> heights;
-  for (const std::size_t view : {0, 2}) {
+  for (const std::size_t view : {0U, 2U}) {
     for (const KtSceneNode& node : sheet.scene.nodes[view].children) {
       if (node.label != nullptr) {
         // "T:1 HEIGHT ..."
