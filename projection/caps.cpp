@@ -25,7 +25,7 @@ struct Side {
     }
     return low[0] + (high[0] - low[0]) * ((y - low[1]) / (high[1] - low[1]));
   }
-  friend auto operator<=>(const Side&, const Side&) = default;
+  friend auto operator<=>(const Side&, const Side&) = default;  // NOLINT(modernize-use-nullptr)
 };
 
 // The sides that are not level, in order of their lower ends; of each as many as there are in
