@@ -12,8 +12,12 @@ LIBRARY = re.compile(r"\((?:/usr)?/lib(?:64)?/(?:\S*/)?([^/ +)]+)")
 READER = "libassimp"
 # Runs under gdb until a crash repeats.
 ATTEMPTS = 10
-# Frames without information: of a wild jump, a failed allocation, std::terminate's handler.
-UNTOLD = re.compile(r"<unknown module>|^operator new|endTerminated")
+# Frames without information: of a wild jump, a failed allocation, std::terminate's handler, the
+# sanitizers themselves.
+UNTOLD = re.compile(r"<unknown module>|^operator new|endTerminated|^_*(?:interceptor|asan|sanitizer)_?|"
+                    r"^(?:malloc|calloc|realloc|memalign)\b")
+# A frame as a confined process prints it, which cannot start what looks its name up.
+UNNAMED = re.compile(r"^<null> (\((\S+)\+(0x[0-9a-f]+)\))$")
 
 
 def site_of_signal(command, directory):
@@ -32,9 +36,20 @@ def site_of_signal(command, directory):
     return crash_site(frames)
 
 
+def named(frame):
+    """The frame with its function, if that was left out and is known."""
+    unnamed = UNNAMED.match(frame)
+    if not unnamed:
+        return frame
+    found = subprocess.run(["llvm-symbolizer", "--functions=linkage", "--demangle", "--inlining=false",
+                            f"--obj={unnamed[2]}", unnamed[3]],
+                           capture_output=True, text=True, check=False).stdout.split("\n")[0]
+    return f"{found} {unnamed[1]}"
+
+
 def crash_site(frames):
     """"reader", "ours", or "unknown" where no frame is of either; and the frame that tells."""
-    for frame in frames:
+    for frame in map(named, frames):
         if UNTOLD.search(frame):
             continue
         library = LIBRARY.search(frame)

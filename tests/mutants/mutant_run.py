@@ -26,6 +26,9 @@ LONGEST_SENTENCE = 1000
 
 END_OF_DRAWING = b"  0\nEOF\n"
 
+# How a sentence of the program begins.
+SENTENCE = b"dxf2d: "
+
 CONTROL_CHARACTER = re.compile(rb"[\x00-\x1f\x7f]|\xc2[\x80-\x9f]")
 
 # Outcomes of a mutant for the tally, by a part of its error message; the first that matches.
@@ -73,8 +76,8 @@ class MutantExport:
         self.directory = folder / "work"
         self.model = folder / "model" / name
         self.drawing = folder / "drawing" / "plan.dxf"
-        self._reports = folder / "reports"
-        for path in (self.directory, self.model.parent, self.drawing.parent, self._reports):
+        self._said = folder / "said"
+        for path in (self.directory, self.model.parent, self.drawing.parent, self._said):
             path.mkdir(parents=True)
         for neighbor in original_folder.iterdir():
             if neighbor.name not in mutants:
@@ -89,10 +92,16 @@ class MutantExport:
         """Exports once; `reads_drawing` reads it back with ezdxf, `finds_site` exports once more
         if the importer crashed, to find in whose code."""
         run = self._run()
+        report = b""
+        if is_sanitized:
+            # Workers keep standard error then. The sentence comes last.
+            begin = run.error.rfind(SENTENCE)
+            begin = len(run.error) if begin < 0 else begin
+            report, run.error = run.error[:begin], run.error[begin:]
         run.complaints = [*self._wrong_files(run), *self._wrong_usage(run, is_sanitized)]
         run.outcome = outcome_of(run)
         run.complaints += wrong_words(run, os.fsencode(self.model))
-        self._judge_report(run)
+        self._judge_report(run, report.decode(errors="replace"))
         if run.code == DONE and self.drawing.exists():
             run.complaints += self._wrong_drawing(reads_drawing)
         if finds_site and run.outcome.startswith("crashes the importer"):
@@ -101,12 +110,11 @@ class MutantExport:
         return run
 
     def _run(self):
-        reports = (f"exitcode={SANITIZER}:handle_abort=1:log_path={self._reports}/of:"
-                   f"stack_trace_format='{FRAME_FORMAT}'")
+        reports = f"exitcode={SANITIZER}:handle_abort=1:stack_trace_format='{FRAME_FORMAT}'"
         environment = {**os.environ}
         for name in ("ASAN_OPTIONS", "UBSAN_OPTIONS"):
             environment[name] = f"{environment.get(name, '')}:{reports}"
-        out_path, error_path = self._reports / "out", self._reports / "error"
+        out_path, error_path = self._said / "out", self._said / "error"
         with open(out_path, "wb") as out, open(error_path, "wb") as error:
             start = time.monotonic()
             process = subprocess.Popen(self.command, cwd=self.directory, stdin=subprocess.DEVNULL,
@@ -148,9 +156,9 @@ class MutantExport:
             except Exception as error:  # Whatever keeps another program from reading it.
                 yield f"ezdxf cannot read the drawing: {error!r}"
 
-    def _judge_report(self, run):
-        text = "".join(path.read_text(errors="replace") for path in self._reports.glob("of.*"))
-        if not text:
+    def _judge_report(self, run, text):
+        # The rest is what libraries say.
+        if "Sanitizer" not in text and "runtime error" not in text:
             return
         report = SanitizerReport(text)
         if report.is_about_memory():
@@ -191,7 +199,7 @@ def wrong_words(run, model):
     said, silent = (run.out, run.error) if run.code == DONE else (run.error, run.out)
     if silent:
         yield f"ends with {run.code} and says also {silent}"
-    if run.code != DONE and not said.startswith(b"dxf2d: "):
+    if run.code != DONE and not said.startswith(SENTENCE):
         yield f"not a sentence of dxf2d: {said}"
     if not said.endswith(b"\n") or CONTROL_CHARACTER.search(said[:-1]):
         yield f"not one line of plain text: {said}"

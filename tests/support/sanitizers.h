@@ -14,5 +14,7 @@
   DXF2D_SKIP_IF_SANITIZED("the address sanitizer ends a process that asks for too much memory")
 #define NEEDS_STACK_LIMITS() \
   DXF2D_SKIP_IF_SANITIZED("the address sanitizer takes the stack's size from the program's start")
+#define NEEDS_SILENCE() \
+  DXF2D_SKIP_IF_SANITIZED("workers keep standard error, for the sanitizers' reports")
 #define NEEDS_DESCRIPTOR_LIMITS() \
   DXF2D_SKIP_IF_SANITIZED("the sanitizers need a descriptor to tell what memory is there")

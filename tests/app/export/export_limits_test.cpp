@@ -156,6 +156,7 @@ TEST_F(ExportLimits, ADeepModelIsDrawnWithASmallStackToo) {
 }
 
 TEST_F(ExportLimits, AModelDeeperThanAnyStackIsRefused) {
+  NEEDS_STACK_LIMITS();
   ExpectDrawnOrRefused(Write("deeper.gltf", gltf(levels(1'000'000, 1))));
 }
 

@@ -129,6 +129,7 @@ TEST_F(Dxf2d, AModelThatDeclaresMoreThanItHoldsIsRefused) {
 }
 
 TEST_F(Dxf2d, OutputOfImportersIsDiscarded) {
+  NEEDS_SILENCE();
   const std::string model = Write("odd.ogex", "CameraObject $camera1 {}\nnonsense {\n");
   EXPECT_NE(Run("export " + model + " -o " + Path("plan.dxf")), kExitDone);
   ExpectOneSentence();
