@@ -15,7 +15,7 @@ ATTEMPTS = 10
 # Frames without information: of a wild jump, a failed allocation, std::terminate's handler, the
 # sanitizers themselves.
 UNTOLD = re.compile(r"<unknown module>|^operator new|endTerminated|^_*(?:interceptor|asan|sanitizer)_?|"
-                    r"^(?:malloc|calloc|realloc|memalign)\b")
+                    r"^(?:malloc|calloc|realloc|memalign|free|(?:str|mem|wcs)[a-z]+) ")
 # A frame as a confined process prints it, which cannot start what looks its name up.
 UNNAMED = re.compile(r"^<null> (\((\S+)\+(0x[0-9a-f]+)\))$")
 
