@@ -26,11 +26,16 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Readers try one file in several directories.
+// Without the directories; models of other systems separate them by backslashes.
+std::string fileNameOf(std::string name) {
+  std::ranges::replace(name, '\\', '/');
+  return fs::path(name).filename().string();
+}
+
+// Readers try one file in several directories, and with both kinds of slashes.
 void addFile(std::vector<std::string>& names, const std::string& name) {
-  const fs::path file = fs::path(name).filename();
-  if (std::ranges::none_of(names,
-                           [&](const auto& other) { return fs::path(other).filename() == file; })) {
+  const std::string file = fileNameOf(name);
+  if (std::ranges::none_of(names, [&](const auto& other) { return fileNameOf(other) == file; })) {
     names.push_back(name);
   }
 }

@@ -10,6 +10,14 @@ from promise import DONE, INPUT, FaultTests, run_tests
 
 OBJECT = "v 0 0 0\nv 4 0 0\nv 4 3 0\nf 1 2 3\n"
 
+BUFFERED = """{"asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}],
+"nodes": [{"mesh": 0}], "meshes": [{"primitives": [{"attributes": {"POSITION": 0}}]}],
+"accessors": [{"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",
+"min": [0, 0, 0], "max": [4, 0, 3]}], "bufferViews": [{"buffer": 0, "byteLength": 36}],
+"buffers": [{"byteLength": 36, "uri": "triangle.bin"}]}"""
+
+LWO = "/usr/share/assimp/models/LWO/LWO2/boxuv.lwo"
+
 SCENE = """LWSC
 3
 
@@ -54,6 +62,24 @@ class References(FaultTests):
         self.assertEqual(INPUT, run.returncode, run.stdout)
         self.assertIn(b"chair.lwo", run.stderr)
         self.assertFalse((self.folder / "plan.dxf").exists())
+
+    def test_a_missing_object_beside_one_that_is_there_is_named(self):
+        text = SCENE.format("desk.lwo") + "\nLoadObject chair.lwo\nShowObject 7 7\n"
+        model = self.model(text, "room.lws")
+        shutil.copy(LWO, model.with_name("desk.lwo"))
+        self.assert_drawn(self.export(model), b"; missing: chair.lwo")
+        strict = self.export(model, "--strict")
+        self.assertEqual(INPUT, strict.returncode)
+        self.assertIn(b"missing: chair.lwo", strict.stderr)
+
+    def test_missing_buffers_are_named(self):
+        model = self.model(BUFFERED, "model.gltf")
+        run = self.export(model)
+        self.assertEqual(INPUT, run.returncode, run.stdout)
+        self.assertIn(b"triangle.bin", run.stderr)
+        corners = struct.pack("<9f", 0, 0, 0, 4, 0, 0, 4, 0, 3)
+        model.with_name("triangle.bin").write_bytes(corners)
+        self.assert_drawn(self.export(model), b"skipped: nothing")
 
     def test_files_outside_the_directory_are_not_read(self):
         secret = self.folder / "secret.mtl"
