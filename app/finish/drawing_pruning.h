@@ -7,10 +7,13 @@
 
 namespace dxf2d::finish {
 
+// What does not show.
 struct PruningCounts {
-  // The format's own blocks do not count.
+  // Blocks that nothing inserts, but those of the format itself.
   std::size_t unusedBlocks = 0;
+  // INSERTs of blocks that are not defined.
   std::size_t emptyInserts = 0;
+  // Polylines of fewer than two points.
   std::size_t shortPolylines = 0;
 };
 

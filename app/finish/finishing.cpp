@@ -80,10 +80,7 @@ void joinDrawing(Drawing& drawing, double simplifyTolerance, Summary& summary) {
 
 FinishedDrawing finishDrawing(Drawing drawing, const SideTable& sources, const Options& options) {
   Summary summary;
-  const PruningCounts pruned = pruneDrawing(drawing);
-  summary.shortPolylines = pruned.shortPolylines;
-  summary.unusedBlocks = pruned.unusedBlocks;
-  summary.emptyInserts = pruned.emptyInserts;
+  summary.pruned = pruneDrawing(drawing);
   assignLayers(drawing, sources, options.layers);
   if (options.explode) {
     explodeBlocks(drawing);

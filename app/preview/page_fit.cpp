@@ -6,18 +6,13 @@
 namespace dxf2d {
 
 PageFit fitPage(const PlanExtents& extents, int size) {
-  const PlanPoint low = extents.Low();
-  const PlanPoint high = extents.High();
-  // Halves, because the difference of two large numbers may be no number.
-  const PlanPoint half = {high.x / 2.0 - low.x / 2.0, high.y / 2.0 - low.y / 2.0};
+  const PlanPoint half = extents.Half();
   const double longHalf = std::max(half.x, half.y);
   const double margin = size / 40.0;
   const double usable = size - 2.0 * margin;
 
   PageFit fit;
-  fit.center = {low.x / 2.0 + high.x / 2.0, low.y / 2.0 + high.y / 2.0};
-  // Below this the quotient would overflow; nothing so small has a shape to show.
-  constexpr double kLeastHalf = 1e-290;
+  fit.center = extents.Middle();
   fit.scale = longHalf > kLeastHalf ? usable / 2.0 / longHalf : 1.0;
 
   const double shortHalf = std::min(half.x, half.y);

@@ -5,9 +5,12 @@
 
 namespace dxf2d {
 
-// A page, in pixels, points or millimeters, and the way there from the drawing. y runs downwards on
-// the page.
-struct PageFit {
+// Half a drawing's longer side below which what fills a page would overflow; nothing so small has a
+// shape to show.
+inline constexpr double kLeastHalf = 1e-290;
+
+// A page, in units of its own, and the way there from the drawing. y runs downwards on the page.
+struct PageLayout {
   double width = 0.0;
   double height = 0.0;
   // Page units per drawing unit.
@@ -15,6 +18,10 @@ struct PageFit {
   // The middle of the drawing, and where on the page it comes.
   PlanPoint center;
   PlanPoint middle;
+};
+
+// In pixels, points or millimeters.
+struct PageFit : PageLayout {
   // Page units of a millimeter on paper; 0 where all lines are alike, 1.5 page units wide.
   double millimeter = 0.0;
   // Page units that make a difference to see, about a pixel.

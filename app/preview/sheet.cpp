@@ -107,13 +107,10 @@ std::vector<Option> sheetOptions(std::optional<Sheet>& sheet) {
 
 SheetLayout layOutSheet(const PlanExtents& extents, const Sheet& sheet, int units,
                         const std::string& name) {
-  const PlanPoint low = extents.Low();
-  const PlanPoint high = extents.High();
   const double titleHeight = sheet.title ? kTitleHeight : 0.0;
-  // Halves, because the difference of two large numbers may be no number.
-  const Size half{high.x / 2.0 - low.x / 2.0, high.y / 2.0 - low.y / 2.0};
+  const PlanPoint half = extents.Half();
   SheetLayout layout;
-  layout.center = {low.x / 2.0 + high.x / 2.0, low.y / 2.0 + high.y / 2.0};
+  layout.center = extents.Middle();
   layout.unit = millimetersOf(units != 0 ? units : sheet.units);
   const bool isScaleGiven = sheet.plotScale || !sheet.paper;
   if (isScaleGiven && layout.unit == 0.0) {
@@ -122,20 +119,18 @@ SheetLayout layOutSheet(const PlanExtents& extents, const Sheet& sheet, int unit
   }
   layout.scale = layout.unit * sheet.plotScale.value_or(1.0);
   if (!sheet.paper) {
-    layout.width = 2.0 * (half.width * layout.scale + sheet.margin);
-    layout.height = 2.0 * (half.height * layout.scale + sheet.margin) + titleHeight;
+    layout.width = 2.0 * (half.x * layout.scale + sheet.margin);
+    layout.height = 2.0 * (half.y * layout.scale + sheet.margin) + titleHeight;
   } else {
     const auto [shorter, longer] = std::minmax(sheet.paper->width, sheet.paper->height);
-    const bool isUpright = half.height > half.width;
+    const bool isUpright = half.y > half.x;
     layout.width = isUpright ? shorter : longer;
     layout.height = isUpright ? longer : shorter;
     const Size room = roomOn({layout.width, layout.height}, sheet, titleHeight);
-    // Below this the quotient would overflow; nothing so small has a shape to show.
-    constexpr double kLeastHalf = 1e-290;
-    const double fill = std::min(room.width / 2.0 / std::max(half.width, kLeastHalf),
-                                 room.height / 2.0 / std::max(half.height, kLeastHalf));
+    const double fill = std::min(room.width / 2.0 / std::max(half.x, kLeastHalf),
+                                 room.height / 2.0 / std::max(half.y, kLeastHalf));
     if (!isScaleGiven) {
-      layout.scale = std::max(half.width, half.height) > kLeastHalf ? fill : 1.0;
+      layout.scale = std::max(half.x, half.y) > kLeastHalf ? fill : 1.0;
     } else if (layout.scale > fill * (1.0 + 1e-9)) {
       throw UsageError({name, "does not fit on the paper at this scale",
                         "choose a larger --paper, or a smaller --plot-scale"});

@@ -7,6 +7,7 @@
 
 #include "app/cli/command.h"
 #include "app/drawing/plan_extents.h"
+#include "app/preview/page_fit.h"
 
 namespace dxf2d {
 
@@ -38,15 +39,8 @@ struct Sheet {
 // --paper, --plot-scale, --margin, --title and --dpi, which make a sheet of `sheet`.
 std::vector<Option> sheetOptions(std::optional<Sheet>& sheet);
 
-// How a drawing lies on its sheet, in millimeters; y runs downwards on the sheet.
-struct SheetLayout {
-  double width = 0.0;
-  double height = 0.0;
-  // Millimeters for one drawing unit.
-  double scale = 1.0;
-  // The middle of the drawing, and where it comes.
-  PlanPoint center;
-  PlanPoint middle;
+// How a drawing lies on its sheet, in millimeters.
+struct SheetLayout : PageLayout {
   // Millimeters of what is drawn for one drawing unit; 0 where nobody knows.
   double unit = 0.0;
 };

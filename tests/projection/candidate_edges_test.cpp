@@ -124,22 +124,23 @@ TEST(FindCandidateEdges, PrismsOfTheVeryAngleHaveNoCreases) {
   EXPECT_TRUE(std::ranges::any_of(edgesOfScene(twelve, 29.9, true), isUpright));
 }
 
-TEST(FindCandidateEdges, OnePartContinuesAnother) {
+// Side by side, each a part of its own.
+Scene twoSquares() {
   mesh::PolygonMesh mesh;
   mesh.points = {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, 1, 0}, {1, 1, 0}, {0, 1, 0}};
   mesh.Add(std::array<Index, 4>{1, 2, 3, 4}, 1);
   mesh.Add(std::array<Index, 4>{0, 1, 4, 5}, 0);
-  const Scene scene = sceneOf(mesh);
+  return sceneOf(mesh);
+}
+
+TEST(FindCandidateEdges, OnePartContinuesAnother) {
+  const Scene scene = twoSquares();
   const auto edges = findCandidateEdges(scene, tolerancesFor(boundsOf(scene)));
   EXPECT_EQ(edges.size(), 6U);
 }
 
 TEST(FindCandidateEdges, PartsThatLookDifferentHaveABorderBetweenThem) {
-  mesh::PolygonMesh mesh;
-  mesh.points = {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {2, 1, 0}, {1, 1, 0}, {0, 1, 0}};
-  mesh.Add(std::array<Index, 4>{1, 2, 3, 4}, 1);
-  mesh.Add(std::array<Index, 4>{0, 1, 4, 5}, 0);
-  const Scene scene = sceneOf(mesh);
+  const Scene scene = twoSquares();
   const Tolerances tolerances = tolerancesFor(boundsOf(scene));
   const std::vector<Index> alike = {3, 3};
   EXPECT_EQ(findCandidateEdges(scene, tolerances, 30, alike).size(), 6U);

@@ -92,16 +92,20 @@ TEST(CylinderWriter, SideOutlineIsWrittenOnATurnedNodeWhenAskedDirectly) {
   EXPECT_THROW(writer.WriteSideOutline(kSize), std::out_of_range);
 }
 
+void expectRefused(const std::vector<double>& sizes) {
+  const ShapeSession session;
+  EXPECT_FALSE(writeCylinder(sizes));
+  CylinderWriter writer;
+  writer.SetNode(session.Node());
+  EXPECT_FALSE(writer.WriteSideOutline(sizes));
+  EXPECT_FALSE(writer.WriteOctagon(sizes));
+  EXPECT_TRUE(session.IsUntouched());
+}
+
 TEST(CylinderWriter, ReturnsFalseForAWrongNumberOfParameters) {
   for (const std::vector<double>& sizes :
        {std::vector<double>{}, std::vector<double>{1}, std::vector<double>{1, 2, 3}}) {
-    const ShapeSession session;
-    EXPECT_FALSE(writeCylinder(sizes));
-    CylinderWriter writer;
-    writer.SetNode(session.Node());
-    EXPECT_FALSE(writer.WriteSideOutline(sizes));
-    EXPECT_FALSE(writer.WriteOctagon(sizes));
-    EXPECT_TRUE(session.IsUntouched());
+    expectRefused(sizes);
   }
 }
 
@@ -109,13 +113,7 @@ TEST(CylinderWriter, ReturnsFalseForSizesNotAboveZero) {
   for (const std::vector<double>& sizes :
        {std::vector<double>{0, 3}, std::vector<double>{1, 0}, std::vector<double>{-1, 3},
         std::vector<double>{1, -3}}) {
-    const ShapeSession session;
-    EXPECT_FALSE(writeCylinder(sizes));
-    CylinderWriter writer;
-    writer.SetNode(session.Node());
-    EXPECT_FALSE(writer.WriteSideOutline(sizes));
-    EXPECT_FALSE(writer.WriteOctagon(sizes));
-    EXPECT_TRUE(session.IsUntouched());
+    expectRefused(sizes);
   }
 }
 

@@ -16,12 +16,7 @@ Drawing parse(const std::string& blocks, const std::string& entities) {
 }
 
 std::string complaintOf(const std::string& blocks, const std::string& entities) {
-  try {
-    parse(blocks, entities);
-    return {};
-  } catch (const DxfError& error) {
-    return error.what();
-  }
+  return dxf2d::complaintOf(drawingText(blocks, entities));
 }
 
 // Blocks 0 to count - 1, each inserting the next `copies` times, and a line in the last.

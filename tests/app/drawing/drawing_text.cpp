@@ -3,6 +3,8 @@
 #include <iomanip>
 #include <sstream>
 
+#include "app/drawing/dxf_reader.h"
+
 namespace dxf2d {
 
 namespace {
@@ -92,6 +94,15 @@ std::string labelText(std::string_view text, double height, double x, double y, 
     label += group(50, real(rotation));
   }
   return label + group(41, "0.800000") + group(1, text) + group(7, "STANDARD") + group(8, "0");
+}
+
+std::string complaintOf(const std::string& drawing) {
+  try {
+    parseDrawing(drawing, "plan.dxf");
+    return {};
+  } catch (const DxfError& error) {
+    return error.what();
+  }
 }
 
 }  // namespace dxf2d

@@ -25,4 +25,7 @@ std::string insertText(std::string_view block, double x, double y, double rotati
 std::string labelText(std::string_view text, double height, double x, double y, int across,
                       int up = 2, double rotation = 0.0);
 
+// What the reader says of a malformed drawing, which it calls plan.dxf; empty when it takes it.
+std::string complaintOf(const std::string& drawing);
+
 }  // namespace dxf2d

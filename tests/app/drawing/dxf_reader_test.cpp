@@ -13,16 +13,6 @@ namespace {
 
 Drawing parse(const std::string& text) { return parseDrawing(text, "plan.dxf"); }
 
-// What the reader says of a malformed drawing; empty when it takes it.
-std::string complaintOf(const std::string& text) {
-  try {
-    parse(text);
-    return {};
-  } catch (const DxfError& error) {
-    return error.what();
-  }
-}
-
 std::string complaintOfEntity(const std::string& entity) {
   return complaintOf(drawingText("", entity));
 }

@@ -21,15 +21,6 @@ std::string releaseText(std::string_view version, std::string_view tables,
 
 Drawing parse(const std::string& text) { return parseDrawing(text, "plan.dxf"); }
 
-std::string complaintOf(const std::string& text) {
-  try {
-    parse(text);
-    return {};
-  } catch (const DxfError& error) {
-    return error.what();
-  }
-}
-
 TEST(DxfReleaseReader, ReadsReleaseAndUnits) {
   EXPECT_EQ(parse(releaseText("AC1015", "", "")).release, Release::kR2000);
   EXPECT_EQ(parse(releaseText("AC1018", "", "")).release, Release::kR2004);

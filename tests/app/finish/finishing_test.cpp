@@ -49,8 +49,8 @@ TEST(FinishDrawing, PiecesOfABlockAreOneRing) {
 
 TEST(FinishDrawing, WhatIsLeftOutIsCounted) {
   const Summary summary = finishText(squareInPieces()).summary;
-  EXPECT_EQ(summary.unusedBlocks, 1U);
-  EXPECT_EQ(summary.emptyInserts, 1U);
+  EXPECT_EQ(summary.pruned.unusedBlocks, 1U);
+  EXPECT_EQ(summary.pruned.emptyInserts, 1U);
   EXPECT_EQ(summary.piecesBefore, 3U);
   EXPECT_EQ(summary.polylinesAfter, 1U);
   EXPECT_EQ(summary.closedPolylines, 1U);
@@ -129,7 +129,7 @@ TEST(FinishDrawing, PolylinesOfOnePointGoAndAreCounted) {
   const FinishedDrawing finished =
       finishText(drawingText("", polylineText(3, false, "1,1")), options);
   EXPECT_TRUE(finished.drawing.entities.empty());
-  EXPECT_EQ(finished.summary.shortPolylines, 1U);
+  EXPECT_EQ(finished.summary.pruned.shortPolylines, 1U);
 }
 
 TEST(FinishDrawing, WhatTheScaleTakesOutOfRangeGoesAndIsCounted) {

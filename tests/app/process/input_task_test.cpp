@@ -53,17 +53,16 @@ TEST(InputTask, AnyOtherExceptionIsAFaultOfOurs) {
   EXPECT_EQ(end.error, "dxf2d: internal error: otherwise; please report this\n");
 }
 
-TEST(InputTask, MemoryRefusedIsALimit) {
-  const Ending end = endOf("refuse memory");
+void expectMemoryLimit(const Ending& end) {
   EXPECT_EQ(end.code, kExitLimit);
   EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
   EXPECT_TRUE(isOneLine(end.error)) << end.error;
 }
 
+TEST(InputTask, MemoryRefusedIsALimit) { expectMemoryLimit(endOf("refuse memory")); }
+
 TEST(InputTask, MemoryRefusedWhereNothingMayBeThrownIsToldFromOtherFaults) {
-  const Ending end = endOf("refuse memory where nothing may be thrown");
-  EXPECT_EQ(end.code, kExitLimit);
-  EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
+  expectMemoryLimit(endOf("refuse memory where nothing may be thrown"));
 }
 
 TEST(InputTask, ProcessorTimeIsLimited) {
@@ -85,22 +84,15 @@ TEST(InputTask, ASignalFromOutsideIsNotTheFaultOfTheModel) {
 }
 
 TEST(InputTask, ARefusedAllocationThatAReaderCallsAMalformedModelIsALimit) {
-  const Ending end = endOf("hide a refusal", {"fail"});
-  EXPECT_EQ(end.code, kExitLimit);
-  EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
-  EXPECT_TRUE(isOneLine(end.error)) << end.error;
+  expectMemoryLimit(endOf("hide a refusal", {"fail"}));
 }
 
 TEST(InputTask, ACrashAfterARefusedAllocationIsALimit) {
-  const Ending end = endOf("hide a refusal", {"crash"});
-  EXPECT_EQ(end.code, kExitLimit);
-  EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
+  expectMemoryLimit(endOf("hide a refusal", {"crash"}));
 }
 
 TEST(InputTask, ARefusedAllocationThatAReaderGoesOnWithoutIsALimit) {
-  const Ending end = endOf("hide a refusal", {"return"});
-  EXPECT_EQ(end.code, kExitLimit);
-  EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
+  expectMemoryLimit(endOf("hide a refusal", {"return"}));
 }
 
 ResourceLimits limitedTo(std::uint64_t mebibytes) {
@@ -111,9 +103,7 @@ ResourceLimits limitedTo(std::uint64_t mebibytes) {
 
 TEST(InputTask, MemoryRefusedToALibraryInCIsALimit) {
   NEEDS_MEMORY_LIMITS();
-  const Ending end = endOf("misread a refusal", {}, limitedTo(64));
-  EXPECT_EQ(end.code, kExitLimit);
-  EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
+  expectMemoryLimit(endOf("misread a refusal", {}, limitedTo(64)));
 }
 
 TEST(InputTask, ASizeThatNoLimitAllowsIsAFaultOfTheFile) {
@@ -123,9 +113,7 @@ TEST(InputTask, ASizeThatNoLimitAllowsIsAFaultOfTheFile) {
 
 TEST(InputTask, AStackThatCannotGrowIsALimit) {
   NEEDS_MEMORY_LIMITS();
-  const Ending end = endOf("use the stack", {}, limitedTo(16));
-  EXPECT_EQ(end.code, kExitLimit);
-  EXPECT_NE(end.error.find("--max-memory"), std::string::npos) << end.error;
+  expectMemoryLimit(endOf("use the stack", {}, limitedTo(16)));
 }
 
 TEST(InputTask, EndlessRecursionIsACrash) {
