@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -38,6 +39,8 @@ constexpr std::uint32_t kFirstOtherForm = 0x80000000;
 constexpr std::uint32_t kForbidden[] = {
     // Sockets, and calls that go around the filter.
     SYS_socket, SYS_socketpair, SYS_io_uring_setup, SYS_io_uring_enter, SYS_io_uring_register,
+    // Memory that no limit counts.
+    SYS_memfd_create, SYS_memfd_secret,
     // Names of files, and what Landlock leaves: owners, modes, times, attributes.
     SYS_renameat2, SYS_unlinkat, SYS_linkat, SYS_symlinkat, SYS_mkdirat, SYS_mknodat, SYS_truncate,
     SYS_fchmod, SYS_fchmodat, SYS_fchown, SYS_fchownat, SYS_utimensat, SYS_setxattr, SYS_lsetxattr,
@@ -80,6 +83,9 @@ constexpr std::uint32_t kRequests[] = {TCGETS, FIONREAD, FIOCLEX, FIONCLEX};
 
 // Requests of fcntl(2) by which the system signals other processes.
 constexpr std::uint32_t kSignalRequests[] = {F_SETOWN, F_SETOWN_EX, F_SETSIG};
+
+// Nobody waits for a process that stops itself.
+constexpr std::uint32_t kStopSignals[] = {SIGSTOP, SIGTSTP, SIGTTIN, SIGTTOU};
 
 constexpr std::uint32_t kRefuse = SECCOMP_RET_ERRNO | EPERM;
 // The C library then takes an older call, whose arguments can be looked at.
@@ -188,6 +194,10 @@ bool filterCalls(bool allowsPrograms) {
   const auto own = static_cast<std::uint32_t>(getpid());
   filter.RequireArgument(SYS_kill, 0, own);
   filter.RequireArgument(SYS_tgkill, 0, own);
+  for (const std::uint32_t signal : kStopSignals) {
+    filter.RefuseArgument(SYS_kill, 1, signal);
+    filter.RefuseArgument(SYS_tgkill, 2, signal);
+  }
   for (const std::uint32_t request : kSignalRequests) {
     filter.RefuseArgument(SYS_fcntl, 1, request);
   }

@@ -29,8 +29,9 @@ struct ConfinementStatus {
   // The version of Landlock, which the rules on files need; 0 where the system has none.
   int fileRules = 0;
   // Whether system calls are filtered (seccomp): no sockets, no other programs or processes, no
-  // signals to others, no change to names, owners, modes or attributes of files, no way into other
-  // processes, the terminal or the kernel's administration.
+  // signals to others, no stopping, no change to names, owners, modes, flags or attributes of files
+  // or to resource limits, no way into other processes, the terminal or the kernel's
+  // administration.
   bool callFilter = false;
 };
 

@@ -5,6 +5,7 @@
 #include <linux/fs.h>
 #include <netinet/in.h>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -32,6 +33,13 @@ bool canHaveParentSignaled() {
   return can;
 }
 
+// The time in which a process is stopped does not count. Of the signals that stop one, this is one
+// that can be ignored, so that the test goes on.
+bool canStopItself() {
+  std::signal(SIGTSTP, SIG_IGN);
+  return kill(getpid(), SIGTSTP) == 0 || raise(SIGTSTP) == 0;
+}
+
 // Sets the limit that is there.
 bool canLimit(pid_t process) {
   struct rlimit limit {};
@@ -56,18 +64,21 @@ std::string outcome(const char* deed, bool isDone) {
 bool openFile(const std::u16string& path) {
   const char* const secret = std::getenv("SECRET");
   const char* const beside = std::getenv("BESIDE");
-  std::string report = outcome("read beside the model", canOpen(beside, O_RDONLY)) +
-                       outcome("write beside the model", canOpen(beside, O_WRONLY)) +
-                       outcome("read a secret", canOpen(secret, O_RDONLY)) +
-                       outcome("write a secret", canOpen(secret, O_WRONLY)) +
-                       outcome("remove a secret", unlink(secret) == 0) +
-                       outcome("open a socket", socket(AF_INET, SOCK_STREAM, 0) >= 0) +
-                       outcome("start a program", std::system("true") == 0) +
-                       outcome("signal the parent", kill(getppid(), SIGCONT) == 0) +
-                       outcome("have the system signal the parent", canHaveParentSignaled()) +
-                       outcome("limit the parent", canLimit(getppid())) +
-                       outcome("change its own limits", canLimit(0)) +
-                       outcome("change flags of a file", canChangeFlags(beside));
+  std::string report =
+      outcome("read beside the model", canOpen(beside, O_RDONLY)) +
+      outcome("write beside the model", canOpen(beside, O_WRONLY)) +
+      outcome("read a secret", canOpen(secret, O_RDONLY)) +
+      outcome("write a secret", canOpen(secret, O_WRONLY)) +
+      outcome("remove a secret", unlink(secret) == 0) +
+      outcome("open a socket", socket(AF_INET, SOCK_STREAM, 0) >= 0) +
+      outcome("start a program", std::system("true") == 0) +
+      outcome("signal the parent", kill(getppid(), SIGCONT) == 0) +
+      outcome("have the system signal the parent", canHaveParentSignaled()) +
+      outcome("stop itself", canStopItself()) +
+      outcome("take memory in a file without a name", memfd_create("file", MFD_CLOEXEC) >= 0) +
+      outcome("limit the parent", canLimit(getppid())) +
+      outcome("change its own limits", canLimit(0)) +
+      outcome("change flags of a file", canChangeFlags(beside));
   CFile file;
   if (!file.Open(path.c_str(), CFile::modeCreate | CFile::modeWrite)) {
     return false;

@@ -387,7 +387,8 @@ class ConfinedReader(FaultTests):
         if "seccomp" in in_force:
             for deed in ("remove a secret", "open a socket", "start a program",
                          "signal the parent", "have the system signal the parent",
-                         "limit the parent", "change its own limits", "change flags of a file"):
+                         "stop itself",
+                         "take memory in a file without a name", "limit the parent", "change its own limits", "change flags of a file"):
                 with self.subTest(deed):
                     self.assertEqual("refused", outcome[deed])
         self.assertEqual(SECRET, secret.read_bytes())
