@@ -17,9 +17,9 @@
 #include "app/output/output_file.h"
 #include "app/output/temporary_directory.h"
 #include "app/process/confinement.h"
+#include "app/process/input_task.h"
 #include "app/process/termination_signals.h"
 #include "app/process/worker_process.h"
-#include "app/process/worker_start.h"
 
 namespace dxf2d {
 
@@ -74,17 +74,6 @@ void printResult(const InspectionScene& kind, const std::string& result) {
   flushStandardOutput();
 }
 
-[[noreturn]] void failToStart(const InspectOptions& options, const WorkerResult& end) {
-  if (end.how == WorkerResult::How::kNotLoaded || end.number == ENOENT) {
-    throw Failure(kExitInternal, {workerProgram(), "is missing or cannot be loaded",
-                                  "install all of dxf2d and the libraries that it needs"});
-  }
-  throw Failure(kExitLimit,
-                {options.plugin,
-                 std::string("no worker process can be started (") + strerror(end.number) + ")",
-                 "close other programs and try again"});
-}
-
 // What the walk itself could not print.
 void printEnd(const InspectOptions& options, const InspectionScene& kind, const WorkerResult& end) {
   switch (end.how) {
@@ -97,7 +86,7 @@ void printEnd(const InspectOptions& options, const InspectionScene& kind, const 
       return printResult(kind, "does not finish within " + timeOf(options));
     case WorkerResult::How::kNotStarted:
     case WorkerResult::How::kNotLoaded:
-      failToStart(options, end);
+      throw startFailure(options.plugin, end);
     case WorkerResult::How::kMemoryExceeded:
     case WorkerResult::How::kReturned:
     case WorkerResult::How::kTerminated:
@@ -153,7 +142,7 @@ int failToLook(const InspectOptions& options, const WorkerResult& end) {
                                 kFixPlugin});
     case WorkerResult::How::kNotStarted:
     case WorkerResult::How::kNotLoaded:
-      failToStart(options, end);
+      throw startFailure(options.plugin, end);
     case WorkerResult::How::kMemoryExceeded:
     case WorkerResult::How::kReturned:
     case WorkerResult::How::kTerminated:

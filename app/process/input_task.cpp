@@ -1,6 +1,7 @@
 #include "app/process/input_task.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -9,7 +10,6 @@
 #include <system_error>
 #include <utility>
 
-#include "app/cli/failure.h"
 #include "app/cli/option_values.h"
 #include "app/process/own_descriptor.h"
 #include "app/process/termination_signals.h"
@@ -50,6 +50,22 @@ bool isEndFromOutside(const WorkerResult& end) {
 }
 
 }  // namespace
+
+Failure startFailure(const std::string& file, const WorkerResult& end) {
+  constexpr std::array kNoRoom{EAGAIN, ENOMEM, EMFILE, ENFILE};
+  const bool isFound = end.how == WorkerResult::How::kNotStarted;
+  if (isFound && std::ranges::find(kNoRoom, end.number) != kNoRoom.end()) {
+    return {kExitLimit,
+            {file, std::string("no worker process can be started (") + strerror(end.number) + ")",
+             "close other programs and try again"}};
+  }
+  const std::string problem = !isFound ? "cannot be loaded"
+                              : end.number == ENOENT
+                                  ? "is missing"
+                                  : std::string("cannot be started (") + strerror(end.number) + ")";
+  return {kExitInternal,
+          {workerProgram(), problem, "install all of dxf2d and the libraries that it needs"}};
+}
 
 std::uint64_t memoryLimitOf(const std::string& input, const ResourceLimits& limits) {
   return limits.memory ? *limits.memory : memoryFor(input);
@@ -118,15 +134,8 @@ int InputTask::FailForStart(const WorkerResult& end) const {
   if (!isMemoryGranted_) {
     return FailForMemory();
   }
-  if (end.how == WorkerResult::How::kNotStarted && end.number != ENOENT) {
-    return Fail(kExitLimit,
-                std::string("no worker process can be started (") + strerror(end.number) + ")",
-                "close other programs and try again");
-  }
-  return fail(kExitInternal,
-              {workerProgram(),
-               end.how == WorkerResult::How::kNotLoaded ? "cannot be loaded" : "is missing",
-               "install all of dxf2d and the libraries that it needs"});
+  const Failure failure = startFailure(input_, end);
+  return fail(failure.Code(), failure.Text());
 }
 
 int InputTask::FailForSignal(int signal) const {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/cli/command.h"
+#include "app/cli/failure.h"
 #include "app/process/worker_process.h"
 
 namespace dxf2d {
@@ -26,6 +27,10 @@ std::vector<Option> resourceLimitOptions(ResourceLimits& limits);
 
 // The bytes that a worker may take for the file `input`.
 std::uint64_t memoryLimitOf(const std::string& input, const ResourceLimits& limits);
+
+// Why no worker began to work on `file` (kNotStarted, kNotLoaded): the system has no room for one,
+// or the installation is not whole.
+Failure startFailure(const std::string& file, const WorkerResult& end);
 
 // Has a worker process work on one input file and, when that fails, prints one message about the
 // file.

@@ -7,11 +7,13 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 #include "app/cli/exit_code.h"
 #include "tests/support/sanitizers.h"
+#include "tests/support/scratch_directory.h"
 
 namespace dxf2d {
 
@@ -123,13 +125,28 @@ TEST(InputTask, EndlessRecursionIsACrash) {
   EXPECT_NE(end.error.find("crashes"), std::string::npos) << end.error;
 }
 
-TEST(InputTask, AMissingWorkerIsNamed) {
+// What a task says whose worker is the program `worker`, which does not start.
+std::string saidWithout(const std::string& worker) {
   std::string text;
   testing::internal::CaptureStderr();
-  EXPECT_EQ(InputTask("importer", "house.obj", {})
-                .Run({"return", {"7"}, {}, false, "/no/such/worker"}, text),
+  EXPECT_EQ(InputTask("importer", "house.obj", {}).Run({"return", {"7"}, {}, false, worker}, text),
             kExitInternal);
-  EXPECT_NE(testing::internal::GetCapturedStderr().find("is missing; install"), std::string::npos);
+  return testing::internal::GetCapturedStderr();
+}
+
+TEST(InputTask, AMissingWorkerIsNamed) {
+  const std::string said = saidWithout("/no/such/worker");
+  EXPECT_NE(said.find("is missing; install"), std::string::npos) << said;
+}
+
+TEST(InputTask, AWorkerThatIsNoProgramIsNoLackOfRoom) {
+  const ScratchDirectory directory;
+  ScratchDirectory::Fill(directory / "worker", "not a program");
+  std::string said = saidWithout(directory / "worker");
+  EXPECT_NE(said.find("cannot be started (Permission denied); install"), std::string::npos) << said;
+  std::filesystem::permissions(directory / "worker", std::filesystem::perms::owner_all);
+  said = saidWithout(directory / "worker");
+  EXPECT_NE(said.find("cannot be started (Exec format error); install"), std::string::npos) << said;
 }
 
 TEST(InputTask, ProcessorTimeIsALimitWhereTheSystemWouldKill) {
