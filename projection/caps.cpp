@@ -61,12 +61,47 @@ std::vector<Side> makeSides(std::span<const GroupedSegment> segments) {
   return sides;
 }
 
+// The level sides of loops, by their heights.
+class LevelSides {
+ public:
+  explicit LevelSides(std::span<const GroupedSegment> segments) {
+    for (const GroupedSegment& segment : segments) {
+      const auto [left, right] = std::minmax(segment.from[0], segment.to[0]);
+      if (segment.from[1] == segment.to[1] && left < right) {
+        sides_.push_back({segment.from[1], left, right});
+      }
+    }
+    std::ranges::sort(sides_);
+  }
+
+  // Whether the sides at the height leave no gap longer than `weld` between `left` and `right`.
+  bool Cover(double y, double left, double right, double weld) const {
+    const std::array first = {y, -std::numeric_limits<double>::infinity(), 0.0};
+    double reached = left;
+    for (auto side = std::ranges::lower_bound(sides_, first);
+         side != sides_.end() && (*side)[0] == y && (*side)[1] <= reached + weld; ++side) {
+      reached = std::max(reached, (*side)[2]);
+    }
+    return right <= reached + weld;
+  }
+
+ private:
+  // Height, left end, right end.
+  std::vector<std::array<double, 3>> sides_;
+};
+
 // Sweeps upwards. An area between two sides goes on through all slabs in which these two are
 // neighbors.
 class Sweep {
  public:
-  Sweep(const std::vector<Side>& sides, std::vector<std::array<PlanPoint, 3>>& triangles)
-      : sides_(sides), triangles_(triangles), areas_(sides.size()), isGoingOn_(sides.size()) {}
+  Sweep(const std::vector<Side>& sides, const LevelSides& levelSides, double weld,
+        std::vector<std::array<PlanPoint, 3>>& triangles)
+      : sides_(sides),
+        levelSides_(levelSides),
+        weld_(weld),
+        triangles_(triangles),
+        areas_(sides.size()),
+        isGoingOn_(sides.size()) {}
 
   bool Run() {
     std::vector<double> levels;
@@ -80,6 +115,7 @@ class Sweep {
     double bottom = levels.empty() ? 0 : levels.front();
     for (std::size_t next = 1; next < levels.size();) {
       double top = levels[next];
+      StartLevel(bottom);
       Enter(bottom, top);
       while (const auto crossing = FirstCrossing(bottom, top)) {
         work += active_.size();
@@ -91,17 +127,19 @@ class Sweep {
       }
       Pair(bottom);
       work += active_.size();
-      if (active_.size() % 2 != 0 || work > kMostWork) {
+      if (active_.size() % 2 != 0 || work > kMostWork || !EndsAtSides(bottom)) {
         return false;
       }
       next += top == levels[next] ? 1 : 0;
       bottom = top;
     }
-    active_.clear();
-    if (!levels.empty()) {
-      Pair(levels.back());
+    if (levels.empty()) {
+      return true;
     }
-    return true;
+    StartLevel(bottom);
+    active_.clear();
+    Pair(bottom);
+    return EndsAtSides(bottom);
   }
 
  private:
@@ -120,6 +158,32 @@ class Sweep {
       active_.push_back(static_cast<std::uint32_t>(next_++));
     }
     SortAt(bottom + (top - bottom) / 2);
+  }
+
+  // Notes where the areas below the level end.
+  void StartLevel(double level) {
+    ends_.clear();
+    AppendEnds(level);
+  }
+
+  void AppendEnds(double level) {
+    for (const std::uint32_t side : active_) {
+      ends_.push_back(sides_[side].XAt(level));
+    }
+  }
+
+  // Whether a side lies everywhere along the level where there is an area above or below it, but
+  // not both.
+  bool EndsAtSides(double level) {
+    AppendEnds(level);
+    std::ranges::sort(ends_);
+    for (std::size_t i = 0; i + 1 < ends_.size(); i += 2) {
+      if (ends_[i + 1] - ends_[i] > weld_ &&
+          !levelSides_.Cover(level, ends_[i], ends_[i + 1], weld_)) {
+        return false;
+      }
+    }
+    return true;
   }
 
   void SortAt(double y) {
@@ -195,10 +259,14 @@ class Sweep {
   }
 
   const std::vector<Side>& sides_;
+  const LevelSides& levelSides_;
+  double weld_;
   std::vector<std::array<PlanPoint, 3>>& triangles_;
   std::vector<Area> areas_;
   std::size_t next_ = 0;
   std::vector<std::uint32_t> active_;
+  // Where the areas below and above a level begin and end.
+  std::vector<double> ends_;
   // The left sides of the areas that have begun.
   std::vector<std::uint32_t> open_;
   std::vector<char> isGoingOn_;
@@ -206,11 +274,11 @@ class Sweep {
 
 }  // namespace
 
-bool appendCap(std::span<const GroupedSegment> segments,
+bool appendCap(std::span<const GroupedSegment> segments, double weld,
                std::vector<std::array<PlanPoint, 3>>& triangles) {
   const std::vector<Side> sides = makeSides(segments);
   const std::size_t before = triangles.size();
-  if (!Sweep(sides, triangles).Run()) {
+  if (!Sweep(sides, LevelSides(segments), weld, triangles).Run()) {
     triangles.resize(before);
     return false;
   }

@@ -14,10 +14,11 @@ namespace dxf2d::projection {
 // occur several times, as in bodies whose faces are given twice, they count once.
 //
 // The plane is cut into slabs between the heights of corners and of crossings of sides. Returns
-// false and fills nothing if a slab has an odd number of sides, which gaps and faces given twice
-// here and there leave: the area would end where there is no line. So too if it would take too
-// long, which is when tens of thousands of sides lie side by side.
-bool appendCap(std::span<const GroupedSegment> segments,
+// false and fills nothing if gaps wider than `weld`, or faces given twice here and there, would let
+// the area end where there is no side: a slab then has an odd number of sides, or an area begins or
+// ends at a height without one. So too if it would take too long, which is when tens of thousands
+// of sides lie side by side.
+bool appendCap(std::span<const GroupedSegment> segments, double weld,
                std::vector<std::array<PlanPoint, 3>>& triangles);
 
 }  // namespace dxf2d::projection

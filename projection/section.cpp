@@ -219,7 +219,7 @@ void addBridges(const std::vector<GroupedSegment>& bridges, double height, Index
 
 // Fills the cuts of the bodies without gaps, or with gaps that can be bridged; `sides` are the
 // cuts.
-void fillCuts(std::vector<CutSide>& sides, double height, Section& section) {
+void fillCuts(std::vector<CutSide>& sides, double height, double weld, Section& section) {
   std::ranges::stable_sort(
       sides, [](const CutSide& a, const CutSide& b) { return a.segment.group < b.segment.group; });
   const LinesByGroup linesOfBodies(section.lines.polylines);
@@ -242,7 +242,7 @@ void fillCuts(std::vector<CutSide>& sides, double height, Section& section) {
       segments.insert(segments.end(), bridges.begin(), bridges.end());
       isWhole = !bridges.empty();
     }
-    if (!isWhole || !appendCap(segments, triangles)) {
+    if (!isWhole || !appendCap(segments, weld, triangles)) {
       ++section.unfilledBodies;
       bridges.clear();
     }
@@ -271,7 +271,7 @@ Section cutScene(Scene scene, double height, double weld, std::span<const Index>
     for (std::size_t i = 0; i < segments.size(); ++i) {
       sides.push_back({segments[i], section.cuts[i].part});
     }
-    fillCuts(sides, height, section);
+    fillCuts(sides, height, weld, section);
   }
   return section;
 }
