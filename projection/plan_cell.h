@@ -54,6 +54,13 @@ struct PlanTriangle {
     return std::min(
         {sides[0].DistanceOf(x, y), sides[1].DistanceOf(x, y), sides[2].DistanceOf(x, y)});
   }
+  // Whether (x, y) lies inside or within about `slack` of the triangle. Beyond a sharp corner,
+  // points far away are that near to both sides' lines; the box tells.
+  bool Covers(double x, double y, double slack) const {
+    const double depth = Depth(x, y);
+    return depth >= 0 || (depth >= -slack && x >= box.x0 - slack && x <= box.x1 + slack &&
+                          y >= box.y0 - slack && y <= box.y1 + slack);
+  }
 };
 
 // A candidate edge in the plan: the point at t is (x + t dx, y + t dy) at height z + t dz.

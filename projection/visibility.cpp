@@ -70,7 +70,7 @@ class CellVisibility {
     const double x = segment.XAt(t);
     const double y = segment.YAt(t);
     return triangle.HeightAt(x, y) - segment.ZAt(t) > triangle.touch &&
-           triangle.Depth(x, y) >= -tolerances_.plan;
+           triangle.Covers(x, y, tolerances_.plan);
   }
 
   bool IsHiddenByOne(const PlanSegment& segment, const Interval& range) const {

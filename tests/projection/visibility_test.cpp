@@ -104,6 +104,16 @@ TEST(FindVisibleLines, FacesThatRepairBentHideNothingOfEachOther) {
   EXPECT_NEAR(lengthOf(ProjectedScene(assembleScene({&placed, 1})).Visible()), 18, 1e-9);
 }
 
+TEST(FindVisibleLines, SliverHidesNothingBeyondItsSharpCorner) {
+  mesh::PolygonMesh mesh;
+  // Wider than what is seen edge-on, and so sharp that both of its long sides pass the line nearer
+  // than the tolerance.
+  addPolygon(mesh, {{0, 0, 2}, {1, 0, 2}, {1, 8e-9, 2}});
+  mesh.points.insert(mesh.points.end(), {{-0.3, 0, 0}, {-0.1, 0, 0}, {2, 2, 0}, {2, 3, 0}});
+  mesh.segments = {{3, 4, 0}, {5, 6, 0}};
+  EXPECT_TRUE(isDrawn(projected(mesh).Visible(), -0.2, 0));
+}
+
 TEST(FindVisibleLines, CubesThatShareAFaceBothShowTheCommonBorder) {
   mesh::PolygonMesh mesh;
   addBox(mesh, {0, 0, 0}, {1, 1, 1});
