@@ -30,7 +30,7 @@ class PiercingLines {
         if (b.top <= a.bottom) {
           break;
         }
-        if (!Overlap(a.box, b.box) || !MayMeet(a, b, cell.rectangle) || ShareSide(a, b)) {
+        if (!a.box.Overlaps(b.box) || !MayMeet(a, b, cell.rectangle) || ShareSide(a, b)) {
           continue;
         }
         if (const auto line = LineOf(a, b, cell.rectangle)) {
@@ -43,10 +43,6 @@ class PiercingLines {
   static constexpr Index kNoEdge = std::numeric_limits<Index>::max();
 
  private:
-  static bool Overlap(const Rectangle& a, const Rectangle& b) {
-    return a.x0 < b.x1 && b.x0 < a.x1 && a.y0 < b.y1 && b.y0 < a.y1;
-  }
-
   // Whether the planes meet above the rectangle.
   static bool MayMeet(const PlanTriangle& a, const PlanTriangle& b, const Rectangle& rectangle) {
     const double x = rectangle.CenterX();

@@ -22,6 +22,9 @@ struct Rectangle {
 
   double CenterX() const { return x0 + (x1 - x0) / 2; }
   double CenterY() const { return y0 + (y1 - y0) / 2; }
+  bool Overlaps(const Rectangle& other) const {
+    return x0 < other.x1 && other.x0 < x1 && y0 < other.y1 && other.y0 < y1;
+  }
 };
 
 // A triangle as its shadow in the plan and its height above it. Plan coordinates are relative to

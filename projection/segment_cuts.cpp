@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace dxf2d::projection {
 
@@ -56,19 +57,66 @@ void appendNearness(const PlanSegment& segment, const PlanSegment& other, double
   }
 }
 
+Rectangle boxAround(const PlanSegment& segment, const Interval& range, double slack) {
+  const auto [x0, x1] = std::minmax({segment.XAt(range.from), segment.XAt(range.to)});
+  const auto [y0, y1] = std::minmax({segment.YAt(range.from), segment.YAt(range.to)});
+  return {x0 - slack, y0 - slack, x1 + slack, y1 + slack};
+}
+
+namespace {
+
+// The part of `range` in which the triangle covers the segment in plan, within `plan`.
+Interval overlapOf(const PlanSegment& segment, Interval range, const PlanTriangle& triangle,
+                   double plan) {
+  const Rectangle& box = triangle.box;
+  clipToSlab(segment.x, segment.dx, box.x0 - plan, box.x1 + plan, range);
+  clipToSlab(segment.y, segment.dy, box.y0 - plan, box.y1 + plan, range);
+  for (const PlanTriangle::Side& side : triangle.sides) {
+    const double atStart = side.DistanceOf(segment.x, segment.y) + plan;
+    const double change = side.a * segment.dx + side.b * segment.dy;
+    if (change > 0) {
+      range.from = std::max(range.from, -atStart / change);
+    } else if (change < 0) {
+      range.to = std::min(range.to, -atStart / change);
+    } else if (atStart < 0) {
+      return {0, 0};
+    }
+  }
+  return range;
+}
+
+}  // namespace
+
 void appendPiercing(const PlanSegment& segment, const Interval& range, const PlanTriangle& triangle,
-                    double plan, std::vector<double>& cuts) {
+                    double plan, double mostTouch, std::vector<double>& cuts) {
   const auto above = [&](double t) {
     return triangle.HeightAt(segment.XAt(t), segment.YAt(t)) - segment.ZAt(t);
   };
-  const double atStart = above(range.from);
-  const double atEnd = above(range.to);
-  if (!((atStart > 0 && atEnd < 0) || (atStart < 0 && atEnd > 0))) {
+  // In the plane but for rounding, or above; or too far below it for a neighbor to be touched.
+  const auto isClear = [&](double atFrom, double atTo) {
+    return std::max(atFrom, atTo) <= plan || std::min(atFrom, atTo) > mostTouch;
+  };
+  if (isClear(above(range.from), above(range.to))) {
     return;
   }
-  const double t = range.from + (range.to - range.from) * (atStart / (atStart - atEnd));
-  if (triangle.Depth(segment.XAt(t), segment.YAt(t)) >= -plan) {
-    cuts.push_back(t);
+  const Interval overlap = overlapOf(segment, range, triangle, plan);
+  if (overlap.IsEmpty()) {
+    return;
+  }
+  const double atFrom = above(overlap.from);
+  const double atTo = above(overlap.to);
+  if (isClear(atFrom, atTo)) {
+    return;
+  }
+  if (std::min(atFrom, atTo) < 0) {
+    cuts.push_back(overlap.from + (overlap.to - overlap.from) * (atFrom / (atFrom - atTo)));
+  }
+  if (std::max(atFrom, atTo) > triangle.touch) {
+    for (const auto& [t, height] : {std::pair(overlap.from, atFrom), std::pair(overlap.to, atTo)}) {
+      if (height > 0 && height <= mostTouch) {
+        cuts.push_back(t);
+      }
+    }
   }
 }
 

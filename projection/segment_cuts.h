@@ -21,10 +21,15 @@ void appendCrossings(const PlanSegment& segment, const PlanSegment& other, doubl
 void appendNearness(const PlanSegment& segment, const PlanSegment& other, double plan,
                     std::vector<double>& cuts);
 
-// Appends to `cuts` the position within `range` at which the segment passes through the triangle,
-// if it does.
+// The smallest rectangle around the part of the segment, and `slack` more on all sides.
+Rectangle boxAround(const PlanSegment& segment, const Interval& range, double slack);
+
+// Appends to `cuts` the positions within `range` at which the triangle begins or ends to hide the
+// segment and no other edge need be: where the segment passes through the triangle; else where it
+// comes below the triangle, or leaves it, if it touches the triangle there and is hidden elsewhere,
+// or if it is hidden there but might touch a neighbor, whose tolerance is `mostTouch` at most.
 void appendPiercing(const PlanSegment& segment, const Interval& range, const PlanTriangle& triangle,
-                    double plan, std::vector<double>& cuts);
+                    double plan, double mostTouch, std::vector<double>& cuts);
 
 // Sorts `cuts` and leaves of them those that make pieces longer than `plan`: the ends of `range`
 // are the first and the last, which may then be all.

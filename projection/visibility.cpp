@@ -20,6 +20,10 @@ class CellVisibility {
 
   void Run(const PlanCell& cell) {
     cell_ = &cell;
+    mostTouch_ = 0;
+    for (const Index number : cell.triangleNumbers) {
+      mostTouch_ = std::max(mostTouch_, cell.triangles[number].touch);
+    }
     CollectParts();
     for (const SegmentPart& part : parts_) {
       if (!part.own.IsEmpty()) {
@@ -112,12 +116,16 @@ class CellVisibility {
       }
     }
     const double lowest = std::min(segment.ZAt(range.from), segment.ZAt(range.to));
+    const Rectangle box = boxAround(segment, range, tolerances_.plan);
     for (const Index number : cell_->triangleNumbers) {
       const PlanTriangle& triangle = cell_->triangles[number];
       if (triangle.top <= lowest) {
         break;
       }
-      appendPiercing(segment, range, triangle, tolerances_.plan, cuts_);
+      if (!box.Overlaps(triangle.box)) {
+        continue;
+      }
+      appendPiercing(segment, range, triangle, tolerances_.plan, mostTouch_, cuts_);
     }
     trimCuts(segment, range, tolerances_.plan, cuts_);
   }
@@ -146,6 +154,8 @@ class CellVisibility {
   Tolerances tolerances_;
   VisibleLines& lines_;
   const PlanCell* cell_ = nullptr;
+  // Of the triangles in the cell.
+  double mostTouch_ = 0;
   std::vector<SegmentPart> parts_;
   std::vector<Index> cutters_;
   std::vector<double> cuts_;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <numbers>
@@ -112,6 +113,20 @@ TEST(FindVisibleLines, SliverHidesNothingBeyondItsSharpCorner) {
   mesh.points.insert(mesh.points.end(), {{-0.3, 0, 0}, {-0.1, 0, 0}, {2, 2, 0}, {2, 3, 0}});
   mesh.segments = {{3, 4, 0}, {5, 6, 0}};
   EXPECT_TRUE(isDrawn(projected(mesh).Visible(), -0.2, 0));
+}
+
+TEST(FindVisibleLines, LineThatTouchesAFaceIsHiddenWhereTheFaceRises) {
+  mesh::PolygonMesh mesh;
+  mesh.points = {{0, 0, 0}, {4, 0, 0}, {4, 4, 0}, {0, 4, 0}, {8, 0, 2}, {8, 4, 2}};
+  mesh.Add(std::array<Index, 4>{0, 1, 2, 3}, 0);
+  mesh.Add(std::array<Index, 4>{1, 4, 5, 2}, 0);
+  // Off the level face by rounding.
+  mesh.points.insert(mesh.points.end(), {{1, 2, -1e-6}, {6, 2, -1e-6}});
+  mesh.segments = {{6, 7, 0}};
+  const std::vector<ProjectedLine> visible = projected(mesh).Visible();
+  EXPECT_TRUE(isDrawn(visible, 2, 2));
+  EXPECT_TRUE(isDrawn(visible, 3.9, 2));
+  EXPECT_FALSE(isDrawn(visible, 4.1, 2));
 }
 
 TEST(FindVisibleLines, CubesThatShareAFaceBothShowTheCommonBorder) {
