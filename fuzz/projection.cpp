@@ -52,9 +52,20 @@ dxf2d::mesh::PolygonMesh takeMesh(FuzzedDataProvider& data) {
 //   - pieces are cut where edges pass through a face, not where they are `touch` below it, and
 //     judged by their middles: one whose middle is less than `touch` below a face is twice that at
 //     its end, and one that is hidden may begin in the face.
-PointSlack slackFor(const Tolerances& tolerances) {
-  return {2.0L * kMostPolygons * tolerances.plan, 4.0L * tolerances.touch,
+//   - points on edges and corners of loops are rounded to what coordinates of their size can tell.
+PointSlack slackFor(const Tolerances& tolerances, double rounding) {
+  return {2.0L * kMostPolygons * tolerances.plan + rounding, 4.0L * tolerances.touch + rounding,
           1e-3L * tolerances.touch};
+}
+
+double roundingOf(const Bounds& bounds) {
+  double largest = 0;
+  for (const Point& corner : {bounds.low, bounds.high}) {
+    for (const double coordinate : corner) {
+      largest = std::max(largest, std::abs(coordinate));
+    }
+  }
+  return 4 * std::numeric_limits<double>::epsilon() * largest;
 }
 
 Point pointOn(const Point& a, const Point& b, double t) {
@@ -72,7 +83,7 @@ void requireInside(const Point& point, const Bounds& bounds, double slack) {
 void checkVisibility(const Scene& scene, const std::vector<CandidateEdge>& edges,
                      const Tolerances& tolerances) {
   const Bounds bounds = boundsOf(scene);
-  const PointSlack slack = slackFor(tolerances);
+  const PointSlack slack = slackFor(tolerances, roundingOf(bounds));
   const VisibleLines lines = findVisibleLines(scene, edges, tolerances);
   const auto check = [&](const EdgePiece& piece, Seen never, const char* fact) {
     require(0 <= piece.begin && piece.begin < piece.end && piece.end <= 1,
@@ -81,11 +92,15 @@ void checkVisibility(const Scene& scene, const std::vector<CandidateEdge>& edges
     const Point& b = scene.points[edges[piece.edge].to];
     const double length = std::hypot(b[0] - a[0], b[1] - a[1]) * (piece.end - piece.begin);
     for (const double share : {0.21, 0.5, 0.83}) {
-      const Point point = pointOn(a, b, piece.begin + share * (piece.end - piece.begin));
-      requireInside(point, bounds, tolerances.plan);
-      if (length > 100 * static_cast<double>(slack.plan)) {
-        require(seenFrom(scene, point, slack) != never, fact);
+      // Between faces that meet on the edge, a single point of it can be seen.
+      bool isWrong = length > 100 * static_cast<double>(slack.plan);
+      for (const double aside : {-0.01, 0.0, 0.01}) {
+        const Point point =
+            pointOn(a, b, piece.begin + (share + aside) * (piece.end - piece.begin));
+        requireInside(point, bounds, static_cast<double>(slack.plan));
+        isWrong = isWrong && seenFrom(scene, point, slack) == never;
       }
+      require(!isWrong, fact);
     }
   };
   for (const EdgePiece& piece : lines.pieces) {
@@ -95,8 +110,8 @@ void checkVisibility(const Scene& scene, const std::vector<CandidateEdge>& edges
     check(piece, Seen::kVisible, "what is drawn as hidden is hidden");
   }
   for (const PiercingPiece& piece : lines.piercings) {
-    requireInside(piece.from, bounds, 10 * tolerances.touch);
-    requireInside(piece.to, bounds, 10 * tolerances.touch);
+    requireInside(piece.from, bounds, 3 * static_cast<double>(slack.touch));
+    requireInside(piece.to, bounds, 3 * static_cast<double>(slack.touch));
   }
 }
 
@@ -129,7 +144,7 @@ void checkOutline(const Scene& scene, const std::vector<CandidateEdge>& cuts) {
       const double x = bounds.low[0] + (i + 0.013) / 8 * (bounds.high[0] - bounds.low[0]);
       const double y = bounds.low[1] + (j + 0.017) / 8 * (bounds.high[1] - bounds.low[1]);
       const int winding = windingAround(outline.loops, x, y);
-      const Seen cover = coverAt(scene, x, y, 10 * tolerances.weld);
+      const Seen cover = coverAt(scene, x, y, 10 * tolerances.weld + roundingOf(bounds));
       require(outline.droppedPieces != 0 || cover == Seen::kEither ||
                   winding == (cover == Seen::kVisible ? 1 : 0),
               "the outline goes once around what is covered");
