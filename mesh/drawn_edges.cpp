@@ -8,6 +8,7 @@
 #include "mesh/facet_noise.h"
 #include "mesh/plan_points.h"
 #include "mesh/slot_table.h"
+#include "platform/large_memory.h"
 #include "platform/prefetch.h"
 
 namespace dxf2d::mesh {
@@ -44,7 +45,7 @@ bool isBetweenLooks(const PolygonMesh& mesh, const Looks& looks, std::span<const
 }
 
 // Leaves out the edges of `shown` that are noise. Returns how many.
-std::size_t dropNoise(FacetNoise& noise, Edges& shown) {
+std::size_t dropNoise(const FacetNoise& noise, Edges& shown) {
   const std::vector<FacetNoise::Fold> folds = noise.Folds();
   const std::vector<Index> strokes = noise.Strokes();
   if (folds.empty() && strokes.empty()) {
@@ -81,6 +82,8 @@ Edges listEdges(const PolygonMesh& mesh, const EdgeTable& edges, const EdgeOptio
     noise.emplace(mesh, classifier, options.creaseDegrees);
   }
   Edges shown;
+  // What is not filled takes no memory.
+  reserveLarge(shown, edges.EdgeCount() + mesh.segments.size());
   edges.ForEachEdge([&](Index a, Index b, std::span<const EdgeUse> uses) {
     std::optional<EdgeKind> kind = classifier.Kind(a, b, uses);
     if (!kind && isBetweenLooks(mesh, options.looks, uses)) {
@@ -98,12 +101,12 @@ Edges listEdges(const PolygonMesh& mesh, const EdgeTable& edges, const EdgeOptio
       noise->AddOther(a, b);
     }
     if (!isPoint) {
-      appendLarge(shown, DrawnEdge{a, b, mesh.parts[uses[0].Polygon()], *kind});
+      shown.push_back({a, b, mesh.parts[uses[0].Polygon()], *kind});
     }
   });
   noiseCount = noise ? dropNoise(*noise, shown) : 0;
   for (const Segment& line : mesh.segments) {
-    appendLarge(shown, DrawnEdge{line.a, line.b, line.part, EdgeKind::kLine});
+    shown.push_back({line.a, line.b, line.part, EdgeKind::kLine});
   }
   return shown;
 }
@@ -120,7 +123,9 @@ PlanPoints joinEnds(PolygonMesh& mesh, const Edges& edges, double distance) {
 // Gathers the edges that lie on one segment in plan.
 class SegmentFinder {
  public:
-  explicit SegmentFinder(const Edges& edges) : edges_(edges), table_(edges.size()) {}
+  explicit SegmentFinder(const Edges& edges) : edges_(edges), table_(edges.size()) {
+    reserveLarge(segments_, edges.size());
+  }
 
   void Prefetch(std::uint32_t hash) const { table_.Prefetch(hash); }
 
@@ -130,7 +135,7 @@ class SegmentFinder {
         table_.Find(hash, [&](Index number) { return segments_[number].ends == ends; });
     if (found == kNone) {
       table_.Keep(hash, static_cast<Index>(segments_.size()));
-      appendLarge(segments_, PlanSegment{ends, i, edges_[i].kind});
+      segments_.push_back({ends, i, edges_[i].kind});
       return;
     }
     PlanSegment& segment = segments_[found];

@@ -114,6 +114,7 @@ void EdgeTable::CountRow(const EdgeUse* begin, const EdgeUse* end) {
       ++next;
     }
     const std::ptrdiff_t count = next - begin;
+    ++edgeCount_;
     borderCount_ += count == 1 ? 1 : 0;
     nonManifoldCount_ += count > 2 ? 1 : 0;
     disagreeingCount_ += count == 2 && !isAgreeing(begin[0], begin[1]) ? 1 : 0;
@@ -122,7 +123,7 @@ void EdgeTable::CountRow(const EdgeUse* begin, const EdgeUse* end) {
 }
 
 void EdgeTable::CountKinds() {
-  borderCount_ = nonManifoldCount_ = disagreeingCount_ = 0;
+  edgeCount_ = borderCount_ = nonManifoldCount_ = disagreeingCount_ = 0;
   for (std::size_t row = 0; row + 1 < rowStarts_.size(); ++row) {
     CountRow(uses_.data() + rowStarts_[row], uses_.data() + rowStarts_[row + 1]);
   }

@@ -55,7 +55,8 @@ class EdgeTable {
   // than 2^30 polygons.
   explicit EdgeTable(const PolygonMesh& mesh);
 
-  // How many edges one polygon alone uses, and how many three or more.
+  // How many edges there are; how many one polygon alone uses, and how many three or more.
+  std::size_t EdgeCount() const { return edgeCount_; }
   std::size_t BorderCount() const { return borderCount_; }
   std::size_t NonManifoldCount() const { return nonManifoldCount_; }
   // How many edges two polygons use that do not agree.
@@ -89,6 +90,7 @@ class EdgeTable {
 
   std::vector<Index, LargeAllocator<Index>> rowStarts_;
   std::vector<EdgeUse, LargeAllocator<EdgeUse>> uses_;
+  std::size_t edgeCount_ = 0;
   std::size_t borderCount_ = 0;
   std::size_t nonManifoldCount_ = 0;
   std::size_t disagreeingCount_ = 0;

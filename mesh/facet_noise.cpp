@@ -96,7 +96,12 @@ void FacetNoise::AddPair(Index a, Index b, std::span<const EdgeUse> uses, Index 
   if (!isCrease) {
     return;
   }
-  if (dot(u, v) > sharpCosine_ || IsNeedle(uses[0].Polygon()) || IsNeedle(uses[1].Polygon())) {
+  // What hangs together with something that is of no stroke is of none either.
+  const bool isAnchored = isAnchor_[a] != 0 || isAnchor_[b] != 0;
+  const auto isFaint = [&] {
+    return dot(u, v) > sharpCosine_ || IsNeedle(uses[0].Polygon()) || IsNeedle(uses[1].Polygon());
+  };
+  if (!isAnchored && isFaint()) {
     faint_.push_back({edge, a, b});
   } else {
     AddOther(a, b);
@@ -114,7 +119,7 @@ void FacetNoise::AddSilhouette(const Silhouette& silhouette, bool isConcave) {
   }
 }
 
-bool FacetNoise::ComputeIsNeedle(Index p) const {
+bool FacetNoise::IsNeedle(Index p) const {
   const std::span<const Index> corners = mesh_.Polygon(p);
   double squaredLongest = 0.0;
   for (std::size_t i = 0; i < corners.size(); ++i) {
@@ -127,23 +132,12 @@ bool FacetNoise::ComputeIsNeedle(Index p) const {
          area < kThinShare * diagonal_ * std::sqrt(squaredLongest);
 }
 
-bool FacetNoise::IsNeedle(Index p) {
-  // All at once, in order: they lie far apart when they are asked for.
-  if (isNeedle_.empty()) {
-    isNeedle_.resize(mesh_.PolygonCount());
-    for (Index i = 0; i < isNeedle_.size(); ++i) {
-      isNeedle_[i] = ComputeIsNeedle(i) ? 1 : 0;
-    }
-  }
-  return isNeedle_[p] != 0;
-}
-
-bool FacetNoise::IsFold(Index p) {
+bool FacetNoise::IsFold(Index p) const {
   const auto [all, concave] = counts_[p];
   return all == mesh_.Polygon(p).size() && concave != 0 && concave != all && IsNeedle(p);
 }
 
-std::vector<FacetNoise::Fold> FacetNoise::Folds() {
+std::vector<FacetNoise::Fold> FacetNoise::Folds() const {
   std::vector<Fold> folds;
   std::vector<char> isOutline(silhouettes_.empty() ? 0 : mesh_.points.size(), 0);
   PointGroups groups(isOutline.size());

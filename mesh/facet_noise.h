@@ -57,7 +57,7 @@ class FacetNoise {
     bool isCrease;
   };
   // Silhouettes around folds.
-  std::vector<Fold> Folds();
+  std::vector<Fold> Folds() const;
   // Creases of strokes; they may be silhouettes nevertheless.
   std::vector<Index> Strokes() const;
 
@@ -81,9 +81,8 @@ class FacetNoise {
   };
 
   void AddSilhouette(const Silhouette& silhouette, bool isConcave);
-  bool ComputeIsNeedle(Index polygon) const;
-  bool IsNeedle(Index polygon);
-  bool IsFold(Index polygon);
+  bool IsNeedle(Index polygon) const;
+  bool IsFold(Index polygon) const;
   // Whether creases with these ends, each at least once, are a stroke.
   bool IsStroke(std::span<const Index> points) const;
 
@@ -94,8 +93,6 @@ class FacetNoise {
   std::vector<Silhouette> silhouettes_;
   // By polygon; empty until there is a silhouette.
   std::vector<SilhouetteCount> counts_;
-  // By polygon; empty until one is asked for.
-  std::vector<std::uint8_t> isNeedle_;
   // Creases that may be of strokes.
   std::vector<Crease> faint_;
   // By point: whether an edge ends there that is of no stroke.

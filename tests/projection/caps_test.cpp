@@ -40,9 +40,8 @@ TEST(AppendCap, FillsNothingThatEndsWithoutASide) {
 TEST(AppendCap, FillsAStepWhoseLevelSidesMeetWithinTheWeld) {
   // Two areas on each other, of which the upper is narrower; the level sides leave gaps.
   const std::vector<GroupedSegment> step = {
-      {{0, 0}, {4, 0}, 0},        {{4, 0}, {4, 1}, 0}, {{4, 1}, {3 + 5e-7, 1}, 0},
-      {{3, 1}, {3, 2}, 0},        {{3, 2}, {1, 2}, 0}, {{1, 2}, {1, 1}, 0},
-      {{1 - 5e-7, 1}, {0, 1}, 0}, {{0, 1}, {0, 0}, 0}};
+      {{0, 0}, {4, 0}, 0}, {{4, 0}, {4, 1}, 0}, {{4, 1}, {3 + 5e-7, 1}, 0}, {{3, 1}, {3, 2}, 0},
+      {{3, 2}, {1, 2}, 0}, {{1, 2}, {1, 1}, 0}, {{1 - 5e-7, 1}, {0, 1}, 0}, {{0, 1}, {0, 0}, 0}};
   Triangles triangles;
   EXPECT_TRUE(appendCap(step, kWeld, triangles));
   EXPECT_NEAR(areaOf(triangles), 6, 1e-6);
