@@ -89,7 +89,9 @@ CadFile readIges(const std::string& path) {
     const auto name = model.IsNull() ? nullptr : model->GlobalSection().UnitName();
     return name.IsNull() ? kMillimeter : unitNamed(name->ToCString());
   };
-  return readWith(reader, path, unitOf);
+  CadFile file = readWith(reader, path, unitOf);
+  file.hasLooseFaces = true;
+  return file;
 }
 
 // Column 73 of each line of IGES is the letter of its section, "S" in the first.

@@ -19,6 +19,8 @@ struct CadFile {
   // That of the file if it is "mm", "cm", "m", "in" or "ft", and else "mm".
   std::string unit;
   double millimetersPerUnit = 1.0;
+  // Whether each face has edges of its own where it meets its neighbors, as in IGES.
+  bool hasLooseFaces = false;
 };
 
 // Reads a file whose first bytes say which of the two it is. Throws ReadError.

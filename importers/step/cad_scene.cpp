@@ -2,10 +2,11 @@
 
 #include <BRepBndLib.hxx>
 #include <Bnd_Box.hxx>
+#include <NCollection_DataMap.hxx>
 #include <Quantity_Color.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_Name.hxx>
-#include <TopExp_Explorer.hxx>
+#include <TopTools_ShapeMapHasher.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
@@ -19,6 +20,9 @@
 
 namespace dxf2d::step {
 namespace {
+
+// By a face that stands for another, the other.
+using FaceMap = NCollection_DataMap<TopoDS_Shape, TopoDS_Shape, TopTools_ShapeMapHasher>;
 
 glb::Color colorOf(const Quantity_Color& color) {
   return {static_cast<float>(color.Red()), static_cast<float>(color.Green()),
@@ -68,7 +72,8 @@ class SceneBuilder {
  public:
   SceneBuilder(const CadFile& file, const DivisionOptions& options)
       : shapes_(XCAFDoc_DocumentTool::ShapeTool(file.document->Main())),
-        colors_(XCAFDoc_DocumentTool::ColorTool(file.document->Main())) {
+        colors_(XCAFDoc_DocumentTool::ColorTool(file.document->Main())),
+        hasLooseFaces_(file.hasLooseFaces) {
     scene_.unit = file.unit;
     shapes_->GetFreeShapes(roots_);
     const double unit = file.millimetersPerUnit;
@@ -152,11 +157,21 @@ class SceneBuilder {
     if (!isNew) {
       return known->second;
     }
+    FaceMap originals;
+    const TopoDS_Shape whole = hasLooseFaces_
+                                   ? sewn(shape, division_.distance / 10.0,
+                                          [&](const TopoDS_Face& face, const TopoDS_Face& other) {
+                                            originals.Bind(other, face);
+                                          })
+                                   : shape;
     const auto colorOfFace = [&](const TopoDS_Face& face) {
+      const TopoDS_Shape* const original = originals.Seek(face);
       TDF_Label label;
-      return shapes_->FindSubShape(part, face, label) ? ColorOf(label) : std::nullopt;
+      return shapes_->FindSubShape(part, original == nullptr ? face : *original, label)
+                 ? ColorOf(label)
+                 : std::nullopt;
     };
-    ShapeMesh mesh = meshShape(shape, division_, colorOfFace, color);
+    ShapeMesh mesh = meshShape(whole, division_, colorOfFace, color);
     lostFaces_ += mesh.lostFaces;
     if (!mesh.mesh.empty()) {
       known->second = scene_.meshes.size();
@@ -169,6 +184,7 @@ class SceneBuilder {
   Handle(XCAFDoc_ColorTool) colors_;
   TDF_LabelSequence roots_;
   Division division_{};
+  bool hasLooseFaces_;
   glb::Scene scene_;
   std::map<std::pair<const void*, std::optional<glb::Color>>, std::optional<std::size_t>> meshes_;
   std::size_t lostFaces_ = 0;

@@ -1,5 +1,6 @@
 #include "importers/step/shape_mesh.h"
 
+#include <BRepBuilderAPI_Sewing.hxx>
 #include <BRepLib.hxx>
 #include <BRepMesh_IncrementalMesh.hxx>
 #include <BRep_Tool.hxx>
@@ -146,6 +147,24 @@ void addEdges(const TopoDS_Shape& shape, Collector& lines) {
 }
 
 }  // namespace
+
+TopoDS_Shape sewn(
+    const TopoDS_Shape& shape, double distance,
+    const std::function<void(const TopoDS_Face& face, const TopoDS_Face& other)>& onReplaced) {
+  BRepBuilderAPI_Sewing sewing(distance);
+  sewing.Add(shape);
+  sewing.Perform();
+  if (sewing.SewedShape().IsNull()) {
+    return shape;
+  }
+  for (TopExp_Explorer faces(shape, TopAbs_FACE); faces.More(); faces.Next()) {
+    const TopoDS_Shape other = sewing.ModifiedSubShape(faces.Current());
+    if (other.ShapeType() == TopAbs_FACE && !other.IsSame(faces.Current())) {
+      onReplaced(TopoDS::Face(faces.Current()), TopoDS::Face(other));
+    }
+  }
+  return sewing.SewedShape();
+}
 
 ShapeMesh meshShape(const TopoDS_Shape& shape, const Division& division,
                     const std::function<std::optional<glb::Color>(const TopoDS_Face&)>& colorOf,

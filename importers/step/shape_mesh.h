@@ -27,6 +27,12 @@ struct ShapeMesh {
   std::size_t lostFaces = 0;
 };
 
+// Joins the edges at which faces meet within `distance`. `onReplaced` is called for each face that
+// another one stands for then.
+TopoDS_Shape sewn(
+    const TopoDS_Shape& shape, double distance,
+    const std::function<void(const TopoDS_Face& face, const TopoDS_Face& other)>& onReplaced);
+
 // Divides the shape: neighboring faces share the points of their common edge, bit for bit, so that
 // they can be joined again. The lines are its true edges: those at which faces meet at an angle,
 // and those of no face. Seams of closed faces and edges at which faces run smoothly into each other
