@@ -3,6 +3,9 @@
 
 const { IDENTITY, apply, inverse, product, translation } = require('./matrix.cjs');
 
+// web-ifc stands models up with y; in IFC it is z.
+const FROM_WEB_IFC = [1, 0, 0, 0, 0, 0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1];
+
 // Coordinates further out than this, in meters, lose the tenth of a millimeter in single precision.
 const FAR = 1000;
 
@@ -58,7 +61,7 @@ function relationsOf(lines) {
   return { parents, types };
 }
 
-// Builds the nodes: y is up, one unit is a meter, as web-ifc has it.
+// Builds the nodes: z is up, and one unit is a meter, as web-ifc has it.
 class SceneBuilder {
   constructor(api, web, model) {
     this.api = api;
@@ -82,7 +85,7 @@ class SceneBuilder {
       throw new ReadError('it has no bodies');
     }
     const notes = this.lost === 0 ? [] : [`${this.lost} ${this.lost === 1 ? 'body' : 'bodies'} without triangles left out`];
-    const extras = { unit: 'm', up: 'y', origin: this.origin, ...(notes.length !== 0 && { notes }) };
+    const extras = { unit: 'm', up: 'z', origin: this.origin, ...(notes.length !== 0 && { notes }) };
     return { nodes: this.nodes, roots: this.roots, meshes: this.meshes, extras };
   }
 
@@ -113,9 +116,9 @@ class SceneBuilder {
     const node = this.addNode(isStorey ? `IfcBuildingStorey_${name}` : name, above?.node ?? null);
     let world = above?.world ?? IDENTITY;
     if (isStorey) {
-      const floor = this.floorOf(line) - (this.origin?.[1] ?? 0);
-      this.nodes[node].matrix = product(inverse(world), translation(0, floor, 0));
-      world = translation(0, floor, 0);
+      const floor = this.floorOf(line) - (this.origin?.[2] ?? 0);
+      this.nodes[node].matrix = product(inverse(world), translation(0, 0, floor));
+      world = translation(0, 0, floor);
     }
     return { node, world };
   }
@@ -178,7 +181,7 @@ class SceneBuilder {
     const pieces = [];
     for (let i = 0; i < mesh.geometries.size(); ++i) {
       const { color, flatTransformation, geometryExpressID } = mesh.geometries.get(i);
-      const matrix = [...flatTransformation];
+      const matrix = product(FROM_WEB_IFC, flatTransformation);
       if (this.geometryOf(geometryExpressID) === null || !matrix.every(Number.isFinite)) {
         ++this.lost;
         continue;

@@ -227,6 +227,13 @@ TEST_P(IfcImport, LiesWhereItsSiteIsToTheMicrometer) {
   EXPECT_NEAR(high, GetParam().site[0] + 6.0, 2e-6);
 }
 
+TEST_F(IfcNames, AreOfFilesInWhichZIsUp) {
+  const std::string house = Write("house.ifc", HouseWriter({"IFC4", "", {}}).Text());
+  ASSERT_EQ(Run("export " + house + " -o " + Path("auto.dxf")), kExitDone) << error_;
+  ASSERT_EQ(Run("export " + house + " -o " + Path("z.dxf") + " --up z"), kExitDone) << error_;
+  EXPECT_EQ(Read(Path("auto.dxf")), Read(Path("z.dxf")));
+}
+
 TEST_P(IfcImport, StoreysAreCutAboveTheirFloors) {
   ASSERT_EQ(Export("--storey 'Upper floor'"), kExitDone) << error_;
   ExpectSummary("4 objects");
