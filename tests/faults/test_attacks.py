@@ -129,6 +129,23 @@ class Rights(MidRun):
         self.assert_kept(output, output.run(), {DONE})
         self.assertEqual(acl, os.getxattr(output.path, "system.posix_acl_access"))
 
+    def test_a_list_is_not_kept_without_its_group(self):
+        if os.geteuid() != 0:
+            self.skipTest("only root can make files of another group")
+        self.folder.chmod(0o755)
+        self.check_other_user()
+        output = self.named_folder_export("list")
+        output.put_old()
+        os.chown(output.folder, STRANGER, STRANGER)
+        os.chown(output.path, STRANGER, 4)
+        # The list's "owning group" would be another.
+        self.set_attribute(output.path, "system.posix_acl_access",
+                           access_control_list(user=6, named=(7, 4), group=6, mask=6, other=0))
+        run = output.run(user=STRANGER, group=STRANGER, extra_groups=[])
+        self.assert_kept(output, run, {DONE})
+        self.assertNotIn("system.posix_acl_access", os.listxattr(output.path))
+        self.assertEqual(0o600, stat.S_IMODE(output.path.stat().st_mode))
+
     def test_a_list_that_the_directory_hands_down_does_not_widen_a_replaced_file(self):
         output = self.model_export()
         output.put_old()
@@ -244,6 +261,72 @@ class Directory(MidRun):
         output.replaces = replaces
         output.put_old()
         return output
+
+
+class LastMoment(FaultTests):
+    """The directory changes between the last calls, when the drawing has its temporary name or its own."""
+
+    def run_with(self, output, call, act):
+        """Runs with the shell command `act`, in the output's directory, after the call."""
+        return output.run(environment={
+            "LD_PRELOAD": self.options.acts_after_a_call, "ACT_AFTER": call,
+            "ACT": f"cd {output.folder} && {act}", "ASAN_OPTIONS": "verify_asan_link_order=0"})
+
+    def old_output(self):
+        output = self.model_export()
+        output.put_old()
+        return output
+
+    def new_output(self):
+        output = self.model_export()
+        output.replaces = False
+        output.put_old()
+        return output
+
+    def assert_refused(self, run):
+        self.assertEqual(WRITE_FAILED, run.code, run.error)
+        self.assertRegex(run.error, rb"\Adxf2d: [^\n]*\n\Z")
+
+    def test_a_link_in_place_of_the_temporary_name_gets_no_other(self):
+        output = self.old_output()
+        victim = self.folder / "victim"
+        victim.write_bytes(SECRET)
+        self.assert_refused(self.run_with(
+            output, "linkat", f"for f in .dxf2d-*; do rm $f && ln -s {victim} $f; done"))
+        self.assertFalse(output.path.is_symlink())
+        self.assertEqual(OLD, output.path.read_bytes())
+        self.assertEqual(SECRET, victim.read_bytes())
+
+    def test_a_file_in_place_of_the_temporary_one_is_not_removed(self):
+        output = self.old_output()
+        self.assert_refused(self.run_with(
+            output, "linkat", "for f in .dxf2d-*; do rm $f && echo theirs > $f; done"))
+        self.assertEqual(OLD, output.path.read_bytes())
+        self.assertEqual([b"theirs\n"], [path.read_bytes() for path in output.folder.iterdir()
+                                         if path != output.path])
+
+    def test_a_new_drawing_does_not_move_with_its_directory(self):
+        output = self.new_output()
+        moved = output.folder.with_name("moved")
+        self.assert_refused(self.run_with(output, "linkat", f"mv {output.folder} {moved}"))
+        self.assertEqual([], list(moved.iterdir()))
+
+    def test_a_drawing_that_moves_when_it_replaces_another_is_reported(self):
+        output = self.old_output()
+        moved = output.folder.with_name("moved")
+        self.assert_refused(self.run_with(output, "renameat", f"mv {output.folder} {moved}"))
+        self.assertEqual([output.path.name], os.listdir(moved))
+
+    def test_a_drawing_that_is_removed_at_once_is_reported(self):
+        output = self.old_output()
+        self.assert_refused(self.run_with(output, "renameat", f"rm {output.path.name}"))
+        self.assertEqual([], list(output.folder.iterdir()))
+
+    def test_a_drawing_in_place_of_which_another_file_comes_is_reported(self):
+        output = self.old_output()
+        self.assert_refused(self.run_with(
+            output, "renameat", f"echo theirs > other && mv -f other {output.path.name}"))
+        self.assertEqual(b"theirs\n", output.path.read_bytes())
 
 
 class Inputs(MidRun):
@@ -545,4 +628,5 @@ if __name__ == "__main__":
               plugin="the plug-in of the program",
               runs_a_command="the plug-in runs_a_command",
               reaches_out="the plug-in reaches_out",
+              acts_after_a_call="the module acts_after_a_call, to be preloaded",
               without_unnamed_files="the module without_unnamed_files, to be preloaded")

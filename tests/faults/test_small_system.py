@@ -68,6 +68,15 @@ class SmallSystem(FaultTests):
                                       "/place/plan.dxf", "--plugin", "/app/plugin.so", *options)
                 self.assert_drawn_or_a_sentence(run, "place/plan.dxf")
 
+    def test_a_directory_that_others_may_write_to_is_refused(self):
+        place = self.root / "place"
+        place.chmod(0o777)
+        run = self.run_inside("export", "/place/model.obj", "-o", "/place/plan.dxf", "--plugin",
+                              "/app/plugin.so")
+        self.assertEqual(5, run.returncode, run.stderr)
+        self.assertRegex(run.stderr, rb"\Adxf2d: /place/plan.dxf: [^\n]*other users[^\n]*\n\Z")
+        self.assertEqual(["model.obj", "scene.json"], sorted(os.listdir(place)))
+
     def test_without_its_plug_in_it_says_so(self):
         run = self.run_inside("export", "/place/model.obj", "-o", "/place/plan.dxf")
         self.assertEqual(8, run.returncode, run.stderr)
