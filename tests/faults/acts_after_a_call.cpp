@@ -1,5 +1,5 @@
-// Preloaded into a program: when the call that ACT_AFTER names (linkat or renameat) has succeeded for
-// the first time, runs the shell command ACT, as another program might at that moment.
+// Preloaded into a program: when the call that ACT_AFTER names (linkat or renameat) has succeeded
+// for the first time, runs the shell command ACT, as another program might at that moment.
 #include <dlfcn.h>
 #include <unistd.h>
 

@@ -1,8 +1,10 @@
 // A worker program whose tasks end in every way that a worker can end.
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -33,6 +35,20 @@ int numberOf(Words words) { return std::stoi(words[0]); }
   while (true) {
     pause();
   }
+}
+
+// Is stopped for `words[0]` milliseconds; a process of its own then lets it go on.
+int beStopped(Words words) {
+  const pid_t self = getpid();
+  const pid_t helper = fork();
+  if (helper == 0) {
+    poll(nullptr, 0, std::stoi(words[0]));
+    kill(self, SIGCONT);
+    std::_Exit(0);
+  }
+  raise(SIGSTOP);
+  waitpid(helper, nullptr, 0);
+  return kExitDone;
 }
 
 // Uses at least `bytes` of the stack. Returns what was written at its end.
@@ -166,6 +182,7 @@ const WorkerTask kTasks[] = {
        kill(getppid(), numberOf(words));
        waitForever();
      }},
+    {"be stopped", &beStopped},
     {"wait", [](Words) -> int { waitForever(); }},
     {"spin", &spin},
     {"use the stack", [](Words) { return useStack(std::size_t{64} << 20); }},

@@ -81,6 +81,12 @@ TEST(RunWorker, WorkBeyondTheTimeLimitIsEnded) {
   EXPECT_EQ(run("wait", {}, limits).how, How::kTimedOut);
 }
 
+TEST(RunWorker, TimeInWhichItIsStoppedDoesNotCount) {
+  WorkerLimits limits;
+  limits.time = std::chrono::seconds(2);
+  EXPECT_TRUE(run("be stopped", {"2500"}, limits).Returned(0));
+}
+
 TEST(RunWorker, StackGrowsFarBeyondTheUsual) {
   NEEDS_STACK_LIMITS();
   EXPECT_TRUE(run("use the stack").Returned(1));
