@@ -52,9 +52,10 @@ bool isEndFromOutside(const WorkerResult& end) {
 }  // namespace
 
 Failure startFailure(const std::string& file, const WorkerResult& end) {
-  constexpr std::array kNoRoom{EAGAIN, ENOMEM, EMFILE, ENFILE};
+  // All other errors are those of a system that has too little of something.
+  constexpr std::array kNoProgram{ENOENT, ENOTDIR, EACCES, ENOEXEC, ELIBBAD};
   const bool isFound = end.how == WorkerResult::How::kNotStarted;
-  if (isFound && std::ranges::find(kNoRoom, end.number) != kNoRoom.end()) {
+  if (isFound && std::ranges::find(kNoProgram, end.number) == kNoProgram.end()) {
     return {kExitLimit,
             {file, std::string("no worker process can be started (") + strerror(end.number) + ")",
              "close other programs and try again"}};
