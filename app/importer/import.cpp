@@ -4,7 +4,6 @@
 #include <filesystem>
 #include <fstream>
 #include <optional>
-#include <utility>
 
 #include "app/cli/failure.h"
 
@@ -84,7 +83,7 @@ int ImportedModel::Run(const Importer& importer, const std::string& model, const
                   {result_.Number(), messages_.Number()}};
   call.Add(filledIn(importer.command, path, result_.Path()));
   std::optional<int> end;
-  const int code = work.RunProgram(std::move(call), end, peakMemory);
+  const int code = work.RunProgram(call, end, peakMemory);
   if (code != kExitDone) {
     return code;
   }

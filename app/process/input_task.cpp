@@ -91,7 +91,7 @@ int InputTask::Run(WorkerCall call, std::string& text, std::uint64_t* peakMemory
   return ReportEnd(end);
 }
 
-int InputTask::RunProgram(WorkerCall call, std::optional<int>& end,
+int InputTask::RunProgram(const WorkerCall& call, std::optional<int>& end,
                           std::uint64_t& peakMemory) const {
   const WorkerResult result = runWorker(call, {0, memory_, kWallTimes * time_, time_});
   peakMemory = std::max(peakMemory, result.peakMemory);

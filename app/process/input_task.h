@@ -48,7 +48,7 @@ class InputTask {
   // exits is done, with its exit code in `end`. Its memory is limited to what is resident, since
   // some runtimes reserve address space by the GiB. Raises `peakMemory` to the bytes that it took
   // at most.
-  int RunProgram(WorkerCall call, std::optional<int>& end, std::uint64_t& peakMemory) const;
+  int RunProgram(const WorkerCall& call, std::optional<int>& end, std::uint64_t& peakMemory) const;
   // Runs `step` in this process. What it throws is printed and becomes an exit code (see
   // `reporting`); std::bad_alloc becomes kExitLimit.
   int Reporting(const std::function<int()>& step) const;
