@@ -38,6 +38,7 @@ int becomeImporter(std::span<const std::string> words) {
   confine(rulesFor(words, result, messages));
   std::vector<std::string> command(words.begin() + kCommand, words.end());
   std::vector<char*> arguments;
+  arguments.reserve(command.size() + 1);
   for (std::string& word : command) {
     arguments.push_back(word.data());
   }
