@@ -61,6 +61,16 @@ class SystemCalls(FaultTests):
     def test_a_picture_keeps_the_promise(self):
         self.sweep(self.picture())
 
+    def test_a_failed_sync_of_the_file_or_of_its_directory_is_reported(self):
+        output = self.model_export()
+        for number, state in ((1, "old"), (2, "new")):
+            output.put_old()
+            run = output.run(["strace", "-f", "-o", self.folder / "trace", "-e", "trace=fsync", "-e",
+                              f"inject=fsync:error=EIO:when={number}"], self.environment)
+            self.assertEqual(WRITE_FAILED, run.code, run.error)
+            self.assertEqual(state, output.state())
+            self.assertEqual([], output.leftovers())
+
     def sweep(self, output, chosen=None):
         """Lets the calls on the output's way fail, or those of them that are `chosen`."""
         places = self.calls_on_the_way(output)
