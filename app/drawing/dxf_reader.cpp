@@ -1,56 +1,16 @@
 #include "app/drawing/dxf_reader.h"
 
-#include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <memory>
-#include <system_error>
+#include <utility>
 
 #include "app/drawing/drawing_nesting.h"
 #include "app/drawing/entity_groups.h"
 #include "app/drawing/entity_reader.h"
+#include "app/drawing/file_text.h"
 #include "app/drawing/table_reader.h"
 
 namespace dxf2d {
 
 namespace {
-
-// Bytes. A device can be named as a drawing and never end.
-constexpr std::size_t kMaxFileSize = std::size_t{512} << 20;
-
-// Bytes; sizes double from here.
-constexpr std::size_t kFirstChunk = std::size_t{1} << 20;
-
-[[noreturn]] void failReading(const std::string& path, int error) {
-  throw DxfError({path, "cannot be read: " + std::generic_category().message(error),
-                  "check the name and its permissions"});
-}
-
-std::string readWhole(const std::string& path) {
-  struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
-  errno = 0;
-  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
-  if (file == nullptr) {
-    failReading(path, errno);
-  }
-  std::string text;
-  std::size_t size = 0;
-  do {
-    if (size > kMaxFileSize) {
-      throw LimitError(path, "is longer than " + std::to_string(kMaxFileSize) + " bytes");
-    }
-    // One byte more than is taken tells a file of the greatest size from a longer one.
-    text.resize(std::min(std::max(size * 2, kFirstChunk), kMaxFileSize + 1));
-    size += std::fread(text.data() + size, 1, text.size() - size, file.get());
-    if (std::ferror(file.get()) != 0) {
-      failReading(path, errno);
-    }
-  } while (size == text.size());
-  text.resize(size);
-  return text;
-}
 
 // The sections of one drawing, in the order in which they come.
 class DrawingParser {
@@ -150,7 +110,10 @@ class DrawingParser {
 
 }  // namespace
 
-Drawing readDrawing(const std::string& path) { return parseDrawing(readWhole(path), path); }
+Drawing readDrawing(const std::string& path) {
+  const FileText text = readWhole(path);
+  return parseDrawing(text.View(), path);
+}
 
 Drawing parseDrawing(std::string_view text, std::string_view name) {
   Drawing drawing = DrawingParser(text, name).Parse();

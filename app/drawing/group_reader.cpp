@@ -1,70 +1,84 @@
 #include "app/drawing/group_reader.h"
 
-#include <charconv>
 #include <cmath>
-#include <system_error>
+#include <optional>
+
+#include "app/drawing/number_text.h"
 
 namespace dxf2d {
 
 namespace {
 
-// Codes are padded to three characters, and so are some values.
-std::string_view withoutBlanks(std::string_view text) {
-  while (!text.empty() && (text.front() == ' ' || text.front() == '\t')) {
-    text.remove_prefix(1);
-  }
-  while (!text.empty() && (text.back() == ' ' || text.back() == '\t')) {
-    text.remove_suffix(1);
-  }
-  return text;
-}
-
-template <typename Number>
-bool parseNumber(std::string_view text, Number& number) {
-  text = withoutBlanks(text);
-  const char* end = text.data() + text.size();
-  const auto [last, error] = std::from_chars(text.data(), end, number);
-  return error == std::errc() && last == end && !text.empty();
-}
-
 constexpr int kCommentCode = 999;
+
+// The code on a line as most programs write it, right-aligned in three characters; nothing of
+// others.
+std::optional<int> parsePaddedCode(std::string_view line) {
+  const auto isDigit = [&](std::size_t i) { return line[i] >= '0' && line[i] <= '9'; };
+  const auto valueOf = [&](std::size_t i) { return line[i] - '0'; };
+  if (!isDigit(2)) {
+    return std::nullopt;
+  }
+  if (line[0] == ' ' && line[1] == ' ') {
+    return valueOf(2);
+  }
+  if (line[0] == ' ' && isDigit(1)) {
+    return 10 * valueOf(1) + valueOf(2);
+  }
+  return isDigit(0) && isDigit(1) ? std::optional(100 * valueOf(0) + 10 * valueOf(1) + valueOf(2))
+                                  : std::nullopt;
+}
 
 }  // namespace
 
 void GroupReader::Advance() {
   do {
-    const std::string_view code = NextLine();
-    if (!parseNumber(code, group_.code)) {
-      FailAt(line_, quoted(code) + " is not a group code", "check that it is a DXF drawing");
-    }
+    group_.code = NextCode();
     group_.value = NextLine();
     group_.line = line_;
   } while (group_.code == kCommentCode);
 }
 
 double GroupReader::Real() const {
-  double value = 0.0;
-  if (!parseNumber(group_.value, value) || !std::isfinite(value)) {
+  const std::optional<double> value = parseReal(group_.value);
+  if (!value || !std::isfinite(*value)) {
     Fail(quoted(group_.value) + " in group " + std::to_string(group_.code) +
              " is not a finite number",
          "fix the line or export the drawing again");
   }
-  return value;
+  return *value;
 }
 
 int GroupReader::Integer() const {
-  int value = 0;
-  if (!parseNumber(group_.value, value)) {
+  const std::optional<int> value = parseInteger(group_.value);
+  if (!value) {
     Fail(quoted(group_.value) + " in group " + std::to_string(group_.code) +
              " is not a whole number",
          "fix the line or export the drawing again");
   }
-  return value;
+  return *value;
 }
 
 void GroupReader::FailAt(std::size_t line, const std::string& problem,
                          const std::string& remedy) const {
   throw DxfError({name_ + ":" + std::to_string(line), problem, remedy});
+}
+
+int GroupReader::NextCode() {
+  constexpr std::size_t kWidth = 3;
+  if (rest_.size() > kWidth && rest_[kWidth] == '\n') {
+    if (const std::optional<int> code = parsePaddedCode(rest_)) {
+      rest_.remove_prefix(kWidth + 1);
+      ++line_;
+      return *code;
+    }
+  }
+  const std::string_view line = NextLine();
+  const std::optional<int> code = parseInteger(line);
+  if (!code) {
+    FailAt(line_, quoted(line) + " is not a group code", "check that it is a DXF drawing");
+  }
+  return *code;
 }
 
 std::string_view GroupReader::NextLine() {

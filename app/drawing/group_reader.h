@@ -59,6 +59,7 @@ class GroupReader {
   const std::string& Name() const { return name_; }
 
  private:
+  int NextCode();
   std::string_view NextLine();
 
   std::string_view rest_;

@@ -1,6 +1,9 @@
 // The room that points take in the plan.
 #pragma once
 
+#include <algorithm>
+#include <cmath>
+
 #include "app/drawing/drawing.h"
 
 namespace dxf2d {
@@ -8,7 +11,18 @@ namespace dxf2d {
 // The smallest upright rectangle around points. Points that are not finite take no part in it.
 class PlanExtents {
  public:
-  void Add(PlanPoint point);
+  void Add(PlanPoint point) {
+    if (!std::isfinite(point.x) || !std::isfinite(point.y)) {
+      isFinite_ = false;
+      return;
+    }
+    if (isEmpty_) {
+      low_ = high_ = point;
+    }
+    isEmpty_ = false;
+    low_ = {std::min(low_.x, point.x), std::min(low_.y, point.y)};
+    high_ = {std::max(high_.x, point.x), std::max(high_.y, point.y)};
+  }
   void Add(const PlanExtents& other);
   bool IsEmpty() const { return isEmpty_; }
   // Whether all points added were finite.
