@@ -15,8 +15,9 @@ namespace {
 
 struct Group {
   EntityProperties properties;
-  // Ends of segments, in pairs.
+  // Ends of segments, in pairs, and how many they will be.
   std::vector<PlanPoint> ends;
+  std::size_t count = 0;
 };
 
 auto keyOf(const EntityProperties& properties) {
@@ -35,18 +36,26 @@ void appendLine(std::vector<PlanPoint>& ends, const std::vector<PlanPoint>& poin
   }
 }
 
-// Appends the segments of what is made of lines; false for what is not.
-bool appendSegments(std::vector<PlanPoint>& ends, const DrawingEntity& entity) {
+// Appends the segments of what is made of lines.
+void appendSegments(std::vector<PlanPoint>& ends, const DrawingEntity& entity) {
   if (const auto* polyline = std::get_if<PolylineEntity>(&entity)) {
     appendLine(ends, polyline->vertices, polyline->closed);
   } else if (const auto* line = std::get_if<LineEntity>(&entity)) {
     ends.insert(ends.end(), {line->start, line->end});
   } else if (const auto* face = std::get_if<FaceEntity>(&entity)) {
     appendLine(ends, {face->corners.begin(), face->corners.end()}, true);
-  } else {
-    return false;
   }
-  return true;
+}
+
+// How many ends appendSegments appends at most; 0 for what is not made of lines.
+std::size_t countEnds(const DrawingEntity& entity) {
+  if (const auto* polyline = std::get_if<PolylineEntity>(&entity)) {
+    return 2 * polyline->vertices.size();
+  }
+  if (const auto* face = std::get_if<FaceEntity>(&entity)) {
+    return 2 * face->corners.size();
+  }
+  return std::holds_alternative<LineEntity>(entity) ? 2 : 0;
 }
 
 bool isLinework(const DrawingEntity& entity) {
@@ -54,30 +63,49 @@ bool isLinework(const DrawingEntity& entity) {
          std::holds_alternative<LineEntity>(entity) || std::holds_alternative<FaceEntity>(entity);
 }
 
+// Groups of linework, and the number of each by what its entities have in common.
+class Groups {
+ public:
+  Group& Of(const DrawingEntity& entity) {
+    const EntityProperties& properties = std::visit(
+        [](const EntityProperties& all) -> const EntityProperties& { return all; }, entity);
+    const auto [place, isNew] = numbers_.try_emplace(keyOf(properties), groups_.size());
+    if (isNew) {
+      groups_.push_back({properties, {}});
+    }
+    return groups_[place->second];
+  }
+
+  std::vector<Group> Take() { return std::move(groups_); }
+
+ private:
+  std::vector<Group> groups_;
+  std::map<decltype(keyOf({})), std::size_t> numbers_;
+};
+
 // Takes the linework out of `entities`.
 std::vector<Group> takeGroups(std::vector<DrawingEntity>& entities, Summary& summary) {
-  std::vector<Group> groups;
-  std::map<decltype(keyOf({})), std::size_t> numbers;
+  Groups groups;
+  for (const DrawingEntity& entity : entities) {
+    if (isLinework(entity)) {
+      groups.Of(entity).count += countEnds(entity);
+      ++summary.piecesBefore;
+    }
+  }
   std::vector<DrawingEntity> others;
   for (DrawingEntity& entity : entities) {
     if (!isLinework(entity)) {
       others.push_back(std::move(entity));
       continue;
     }
-    const EntityProperties& properties =
-        std::visit([](const EntityProperties& all) -> const EntityProperties& { return all; },
-                   std::as_const(entity));
-    const auto [place, isNew] = numbers.try_emplace(keyOf(properties), groups.size());
-    if (isNew) {
-      groups.push_back({properties, {}});
-    }
-    appendSegments(groups[place->second].ends, entity);
-    ++summary.piecesBefore;
+    Group& group = groups.Of(entity);
+    group.ends.reserve(group.count);
+    appendSegments(group.ends, entity);
     // What is in the group is not needed twice.
     entity = InsertEntity{};
   }
   entities = std::move(others);
-  return groups;
+  return groups.Take();
 }
 
 void appendPaths(std::vector<DrawingEntity>& entities, const EntityProperties& properties,

@@ -16,21 +16,23 @@ struct CellEntry {
   EdgeNumber edge;
 };
 
-// How many edges are in each cell: none, one or several. Cells may share a count, which is then too
-// high.
+// How many edges are in each cell: none, one, two or more. Cells may share a count, which is then
+// too high.
 class CellCounts {
  public:
+  // Stands for more, too.
+  static constexpr unsigned kMost = 3;
+
   explicit CellCounts(std::size_t edges);
 
   void Add(std::uint32_t cell) {
     std::uint8_t& counts = counts_[PlaceOf(cell)];
     const unsigned shift = ShiftOf(cell);
-    if ((counts >> shift & 3U) < 2U) {
+    if ((counts >> shift & kMost) < kMost) {
       counts = static_cast<std::uint8_t>(counts + (1U << shift));
     }
   }
-  // At most 2.
-  unsigned Of(std::uint32_t cell) const { return counts_[PlaceOf(cell)] >> ShiftOf(cell) & 3U; }
+  unsigned Of(std::uint32_t cell) const { return counts_[PlaceOf(cell)] >> ShiftOf(cell) & kMost; }
 
  private:
   // Four counts of two bits share a byte. Keys that are near one another have theirs so, too: most

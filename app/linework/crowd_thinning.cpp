@@ -1,13 +1,11 @@
 #include "app/linework/crowd_thinning.h"
 
 #include <algorithm>
-#include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
-#include <numbers>
-#include <span>
 #include <vector>
+
+#include "app/linework/aligned_edge.h"
 
 namespace dxf2d::linework {
 
@@ -15,11 +13,6 @@ namespace {
 
 // Up to so many, comparing each with each is fast.
 constexpr std::size_t kCrowd = 16;
-constexpr int kClasses = 256;
-constexpr double kClassWidth = std::numbers::pi / kClasses;
-// Edges shorter than this have no direction to speak of.
-constexpr double kLeastTolerances = 8.0;
-constexpr double kRowTolerances = 64.0;
 
 struct Place {
   std::uint64_t cell;
@@ -34,15 +27,16 @@ std::uint64_t mixed(std::uint64_t hash, std::int64_t value) {
 class CrowdThinning {
  public:
   CrowdThinning(Graph& graph, double tolerance)
-      : graph_(graph), tolerance_(tolerance), isCovered_(graph.edges.size(), 0) {
-    for (int i = 0; i < kClasses; ++i) {
-      const double angle = (i + 0.5) * kClassWidth;
-      axes_[static_cast<std::size_t>(i)] = {std::cos(angle), std::sin(angle)};
-    }
-  }
+      : graph_(graph), tolerance_(tolerance), isCovered_(graph.edges.size(), 0) {}
 
-  void Run() {
-    std::vector<Place> places = CrowdedPlaces();
+  // Returns whether anything was taken out.
+  bool Run(std::span<const EdgeNumber> suspects) {
+    std::vector<Place> places;
+    for (const EdgeNumber edge : suspects) {
+      if (length(VectorOf(edge)) >= kLeastTolerances * tolerance_) {
+        places.push_back({CellOf(edge), edge});
+      }
+    }
     std::ranges::sort(places, [](const Place& a, const Place& b) {
       return a.cell != b.cell ? a.cell < b.cell : a.edge < b.edge;
     });
@@ -54,34 +48,10 @@ class CrowdThinning {
         Thin(std::span(places).subspan(begin, end - begin));
       }
     }
-    RemoveCovered();
+    return RemoveCovered();
   }
 
  private:
-  // The edges in cells that may hold a crowd. Few drawings have any, and counting is faster than
-  // sorting; cells may share a count.
-  std::vector<Place> CrowdedPlaces() const {
-    constexpr std::size_t kLeastCounts = 64;
-    constexpr std::uint64_t kNoCell = 0;
-    const std::size_t size = std::bit_ceil(std::max(2 * graph_.edges.size(), kLeastCounts));
-    std::vector<std::uint8_t> counts(size, 0);
-    std::vector<std::uint64_t> cells(graph_.edges.size(), kNoCell);
-    for (EdgeNumber i = 0; i < graph_.edges.size(); ++i) {
-      if (length(VectorOf(i)) >= kLeastTolerances * tolerance_) {
-        cells[i] = CellOf(i) | 1U;
-        std::uint8_t& count = counts[cells[i] >> 1U & (size - 1)];
-        count = static_cast<std::uint8_t>(std::min<std::size_t>(count + 1U, kCrowd + 1));
-      }
-    }
-    std::vector<Place> places;
-    for (EdgeNumber i = 0; i < graph_.edges.size(); ++i) {
-      if (cells[i] != kNoCell && counts[cells[i] >> 1U & (size - 1)] > kCrowd) {
-        places.push_back({cells[i], i});
-      }
-    }
-    return places;
-  }
-
   // An edge along the axis of its crowd.
   struct Span {
     EdgeNumber edge;
@@ -99,31 +69,21 @@ class CrowdThinning {
     return graph_.points[graph_.edges[edge].to] - graph_.points[graph_.edges[edge].from];
   }
 
-  static int ClassOf(PlanPoint vector) {
-    const double angle = std::atan2(vector.y, vector.x);
-    const double turned = angle < 0.0 ? angle + std::numbers::pi : angle;
-    return std::clamp(static_cast<int>(turned / kClassWidth), 0, kClasses - 1);
-  }
-
-  PlanPoint AxisOf(int number) const { return axes_[static_cast<std::size_t>(number)]; }
+  int ClassOf(EdgeNumber edge) const { return directionClassOf(directionOf(VectorOf(edge))); }
 
   // Edges of one direction and about one length, whose middles are in one column as wide as they
   // are long, and whose lines pass its middle at one height. Different cells may have one number.
   std::uint64_t CellOf(EdgeNumber edge) const {
     const PlanPoint vector = VectorOf(edge);
-    const int number = ClassOf(vector);
-    const PlanPoint axis = AxisOf(number);
-    const int level = std::ilogb(length(vector) / (kLeastTolerances * tolerance_)) / 2;
-    const double width = std::ldexp(kLeastTolerances * tolerance_, 2 * level + 2);
-    const PlanPoint from = PointOf(graph_.edges[edge].from);
-    const double along = dot(axis, from) + dot(axis, vector) / 2.0;
-    const double column = std::floor(along / width);
-    const double slope = cross(axis, vector) / dot(axis, vector);
-    const double across = cross(axis, from) + slope * ((column + 0.5) * width - dot(axis, from));
-    const double row = std::floor(across / (kRowTolerances * tolerance_));
+    const int number = ClassOf(edge);
+    const int level = lengthLevelOf(length(vector) / (kLeastTolerances * tolerance_));
+    const double width = columnWidthOf(level, tolerance_);
+    const AlignedEdge aligned(PointOf(graph_.edges[edge].from), vector, axes_[number]);
+    const std::int64_t column = cellOf(aligned.Middle(), width);
+    const double across = aligned.AcrossColumn(column, width);
     std::uint64_t hash = mixed(static_cast<std::uint64_t>(number), level);
-    hash = mixed(hash, static_cast<std::int64_t>(column));
-    return mixed(hash, static_cast<std::int64_t>(row));
+    hash = mixed(hash, column);
+    return mixed(hash, cellOf(across, kStepTolerances * tolerance_)) | 1U;
   }
 
   Span SpanOf(EdgeNumber edge, PlanPoint axis) const {
@@ -156,7 +116,7 @@ class CrowdThinning {
   // Goes along the line: what lies on one that began before goes, and so does what lies on the two
   // before and after it.
   void Thin(std::span<const Place> crowd) {
-    const PlanPoint axis = AxisOf(ClassOf(VectorOf(crowd.front().edge)));
+    const PlanPoint axis = axes_[ClassOf(crowd.front().edge)];
     std::vector<Span> spans;
     spans.reserve(crowd.size());
     for (const Place& place : crowd) {
@@ -191,29 +151,28 @@ class CrowdThinning {
         [&](const Span& other) { return IsOn(span.lowEnd, other) && IsOn(span.highEnd, other); });
   }
 
-  void RemoveCovered() {
+  bool RemoveCovered() {
     std::size_t kept = 0;
     for (std::size_t i = 0; i < graph_.edges.size(); ++i) {
       if (isCovered_[i] == 0) {
         graph_.edges[kept++] = graph_.edges[i];
       }
     }
+    const bool hasCovered = kept < graph_.edges.size();
     graph_.edges.resize(kept);
+    return hasCovered;
   }
 
   Graph& graph_;
   double tolerance_;
-  // By class, the direction in its middle.
-  std::array<PlanPoint, kClasses> axes_{};
+  ClassAxes axes_;
   std::vector<std::uint8_t> isCovered_;
 };
 
 }  // namespace
 
-void thinCrowds(Graph& graph, double tolerance) {
-  if (graph.edges.size() > kCrowd) {
-    CrowdThinning(graph, tolerance).Run();
-  }
+bool thinCrowds(Graph& graph, std::span<const EdgeNumber> suspects, double tolerance) {
+  return suspects.size() > kCrowd && CrowdThinning(graph, tolerance).Run(suspects);
 }
 
 }  // namespace dxf2d::linework

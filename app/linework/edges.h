@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <vector>
 
 #include "app/drawing/drawing.h"
@@ -22,6 +23,12 @@ struct Graph {
   std::vector<PlanPoint> points;
   std::vector<Edge> edges;
 };
+
+inline std::vector<EdgeNumber> allEdges(const Graph& graph) {
+  std::vector<EdgeNumber> edges(graph.edges.size());
+  std::iota(edges.begin(), edges.end(), EdgeNumber{0});
+  return edges;
+}
 
 inline PlanPoint operator-(PlanPoint a, PlanPoint b) { return {a.x - b.x, a.y - b.y}; }
 inline double dot(PlanPoint a, PlanPoint b) { return a.x * b.x + a.y * b.y; }

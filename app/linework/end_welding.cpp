@@ -1,6 +1,7 @@
 #include "app/linework/end_welding.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <limits>
 
@@ -10,34 +11,54 @@ namespace {
 
 constexpr PointNumber kNone = std::numeric_limits<PointNumber>::max();
 
-// The points found so far, in square cells that are hashed into buckets.
+// The points found so far, in square cells that are hashed into one table.
 class PointGrid {
  public:
-  PointGrid(std::span<const PlanPoint> ends, double radius)
+  PointGrid(std::span<const PlanPoint> ends, std::size_t mostPoints, double radius)
       : radius_(radius), cell_(kCellRadii * radius) {
-    constexpr std::size_t kLeastBuckets = 16;
-    buckets_.assign(std::bit_ceil(std::max(ends.size(), kLeastBuckets)), kNone);
+    constexpr std::size_t kLeastSlots = 16;
+    points_.reserve(mostPoints);
+    slots_.assign(std::bit_ceil(std::max(mostPoints + mostPoints / 2, kLeastSlots)), Slot{});
     origin_ = ends.front();
     for (const PlanPoint end : ends) {
       origin_ = {std::min(origin_.x, end.x), std::min(origin_.y, end.y)};
     }
   }
 
-  // The number of the point at `end`, which is a new one unless another is near enough.
-  PointNumber NumberOf(PlanPoint end) {
-    const double column = (end.x - origin_.x) / cell_;
-    const double row = (end.y - origin_.y) / cell_;
+  // Where a point is looked for.
+  struct Cells {
+    PlanPoint point;
+    std::int64_t column;
+    std::int64_t row;
+    std::int64_t firstColumn;
+    std::int64_t lastColumn;
+    std::int64_t firstRow;
+    std::int64_t lastRow;
+  };
+
+  // Starts loading what Number will need: the table is far larger than the caches.
+  Cells Locate(PlanPoint point) const {
+    const double column = (point.x - origin_.x) / cell_;
+    const double row = (point.y - origin_.y) / cell_;
     // Nearly always the cells around are out of reach.
     constexpr double kReach = 1.0 / kCellRadii;
+    const Cells cells{point,
+                      Index(column),
+                      Index(row),
+                      Index(column - kReach),
+                      Index(column + kReach),
+                      Index(row - kReach),
+                      Index(row + kReach)};
+    ForEach(cells, [this](std::uint64_t hash) { __builtin_prefetch(&slots_[PlaceOf(hash)], 1); });
+    return cells;
+  }
+
+  // The number of the point at `cells`, which is a new one unless another is near enough.
+  PointNumber Number(const Cells& cells) {
     Nearest nearest{kNone, radius_ * radius_};
-    const auto first = Index(column - kReach);
-    const auto last = Index(column + kReach);
-    for (std::int64_t x = first; x <= last; ++x) {
-      for (std::int64_t y = Index(row - kReach); y <= Index(row + kReach); ++y) {
-        Search(BucketOf(x, y), end, nearest);
-      }
-    }
-    return nearest.point != kNone ? nearest.point : Add(end, BucketOf(Index(column), Index(row)));
+    ForEach(cells, [&](std::uint64_t hash) { Search(hash, cells.point, nearest); });
+    return nearest.point != kNone ? nearest.point
+                                  : Add(cells.point, HashOf(cells.column, cells.row));
   }
 
   std::vector<PlanPoint> TakePoints() { return std::move(points_); }
@@ -45,36 +66,63 @@ class PointGrid {
  private:
   static constexpr double kCellRadii = 16.0;
 
+  struct Slot {
+    // Half of the hash of the cell that the point is in.
+    std::uint32_t tag = 0;
+    PointNumber point = kNone;
+  };
   struct Nearest {
     PointNumber point;
     double squaredDistance;
   };
 
-  static std::int64_t Index(double cells) { return static_cast<std::int64_t>(std::floor(cells)); }
-
-  std::size_t BucketOf(std::int64_t x, std::int64_t y) const {
-    std::uint64_t hash = static_cast<std::uint64_t>(x) * 0x9E3779B97F4A7C15U;
-    hash = (hash ^ (hash >> 29U) ^ static_cast<std::uint64_t>(y)) * 0xBF58476D1CE4E5B9U;
-    return (hash ^ (hash >> 32U)) & (buckets_.size() - 1);
+  // As std::floor, which is a call on processors as old as those that this is built for.
+  static std::int64_t Index(double cells) {
+    const auto whole = static_cast<std::int64_t>(cells);
+    return static_cast<double>(whole) > cells ? whole - 1 : whole;
   }
 
-  void Search(std::size_t bucket, PlanPoint end, Nearest& nearest) const {
-    for (PointNumber i = buckets_[bucket]; i != kNone; i = next_[i]) {
-      const PlanPoint apart = points_[i] - end;
-      const double squared = dot(apart, apart);
-      const bool isNearer = squared < nearest.squaredDistance ||
-                            (squared == nearest.squaredDistance && i < nearest.point);
-      if (isNearer) {
-        nearest = {i, squared};
+  static std::uint64_t HashOf(std::int64_t column, std::int64_t row) {
+    std::uint64_t hash = static_cast<std::uint64_t>(column) * 0x9E3779B97F4A7C15U;
+    hash = (hash ^ (hash >> 29U) ^ static_cast<std::uint64_t>(row)) * 0xBF58476D1CE4E5B9U;
+    return hash ^ (hash >> 32U);
+  }
+  std::size_t PlaceOf(std::uint64_t hash) const { return hash & (slots_.size() - 1); }
+  static std::uint32_t TagOf(std::uint64_t hash) { return static_cast<std::uint32_t>(hash >> 32U); }
+
+  template <typename Visit>
+  static void ForEach(const Cells& cells, const Visit& visit) {
+    for (std::int64_t column = cells.firstColumn; column <= cells.lastColumn; ++column) {
+      for (std::int64_t row = cells.firstRow; row <= cells.lastRow; ++row) {
+        visit(HashOf(column, row));
       }
     }
   }
 
-  PointNumber Add(PlanPoint point, std::size_t bucket) {
+  void Search(std::uint64_t hash, PlanPoint point, Nearest& nearest) const {
+    for (std::size_t i = PlaceOf(hash); slots_[i].point != kNone; i = PlaceOf(i + 1)) {
+      if (slots_[i].tag != TagOf(hash)) {
+        continue;
+      }
+      const PointNumber number = slots_[i].point;
+      const PlanPoint apart = points_[number] - point;
+      const double squared = dot(apart, apart);
+      const bool isNearer = squared < nearest.squaredDistance ||
+                            (squared == nearest.squaredDistance && number < nearest.point);
+      if (isNearer) {
+        nearest = {number, squared};
+      }
+    }
+  }
+
+  PointNumber Add(PlanPoint point, std::uint64_t hash) {
     const auto number = static_cast<PointNumber>(points_.size());
     points_.push_back(point);
-    next_.push_back(buckets_[bucket]);
-    buckets_[bucket] = number;
+    std::size_t i = PlaceOf(hash);
+    while (slots_[i].point != kNone) {
+      i = PlaceOf(i + 1);
+    }
+    slots_[i] = {TagOf(hash), number};
     return number;
   }
 
@@ -82,10 +130,15 @@ class PointGrid {
   double cell_;
   PlanPoint origin_;
   std::vector<PlanPoint> points_;
-  // The next point of the same bucket.
-  std::vector<PointNumber> next_;
-  std::vector<PointNumber> buckets_;
+  // Searched from the place of a cell on to the first free one.
+  std::vector<Slot> slots_;
 };
+
+// Whether the segment at `i` begins where the one before ends. The segments of a polyline come one
+// after the other.
+bool goesOn(std::span<const PlanPoint> ends, std::size_t i) {
+  return i != 0 && ends[i].x == ends[i - 1].x && ends[i].y == ends[i - 1].y;
+}
 
 }  // namespace
 
@@ -94,17 +147,29 @@ Graph weldEnds(std::span<const PlanPoint> ends, double radius) {
   if (ends.empty()) {
     return graph;
   }
-  PointGrid grid(ends, radius);
+  std::size_t lines = 0;
+  for (std::size_t i = 0; i < ends.size(); i += 2) {
+    lines += goesOn(ends, i) ? 0U : 1U;
+  }
+  PointGrid grid(ends, ends.size() / 2 + lines, radius);
   graph.edges.reserve(ends.size() / 2);
-  PointNumber last = kNone;
-  for (std::size_t i = 0; i + 1 < ends.size(); i += 2) {
-    // The segments of a polyline come one after the other.
-    const bool goesOn = last != kNone && ends[i].x == ends[i - 1].x && ends[i].y == ends[i - 1].y;
-    const PointNumber from = goesOn ? last : grid.NumberOf(ends[i]);
-    const PointNumber to = grid.NumberOf(ends[i + 1]);
-    last = to;
-    if (from != to) {
-      graph.edges.push_back({from, to});
+  // Segments whose points are looked for at once: enough for the table to be there in time.
+  constexpr std::size_t kSegments = 64;
+  std::array<PointGrid::Cells, 2 * kSegments> cells;
+  PointNumber to = kNone;
+  for (std::size_t begin = 0; begin < ends.size(); begin += cells.size()) {
+    const std::size_t end = std::min(begin + cells.size(), ends.size());
+    for (std::size_t i = begin; i < end; ++i) {
+      if (i % 2 != 0 || !goesOn(ends, i)) {
+        cells[i - begin] = grid.Locate(ends[i]);
+      }
+    }
+    for (std::size_t i = begin; i < end; i += 2) {
+      const PointNumber from = goesOn(ends, i) ? to : grid.Number(cells[i - begin]);
+      to = grid.Number(cells[i + 1 - begin]);
+      if (from != to) {
+        graph.edges.push_back({from, to});
+      }
     }
   }
   graph.points = grid.TakePoints();

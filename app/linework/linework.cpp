@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
-#include <span>
+#include <optional>
 #include <utility>
 
 #include "app/drawing/plan_extents.h"
 #include "app/linework/changed_edges.h"
+#include "app/linework/collinear_grid.h"
 #include "app/linework/crowd_thinning.h"
 #include "app/linework/end_welding.h"
 #include "app/linework/path_chaining.h"
@@ -37,11 +37,21 @@ struct Round {
   bool hasCuts;
 };
 
-Round joinOnce(const Graph& graph, std::span<const EdgeNumber> candidates, double tolerance,
-               double exactness) {
-  const DistinctEdges distinct = removeOverlaps(graph, candidates, tolerance);
+Round joinOnce(const Graph& graph, CollinearGrid& grid, double tolerance, double exactness) {
+  const auto forEachPair = [&](const auto& visit) { grid.ForEachPair(visit); };
+  const DistinctEdges distinct = removeOverlaps(graph, forEachPair, tolerance);
   const std::vector<EndNumber> partners = pairEnds(graph.points, distinct.edges);
   return {chainEdges(graph.points, distinct, partners, exactness), distinct.hasCuts};
+}
+
+Round joinFirst(Graph& graph, double tolerance, double exactness) {
+  std::vector<EdgeNumber> candidates = allEdges(graph);
+  std::optional<CollinearGrid> grid(std::in_place, graph, candidates, tolerance);
+  if (thinCrowds(graph, grid->CrowdedEdges(), tolerance)) {
+    candidates = allEdges(graph);
+    grid.emplace(graph, candidates, tolerance);
+  }
+  return joinOnce(graph, *grid, tolerance, exactness);
 }
 
 // The segments of polylines, and for each whether it is changed.
@@ -93,16 +103,17 @@ Paths joinSegments(std::vector<PlanPoint> ends, double tolerance) {
   Graph graph = weldEnds(ends, kWeldTolerances * tolerance);
   ends = {};
   removeDuplicates(graph);
-  thinCrowds(graph, tolerance);
+  if (graph.edges.empty()) {
+    return {};
+  }
   const double exactness = exactnessOf(graph.points);
-  std::vector<EdgeNumber> candidates(graph.edges.size());
-  std::iota(candidates.begin(), candidates.end(), EdgeNumber{0});
-  Round round = joinOnce(graph, candidates, tolerance, exactness);
+  Round round = joinFirst(graph, tolerance, exactness);
   for (int i = 1; round.hasCuts && i < kMostRounds; ++i) {
     Segments segments = segmentsOf(round.chains);
     graph.edges = std::move(segments.edges);
-    candidates = edgesNearChanges(graph, segments.changed, tolerance);
-    Round next = joinOnce(graph, candidates, tolerance, exactness);
+    const std::vector<EdgeNumber> candidates = edgesNearChanges(graph, segments.changed, tolerance);
+    CollinearGrid grid(graph, candidates, tolerance);
+    Round next = joinOnce(graph, grid, tolerance, exactness);
     if (areSame(next.chains, round.chains)) {
       break;
     }

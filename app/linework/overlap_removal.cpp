@@ -5,8 +5,6 @@
 #include <limits>
 #include <utility>
 
-#include "app/linework/collinear_grid.h"
-
 namespace dxf2d::linework {
 
 namespace {
@@ -82,30 +80,32 @@ class CutSearch {
   std::vector<Cut> cuts_;
 };
 
-// The edges kept so far, hashed by their points.
+// The edges kept so far, in a hash table of lists. Edges whose points are equally far apart in
+// number are in a row there as their points are, so that most steps stay in the cache.
 class EdgeSet {
  public:
   explicit EdgeSet(std::size_t most) {
-    constexpr std::size_t kLeastSlots = 16;
-    slots_.assign(std::bit_ceil(std::max(most + most / 2, kLeastSlots)), kNone);
+    constexpr std::size_t kLeastLists = 16;
+    first_.assign(std::bit_ceil(std::max(most, kLeastLists)), kNone);
+    next_.reserve(most);
     edges_.reserve(most);
   }
 
   // The number of the edge, in either direction. It is the next one, and true, when it is new.
   std::pair<EdgeNumber, bool> Add(Edge edge) {
     const auto [low, high] = std::minmax(edge.from, edge.to);
-    std::uint64_t hash = (std::uint64_t{high} << 32U | low) * 0x9E3779B97F4A7C15U;
-    hash ^= hash >> 32U;
-    std::size_t slot = hash & (slots_.size() - 1);
-    for (; slots_[slot] != kNone; slot = (slot + 1) & (slots_.size() - 1)) {
-      const Edge kept = edges_[slots_[slot]];
-      if (std::minmax(kept.from, kept.to) == std::minmax(low, high)) {
-        return {slots_[slot], false};
+    std::uint64_t hash = std::uint64_t{high - low} * 0x9E3779B97F4A7C15U;
+    hash = (hash ^ hash >> 32U) + low;
+    EdgeNumber& first = first_[hash & (first_.size() - 1)];
+    for (EdgeNumber i = first; i != kNone; i = next_[i]) {
+      if (std::minmax(edges_[i].from, edges_[i].to) == std::minmax(low, high)) {
+        return {i, false};
       }
     }
-    slots_[slot] = static_cast<EdgeNumber>(edges_.size());
+    next_.push_back(first);
+    first = static_cast<EdgeNumber>(edges_.size());
     edges_.push_back(edge);
-    return {slots_[slot], true};
+    return {first, true};
   }
 
   std::vector<Edge> Take() { return std::move(edges_); }
@@ -114,7 +114,9 @@ class EdgeSet {
   static constexpr EdgeNumber kNone = std::numeric_limits<EdgeNumber>::max();
 
   std::vector<Edge> edges_;
-  std::vector<EdgeNumber> slots_;
+  // The next edge of the same list.
+  std::vector<EdgeNumber> next_;
+  std::vector<EdgeNumber> first_;
 };
 
 // Gathers the pieces of the edges of a graph.
@@ -160,12 +162,9 @@ class Pieces {
 
 }  // namespace
 
-DistinctEdges removeOverlaps(const Graph& graph, std::span<const EdgeNumber> candidates,
-                             double tolerance) {
+DistinctEdges removeOverlaps(const Graph& graph, const PairSource& forEachPair, double tolerance) {
   CutSearch search(graph, tolerance);
-  forEachCollinearPair(graph, candidates, tolerance, [&](EdgeNumber shorter, EdgeNumber longer) {
-    search.Test(shorter, longer);
-  });
+  forEachPair([&](EdgeNumber shorter, EdgeNumber longer) { search.Test(shorter, longer); });
   const std::vector<Cut> cuts = search.TakeCuts();
   Pieces pieces(graph, graph.edges.size() + cuts.size());
   auto cut = cuts.begin();

@@ -2,12 +2,15 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
+#include <functional>
 #include <vector>
 
 #include "app/linework/edges.h"
 
 namespace dxf2d::linework {
+
+// Calls a function with the shorter and the longer edge of each of some pairs.
+using PairSource = std::function<void(const std::function<void(EdgeNumber, EdgeNumber)>&)>;
 
 struct DistinctEdges {
   std::vector<Edge> edges;
@@ -20,10 +23,9 @@ struct DistinctEdges {
 };
 
 // The edges of `graph`, cut at the ends of edges that overlap them on one line within `tolerance`,
-// each once and in their order. Edges that only cross or touch are not cut. Overlaps are looked for
-// among `candidates`, which are in order.
-DistinctEdges removeOverlaps(const Graph& graph, std::span<const EdgeNumber> candidates,
-                             double tolerance);
+// each once and in their order. Edges that only cross or touch are not cut. `forEachPair`
+// names every two that may overlap, as CollinearGrid does.
+DistinctEdges removeOverlaps(const Graph& graph, const PairSource& forEachPair, double tolerance);
 
 // Leaves each edge of `graph` once, whatever its direction, in order.
 void removeDuplicates(Graph& graph);

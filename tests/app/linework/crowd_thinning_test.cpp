@@ -49,7 +49,7 @@ std::vector<PlanPoint> crowd(double angle, std::size_t count) {
 
 TEST(ThinCrowds, AFewSegmentsOnOneAnotherStay) {
   Graph graph = graphOf(crowd(0.0, 10));
-  thinCrowds(graph, kTolerance);
+  thinCrowds(graph, allEdges(graph), kTolerance);
   EXPECT_EQ(graph.edges.size(), 10U);
 }
 
@@ -57,7 +57,7 @@ TEST(ThinCrowds, WhatIsLeftOfManyCoversThemAll) {
   for (const double angle : {0.0, 0.7, 1.5707963267948966, 2.9}) {
     const std::vector<PlanPoint> all = crowd(angle, 400);
     Graph graph = graphOf(all);
-    thinCrowds(graph, kTolerance);
+    thinCrowds(graph, allEdges(graph), kTolerance);
     EXPECT_LT(graph.edges.size(), 100U) << angle;
     EXPECT_LT(largestGap(all, endsOf(graph)), kTolerance) << angle;
   }
@@ -70,7 +70,7 @@ TEST(ThinCrowds, ParallelLinesStay) {
     ends.push_back({100.0, i * 2e-3});
   }
   Graph graph = graphOf(ends);
-  thinCrowds(graph, kTolerance);
+  thinCrowds(graph, allEdges(graph), kTolerance);
   EXPECT_EQ(graph.edges.size(), 200U);
 }
 
