@@ -16,6 +16,7 @@
 #include "app/preview/cairo_renderer.h"
 #include "app/preview/page_fit.h"
 #include "app/preview/placed_extents.h"
+#include "app/preview/png_resolution.h"
 #include "app/preview/text_shaper.h"
 #include "app/preview/title_line.h"
 
@@ -173,20 +174,26 @@ Picture draw(const Drawing& drawing, const PictureStyle& style) {
   if (extents.IsEmpty()) {
     return picture;
   }
+  // A resolution alone says nothing to pictures without pixels.
+  const bool isSheet =
+      style.sheet && (style.sheet->hasScale || style.format == PictureFormat::kPng);
   SheetLayout layout;
-  if (style.sheet) {
+  if (isSheet) {
     layout = layOutSheet(extents, *style.sheet, drawing.units, style.name);
   }
-  const PageFit fit = style.sheet ? fitSheet(layout, style) : fitPage(extents, style.size);
+  const PageFit fit = isSheet ? fitSheet(layout, style) : fitPage(extents, style.size);
   const Surface surface = createSurface(style.format, fit, picture.bytes);
   picture.leftOut = drawPage(surface.get(), drawing, fit, texts);
-  if (style.sheet && style.sheet->title) {
+  if (isSheet && style.sheet->title) {
     const Context cairo(cairo_create(surface.get()), cairo_destroy);
     drawTitleLine(cairo.get(), layout, *style.sheet, texts, fit.millimeter);
     requireSuccess(cairo_status(cairo.get()));
   }
   if (style.format == PictureFormat::kPng) {
     requireSuccess(cairo_surface_write_to_png_stream(surface.get(), appendBytes, &picture.bytes));
+    if (isSheet) {
+      setPngResolution(picture.bytes, style.sheet->dpi);
+    }
   }
   cairo_surface_finish(surface.get());
   requireSuccess(cairo_surface_status(surface.get()));

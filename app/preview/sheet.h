@@ -21,6 +21,9 @@ inline constexpr int kMinDpi = 10;
 inline constexpr int kMaxDpi = 2400;
 
 struct Sheet {
+  // Whether the drawing has a scale. Without one the page fits it and is no larger than A4: where
+  // nothing but a resolution is asked for.
+  bool hasScale = true;
   // Turned as the drawing needs it; none: as large as the drawing with its margin.
   std::optional<PaperSize> paper{};
   // Length on paper for a length of what is drawn, above 0. None: 1 without paper, else what fills
