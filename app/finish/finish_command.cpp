@@ -1,5 +1,6 @@
 #include "app/finish/finish_command.h"
 
+#include <filesystem>
 #include <memory>
 
 #include "app/cli/failure.h"
@@ -12,6 +13,15 @@ namespace dxf2d {
 namespace {
 
 void checkFiles(const FinishOptions& options) {
+  namespace fs = std::filesystem;
+  std::error_code ignored;
+  const fs::file_status status = fs::status(options.output, ignored);
+  const std::string end = fs::path(options.output).extension().string();
+  const bool isNamedByEnd = end.size() > 1 && (!fs::exists(status) || fs::is_regular_file(status));
+  if (isNamedByEnd && normalized(end) != ".dxf") {
+    throw UsageError({options.output, "a finished drawing is a DXF file",
+                      "end the name in .dxf; for pictures use dxf2d preview"});
+  }
   if (Destination::IsFile(options.output, options.drawing)) {
     throw UsageError(
         {options.output, "is the drawing itself", "give the finished drawing another name"});
@@ -46,8 +56,10 @@ std::function<bool(const std::string&)> refuse(const char* problem) {
 
 std::vector<Option> finishingOptions(FinishOptions& options) {
   finish::Options& finishing = options.finishing;
-  return {{"--release", "r2000|r2004 [r2000]", "Release of the finished drawing", "r2000 or r2004",
-           into(finishing.release,
+  return {{"--release", "r2000|r2004",
+           "Release of the finished drawing (default: its own, if it is finished, else r2000)",
+           "r2000 or r2004",
+           into(options.release,
                 oneOf<Release>({{"r2000", Release::kR2000}, {"r2004", Release::kR2004}}))},
           {"--join", "on|off [on]",
            "Join overlapping lines into one, and consecutive lines into polylines", "on or off",

@@ -15,8 +15,9 @@ namespace dxf2d {
 struct FinishOptions {
   std::string drawing;
   std::string output;
-  // Without units and scale, which follow from the two below and from the drawing.
+  // Without release, units and scale, which follow from those below and from the drawing.
   finish::Options finishing;
+  std::optional<Release> release;
   // As parseUnits numbers them.
   std::optional<int> units;
   std::optional<int> sourceUnits;

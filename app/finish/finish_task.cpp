@@ -15,13 +15,15 @@ namespace dxf2d {
 
 namespace {
 
-// The options with the units and the scale that follow from the drawing's own units.
-finish::Options withUnits(const FinishOptions& options, const Drawing& drawing) {
+// The options with the release, the units and the scale that follow from the drawing's own.
+finish::Options completed(const FinishOptions& options, const Drawing& drawing) {
   finish::Options finishing = options.finishing;
   if (drawing.units != 0 && options.sourceUnits && *options.sourceUnits != drawing.units) {
     throw UsageError({options.drawing, "is in " + unitsName(drawing.units),
                       "leave out --source-units or give those"});
   }
+  const bool isFinished = drawing.release != Release::kR10;
+  finishing.release = options.release.value_or(isFinished ? drawing.release : Release::kR2000);
   const int source = options.sourceUnits.value_or(drawing.units);
   finishing.units = options.units.value_or(source);
   if (!options.units || *options.units == source) {
@@ -38,7 +40,7 @@ finish::Options withUnits(const FinishOptions& options, const Drawing& drawing) 
 // Finishes the drawing, in the worker process. Returns an exit code.
 int finishInto(const WorkOutput& output, const FinishOptions& options) {
   Drawing drawing = readDrawing(options.drawing);
-  const finish::Options finishing = withUnits(options, drawing);
+  const finish::Options finishing = completed(options, drawing);
   const finish::FinishedDrawing finished = finish::finishDrawing(std::move(drawing), {}, finishing);
   finish::noteLeftOut(options.drawing, finished.drawing, finished.summary);
   release::writeDrawing(finished.drawing, [&](std::string_view bytes) { output.Write(bytes); });

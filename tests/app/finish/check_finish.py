@@ -103,6 +103,22 @@ class Finish(unittest.TestCase):
             self.assertEqual(run.returncode, 2)
             self.assertIn("dxf2d export", run.stderr)
 
+    def test_a_drawing_keeps_its_release_and_its_exact_colors(self):
+        exact = pathlib.Path(self.scratch.name, "exact.dxf")
+        dxf2d("export", MODELS / NAMES[1], "--true-color", "-o", exact)
+        self.assertEqual(self.finish(exact).read_bytes(), exact.read_bytes())
+        earlier = ezdxf.readfile(self.finish(exact, "--release", "r2000"))
+        self.assertEqual(earlier.dxfversion, "AC1015")
+
+    def test_a_finished_drawing_has_no_name_of_a_picture(self):
+        for name in ("never.png", "never.dwg"):
+            output = pathlib.Path(self.scratch.name, name)
+            run = subprocess.run([DXF2D, "finish", self.drawings[0], "-o", output],
+                                 capture_output=True, text=True)
+            self.assertEqual(run.returncode, 2)
+            self.assertIn(".dxf", run.stderr)
+            self.assertFalse(output.exists())
+
 
 if __name__ == "__main__":
     parser = argparse.ArgumentParser()
