@@ -133,11 +133,11 @@ void checkPageSize(const PageFit& page, const PictureStyle& style) {
   const double longer = std::max(page.width, page.height);
   if (style.format == PictureFormat::kPng && !(longer <= kMaxPictureSize)) {
     throw UsageError({style.name, "its picture has more than 10000 pixels in a row",
-                      "make --dpi or --plot-scale smaller"});
+                      "choose a --paper, or make --dpi or --plot-scale smaller"});
   }
   if (!(longer <= (style.format == PictureFormat::kPdf ? kMostPoints : kMostMillimeters))) {
     throw UsageError({style.name, "its picture is larger than its format can hold",
-                      "make --plot-scale smaller"});
+                      "choose a --paper, or make --plot-scale smaller"});
   }
 }
 
