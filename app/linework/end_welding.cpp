@@ -25,15 +25,13 @@ class PointGrid {
     }
   }
 
-  // Where a point is looked for.
+  // A point and the cells that it is looked for in, by their hashes.
   struct Cells {
     PlanPoint point;
-    std::int64_t column;
-    std::int64_t row;
-    std::int64_t firstColumn;
-    std::int64_t lastColumn;
-    std::int64_t firstRow;
-    std::int64_t lastRow;
+    // The one that it is in.
+    std::uint64_t own;
+    std::array<std::uint64_t, 4> near;
+    std::size_t count;
   };
 
   // Starts loading what Number will need: the table is far larger than the caches.
@@ -42,23 +40,26 @@ class PointGrid {
     const double row = (point.y - origin_.y) / cell_;
     // Nearly always the cells around are out of reach.
     constexpr double kReach = 1.0 / kCellRadii;
-    const Cells cells{point,
-                      Index(column),
-                      Index(row),
-                      Index(column - kReach),
-                      Index(column + kReach),
-                      Index(row - kReach),
-                      Index(row + kReach)};
-    ForEach(cells, [this](std::uint64_t hash) { __builtin_prefetch(&slots_[PlaceOf(hash)], 1); });
+    Cells cells{point, HashOf(Index(column), Index(row)), {}, 0};
+    const std::int64_t lastColumn = Index(column + kReach);
+    const std::int64_t lastRow = Index(row + kReach);
+    for (std::int64_t i = Index(column - kReach); i <= lastColumn; ++i) {
+      for (std::int64_t j = Index(row - kReach); j <= lastRow; ++j) {
+        const std::uint64_t hash = HashOf(i, j);
+        __builtin_prefetch(&slots_[PlaceOf(hash)], 1);
+        cells.near[cells.count++] = hash;
+      }
+    }
     return cells;
   }
 
   // The number of the point at `cells`, which is a new one unless another is near enough.
   PointNumber Number(const Cells& cells) {
     Nearest nearest{kNone, radius_ * radius_};
-    ForEach(cells, [&](std::uint64_t hash) { Search(hash, cells.point, nearest); });
-    return nearest.point != kNone ? nearest.point
-                                  : Add(cells.point, HashOf(cells.column, cells.row));
+    for (std::size_t i = 0; i < cells.count; ++i) {
+      Search(cells.near[i], cells.point, nearest);
+    }
+    return nearest.point != kNone ? nearest.point : Add(cells.point, cells.own);
   }
 
   std::vector<PlanPoint> TakePoints() { return std::move(points_); }
@@ -89,15 +90,6 @@ class PointGrid {
   }
   std::size_t PlaceOf(std::uint64_t hash) const { return hash & (slots_.size() - 1); }
   static std::uint32_t TagOf(std::uint64_t hash) { return static_cast<std::uint32_t>(hash >> 32U); }
-
-  template <typename Visit>
-  static void ForEach(const Cells& cells, const Visit& visit) {
-    for (std::int64_t column = cells.firstColumn; column <= cells.lastColumn; ++column) {
-      for (std::int64_t row = cells.firstRow; row <= cells.lastRow; ++row) {
-        visit(HashOf(column, row));
-      }
-    }
-  }
 
   void Search(std::uint64_t hash, PlanPoint point, Nearest& nearest) const {
     for (std::size_t i = PlaceOf(hash); slots_[i].point != kNone; i = PlaceOf(i + 1)) {
