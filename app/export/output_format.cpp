@@ -1,9 +1,8 @@
 #include "app/export/output_format.h"
 
-#include <filesystem>
-
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/output/destination.h"
 
 namespace dxf2d {
 
@@ -15,12 +14,8 @@ std::optional<OutputFormat> parseOutputFormat(const std::string& name) {
 }
 
 OutputFormat formatOfName(const std::string& output) {
-  namespace fs = std::filesystem;
-  std::error_code ignored;
-  const fs::file_status status = fs::status(output, ignored);
-  const std::string end = fs::path(output).extension().string();
-  const bool isNamedByEnd = end.size() > 1 && (!fs::exists(status) || fs::is_regular_file(status));
-  if (!isNamedByEnd) {
+  const std::string end = Destination::EndOf(output);
+  if (end.empty()) {
     return OutputFormat::kDxf;
   }
   if (const std::optional<OutputFormat> format = parseOutputFormat(end.substr(1))) {

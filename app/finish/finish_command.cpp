@@ -1,6 +1,5 @@
 #include "app/finish/finish_command.h"
 
-#include <filesystem>
 #include <memory>
 
 #include "app/cli/failure.h"
@@ -13,12 +12,8 @@ namespace dxf2d {
 namespace {
 
 void checkFiles(const FinishOptions& options) {
-  namespace fs = std::filesystem;
-  std::error_code ignored;
-  const fs::file_status status = fs::status(options.output, ignored);
-  const std::string end = fs::path(options.output).extension().string();
-  const bool isNamedByEnd = end.size() > 1 && (!fs::exists(status) || fs::is_regular_file(status));
-  if (isNamedByEnd && normalized(end) != ".dxf") {
+  const std::string end = Destination::EndOf(options.output);
+  if (!end.empty() && normalized(end) != ".dxf") {
     throw UsageError({options.output, "a finished drawing is a DXF file",
                       "end the name in .dxf; for pictures use dxf2d preview"});
   }

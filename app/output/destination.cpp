@@ -29,6 +29,15 @@ void requireDirectory(const std::string& directory) {
                      exists ? "choose another" : "create it or choose another"});
 }
 
+std::string Destination::EndOf(const std::string& path) {
+  namespace fs = std::filesystem;
+  std::error_code ignored;
+  const fs::file_status status = fs::status(path, ignored);
+  const std::string end = fs::path(path).extension().string();
+  const bool isNamedByEnd = end.size() > 1 && (!fs::exists(status) || fs::is_regular_file(status));
+  return isNamedByEnd ? end : std::string();
+}
+
 Destination::Destination(const std::string& path, Existing existing) : path_(PathOf(path)) {
   work_.emplace(path_, existing);
   if (!work_->IsWrittenInPlace()) {

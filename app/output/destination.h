@@ -32,6 +32,10 @@ class Destination {
     return file && identityOf(input) == file;
   }
 
+  // The end of the file's name, such as ".png", by which the user says what to write. Empty for
+  // names without an end, and for what is there and no regular file.
+  static std::string EndOf(const std::string& path);
+
   // `path` as the user gives it. Throws OutputError.
   Destination(const std::string& path, Existing existing);
 
