@@ -116,7 +116,7 @@ class StageTimes {
 
 // Has an importer read the model, if there is one for it, and a worker draw it into the work files.
 // Appends what the worker tells to `told`. Returns an exit code.
-int makeDrawing(const InputTask& work, const ExportJob& job, const ExportOptions& options,
+int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& options,
                 const WorkOutput& output, const std::optional<WorkOutput>& preview,
                 std::string& told, JobNews& news) {
   StageTimes times;
@@ -147,7 +147,7 @@ int makeDrawing(const InputTask& work, const ExportJob& job, const ExportOptions
   return code;
 }
 
-int draw(const InputTask& work, const ExportJob& job, const ExportOptions& options, JobNews& news) {
+int draw(InputTask& work, const ExportJob& job, const ExportOptions& options, JobNews& news) {
   const Clock::time_point start = Clock::now();
   checkInputs(job, options);
   // The worker finds the same; here it refuses what does not fit before the model is read.
@@ -185,7 +185,7 @@ int draw(const InputTask& work, const ExportJob& job, const ExportOptions& optio
 }  // namespace
 
 int runExportJob(const ExportJob& job, const ExportOptions& options, JobNews& news) {
-  const InputTask work("importer", job.model, options.limits);
+  InputTask work("importer", job.model, options.limits);
   return work.Reporting([&] { return draw(work, job, options, news); });
 }
 

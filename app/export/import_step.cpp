@@ -70,7 +70,7 @@ bool ImportStep::Find(const std::string& model, const ExportOptions& options) {
   return true;
 }
 
-int ImportStep::Run(const InputTask& work, std::uint64_t& peakMemory) {
+int ImportStep::Run(InputTask& work, std::uint64_t& peakMemory) {
   imported_.emplace(*importer_);
   return imported_->Run(*importer_, model_, work, allowsOutside_, peakMemory);
 }

@@ -42,7 +42,7 @@ class ImportStep {
   bool Find(const std::string& model, const ExportOptions& options);
   // Runs the importer that was found. Returns an ExitCode, with a message printed unless that is
   // kExitDone. Raises `peakMemory` to the bytes that it took at most.
-  int Run(const InputTask& work, std::uint64_t& peakMemory);
+  int Run(InputTask& work, std::uint64_t& peakMemory);
 
   // For the worker, as long as this object lives.
   ImportedFile File() const;

@@ -31,7 +31,7 @@ void print(const std::string& text) {
 }  // namespace
 
 int listModel(const std::string& path, const ExportOptions& options) {
-  const InputTask work("importer", path, options.limits);
+  InputTask work("importer", path, options.limits);
   return work.Reporting([&] {
     std::string list;
     ImportStep import;

@@ -63,7 +63,7 @@ std::vector<std::string> filledIn(std::vector<std::string> command, const std::s
 
 }  // namespace
 
-int ImportedModel::Run(const Importer& importer, const std::string& model, const InputTask& work,
+int ImportedModel::Run(const Importer& importer, const std::string& model, InputTask& work,
                        bool allowsOutside, std::uint64_t& peakMemory) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(model, error);

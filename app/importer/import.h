@@ -28,8 +28,8 @@ class ImportedModel {
   // everything. Returns an ExitCode, with a message printed unless that is kExitDone; the last line
   // that the importer printed on standard error is its reason for a failure. Adds the bytes that it
   // took at most to `peakMemory` when that is more.
-  int Run(const Importer& importer, const std::string& model, const InputTask& work,
-          bool allowsOutside, std::uint64_t& peakMemory);
+  int Run(const Importer& importer, const std::string& model, InputTask& work, bool allowsOutside,
+          std::uint64_t& peakMemory);
 
   // The binary glTF, for the worker that reads it.
   int File() const { return result_.Number(); }

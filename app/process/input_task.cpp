@@ -77,13 +77,14 @@ InputTask::InputTask(std::string reader, std::string input, const ResourceLimits
       input_(std::move(input)),
       memory_(memoryLimitOf(input_, limits)),
       isMemoryGranted_(isMemoryGranted(memory_)),
-      time_(limits.time) {}
+      time_(limits.time),
+      timeLeft_(limits.time) {}
 
 int InputTask::Run(WorkerCall call, std::string& text, std::uint64_t* peakMemory) const {
   if (const std::optional<int> own = ownDescriptor(input_)) {
     call.descriptors.push_back(*own);
   }
-  WorkerResult end = runWorker(call, {memory_, memory_, kWallTimes * time_, time_});
+  WorkerResult end = runWorker(call, {memory_, memory_, kWallTimes * timeLeft_, timeLeft_});
   text += end.text;
   if (peakMemory != nullptr) {
     *peakMemory = end.peakMemory;
@@ -92,8 +93,10 @@ int InputTask::Run(WorkerCall call, std::string& text, std::uint64_t* peakMemory
 }
 
 int InputTask::RunProgram(const WorkerCall& call, std::optional<int>& end,
-                          std::uint64_t& peakMemory) const {
-  const WorkerResult result = runWorker(call, {0, memory_, kWallTimes * time_, time_});
+                          std::uint64_t& peakMemory) {
+  const WorkerResult result = runWorker(call, {0, memory_, kWallTimes * timeLeft_, timeLeft_});
+  const auto taken = std::chrono::floor<std::chrono::seconds>(result.processorTime);
+  timeLeft_ = std::max(timeLeft_ - taken, std::chrono::seconds(1));
   peakMemory = std::max(peakMemory, result.peakMemory);
   if (result.how == WorkerResult::How::kExited) {
     end = result.number;

@@ -47,8 +47,8 @@ class InputTask {
   // The same for a task that makes a program of another kind of the worker process: a program that
   // exits is done, with its exit code in `end`. Its memory is limited to what is resident, since
   // some runtimes reserve address space by the GiB. Raises `peakMemory` to the bytes that it took
-  // at most.
-  int RunProgram(const WorkerCall& call, std::optional<int>& end, std::uint64_t& peakMemory) const;
+  // at most. What it takes of the time is not left for Run.
+  int RunProgram(const WorkerCall& call, std::optional<int>& end, std::uint64_t& peakMemory);
   // Runs `step` in this process. What it throws is printed and becomes an exit code (see
   // `reporting`); std::bad_alloc becomes kExitLimit.
   int Reporting(const std::function<int()>& step) const;
@@ -67,6 +67,8 @@ class InputTask {
   // False when the system's own limits are lower.
   bool isMemoryGranted_;
   std::chrono::seconds time_;
+  // Of the processor; what is left of the time, at least a second.
+  std::chrono::seconds timeLeft_;
 };
 
 }  // namespace dxf2d

@@ -30,6 +30,8 @@ struct WorkerResult {
   std::string text{};
   // Bytes of memory that it had at most.
   std::uint64_t peakMemory = 0;
+  // That it took.
+  std::chrono::milliseconds processorTime{0};
 
   bool Returned(int code) const { return how == How::kReturned && number == code; }
 };

@@ -59,6 +59,11 @@ Descriptor openEnd(pid_t child) {
   return Descriptor(static_cast<int>(syscall(SYS_pidfd_open, child, 0)));
 }
 
+std::chrono::milliseconds timeOf(const timeval& time) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(
+      std::chrono::seconds(time.tv_sec) + std::chrono::microseconds(time.tv_usec));
+}
+
 bool isReadable(const pollfd& event) { return (event.revents & POLLIN) != 0; }
 
 // Waits for the end of a worker and takes what it reports meanwhile.
@@ -175,7 +180,8 @@ class Watch {
             reports_.IsMemoryRefused(),
             std::move(reports_.Notes()),
             std::move(reports_.Text()),
-            peakMemory};
+            peakMemory,
+            timeOf(usage.ru_utime) + timeOf(usage.ru_stime)};
   }
 
   pid_t child_;

@@ -159,6 +159,25 @@ TEST_F(Import, LimitsHold) {
   EXPECT_NE(error_.find("--max-time"), std::string::npos) << error_;
 }
 
+TEST_F(Import, TheLimitOfTimeIsOneForTheImporterAndWhatFollows) {
+  const std::string grid = Write("models/hill.asc", kGrid);
+  Write("importer/slow.py",
+        "import time, runpy, sys\nwhile time.process_time() < 2: pass\n"
+        "sys.argv = sys.argv[1:]\nrunpy.run_path(sys.argv[0], run_name='__main__')\n");
+  Write("importer/import_asc_grid.py", Read(EXAMPLE_IMPORTER "/import_asc_grid.py"));
+  const std::string description = Write(
+      "importer/slow.json",
+      R"({"name": "slow", "version": "1", "formats": [{"name": "Grid", "extensions": [".asc"]}],
+          "command": ["/usr/bin/env", "python3", ")" +
+          Path("importer/slow.py") + R"(", ")" + Path("importer/import_asc_grid.py") +
+          R"(", "{in}", "{out}"]})");
+  const std::string arguments =
+      "export " + grid + " -f -o " + Path("hill.dxf") + " --importer " + description;
+  EXPECT_EQ(Run(arguments + " --max-time 1"), kExitLimit);
+  // A second is left for what is drawn in much less.
+  EXPECT_EQ(Run(arguments + " --max-time 3"), kExitDone) << error_;
+}
+
 TEST_F(Import, AddressSpaceThatIsNotUsedDoesNotCount) {
   EXPECT_EQ(Export("import mmap\nmemory = mmap.mmap(-1, 8 << 30)\nsys.exit('reserved')",
                    "--max-memory 128"),
