@@ -44,12 +44,12 @@ bool isBetweenLooks(const PolygonMesh& mesh, const Looks& looks, std::span<const
   return !looks.ofPart.empty() && std::any_of(uses.begin() + 1, uses.end(), isOther);
 }
 
-// Leaves out the edges of `shown` that are noise. Returns how many.
-std::size_t dropNoise(const FacetNoise& noise, Edges& shown) {
+// Moves the edges of `shown` that are noise to the end of `dropped`.
+void dropNoise(const FacetNoise& noise, Edges& shown, Edges& dropped) {
   const std::vector<FacetNoise::Fold> folds = noise.Folds();
   const std::vector<Index> strokes = noise.Strokes();
   if (folds.empty() && strokes.empty()) {
-    return 0;
+    return;
   }
   std::vector<char> isNoise(shown.size(), 0);
   for (const FacetNoise::Fold& fold : folds) {
@@ -65,17 +65,17 @@ std::size_t dropNoise(const FacetNoise& noise, Edges& shown) {
   for (std::size_t i = 0; i < shown.size(); ++i) {
     if (isNoise[i] == 0) {
       shown[kept++] = shown[i];
+    } else {
+      dropped.push_back(shown[i]);
     }
   }
-  const std::size_t count = shown.size() - kept;
   shown.resize(kept);
-  return count;
 }
 
-// The edges that the object shows, and its lines, but for points in plan; `noiseCount`: how many
-// are left out as noise.
+// The edges that the object shows, and its lines, but for points in plan; `dropped`: those that are
+// left out as noise.
 Edges listEdges(const PolygonMesh& mesh, const EdgeTable& edges, const EdgeOptions& options,
-                std::size_t& noiseCount) {
+                Edges& dropped) {
   const EdgeClassifier classifier(mesh, options.creaseDegrees);
   std::optional<FacetNoise> noise;
   if (options.dropsNoise) {
@@ -104,7 +104,10 @@ Edges listEdges(const PolygonMesh& mesh, const EdgeTable& edges, const EdgeOptio
       shown.push_back({a, b, mesh.parts[uses[0].Polygon()], *kind});
     }
   });
-  noiseCount = noise ? dropNoise(*noise, shown) : 0;
+  dropped.clear();
+  if (noise) {
+    dropNoise(*noise, shown, dropped);
+  }
   for (const Segment& line : mesh.segments) {
     shown.push_back({line.a, line.b, line.part, EdgeKind::kLine});
   }
@@ -206,7 +209,7 @@ std::array<std::size_t, 5> DrawnEdges::CountKinds() const {
 }
 
 DrawnEdges findDrawnEdges(PolygonMesh& mesh, const EdgeTable& edges, const EdgeOptions& options) {
-  std::size_t noise = 0;
+  Edges noise;
   Edges shown = listEdges(mesh, edges, options, noise);
   PlanPoints plan = joinEnds(mesh, shown, options.planDistance);
   // What moved turned its polygons by a little, so that others may show now, and have ends to join.
@@ -216,8 +219,15 @@ DrawnEdges findDrawnEdges(PolygonMesh& mesh, const EdgeTable& edges, const EdgeO
     plan = joinEnds(mesh, shown, round < kMostRounds ? options.planDistance : 0.0);
   }
   DrawnEdges drawn = collectEdges(shown, findSegments(shown, plan), partCountOf(mesh));
-  drawn.noise = noise;
+  drawn.noise = noise.size();
   return drawn;
+}
+
+std::vector<DrawnEdge> findFacetNoise(const PolygonMesh& mesh, const EdgeTable& edges,
+                                      const EdgeOptions& options) {
+  Edges noise;
+  static_cast<void>(listEdges(mesh, edges, options, noise));
+  return noise;
 }
 
 }  // namespace dxf2d::mesh

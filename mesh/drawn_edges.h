@@ -58,4 +58,9 @@ struct DrawnEdges {
 // exactly.
 DrawnEdges findDrawnEdges(PolygonMesh& mesh, const EdgeTable& edges, const EdgeOptions& options);
 
+// The edges that findDrawnEdges leaves out as noise, with options.dropsNoise, but for those that
+// are points in plan.
+std::vector<DrawnEdge> findFacetNoise(const PolygonMesh& mesh, const EdgeTable& edges,
+                                      const EdgeOptions& options);
+
 }  // namespace dxf2d::mesh

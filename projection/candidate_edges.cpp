@@ -6,6 +6,7 @@
 #include <iterator>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "mesh/edge_kinds.h"
 
@@ -295,8 +296,12 @@ std::vector<CandidateEdge> findCandidateEdges(const Scene& scene, const Toleranc
         ++end;
       }
       const Index high = row[begin].other;
-      if (const auto kind = classifier.KindOf(low, high, row.subspan(begin, end - begin))) {
-        edges.push_back({low, high, partOf(row[begin]), *kind});
+      const auto kind = classifier.KindOf(low, high, row.subspan(begin, end - begin));
+      const bool isNoise = kind && std::ranges::binary_search(scene.noise, std::pair(low, high));
+      if (kind && !(isNoise && kind == EdgeKind::kCrease)) {
+        const bool isSilhouetteNoise = isNoise && kind == EdgeKind::kSilhouette;
+        edges.push_back(
+            {low, high, partOf(row[begin]), isSilhouetteNoise ? EdgeKind::kNoise : *kind});
       }
       begin = end;
     }

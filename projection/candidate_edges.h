@@ -17,7 +17,11 @@ enum class EdgeKind : std::uint8_t {
   kCut,         // where a section cuts the faces
   kBridge,      // across a gap of a cut: bounds what is filled there, and is not drawn
   kLine,        // a line that the model gives as such
+  kNoise,       // a silhouette that is facet noise (Scene::noise): bounds faces, and is not drawn
 };
+
+// Whether edges of the kind are drawn where they can be seen.
+inline bool isDrawn(EdgeKind kind) { return kind != EdgeKind::kBridge && kind != EdgeKind::kNoise; }
 
 // An edge between two points of a scene. Which faces it belongs to need not be told: they touch it,
 // and what touches an edge does not hide it.
@@ -47,6 +51,8 @@ using mesh::kNoCreases;
 // since its corners may lie a little off its plane, next to each other, and its triangles be
 // slivers of any slope there. For the same reason triangles narrower than a few
 // `tolerances.weld` lie on the side on which their polygon would have them.
+//
+// Creases that are facet noise are left out.
 //
 // What else is between parts with different entries in `lookOfPart`, such as a pane that is level
 // with its wall, is a border. Without that list all parts look alike.

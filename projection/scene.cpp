@@ -19,6 +19,9 @@ constexpr double kPlanShare = 1e-9;
 constexpr double kTouchShare = 3e-7;
 constexpr double kWeldShare = 1e-6;
 
+// In place of the number of a point that is left out.
+constexpr Index kNone = std::numeric_limits<Index>::max();
+
 Point place(const Point& point, const Placement& placement) {
   return {placement.cosine * point[0] - placement.sine * point[1] + placement.x,
           placement.sine * point[0] + placement.cosine * point[1] + placement.y,
@@ -43,7 +46,6 @@ bool isUsable(const Point& point) {
 
 // Appends the points of `placed` that can be used. The result has each point's number in the scene.
 std::vector<Index> appendPoints(const PlacedMesh& placed, Scene& scene) {
-  constexpr Index kNone = std::numeric_limits<Index>::max();
   std::vector<Index> numbers;
   numbers.reserve(placed.mesh->points.size());
   for (const Point& point : placed.mesh->points) {
@@ -57,7 +59,6 @@ std::vector<Index> appendPoints(const PlacedMesh& placed, Scene& scene) {
 }
 
 void appendPolygons(const PlacedMesh& placed, const std::vector<Index>& numbers, Scene& scene) {
-  constexpr Index kNone = std::numeric_limits<Index>::max();
   Triangulation triangulation;
   std::vector<Index> corners;
   for (std::size_t p = 0; p < placed.mesh->PolygonCount(); ++p) {
@@ -95,10 +96,17 @@ void noteDeviations(const PlacedMesh& placed, std::size_t first, Scene& scene) {
 }
 
 void appendLines(const PlacedMesh& placed, const std::vector<Index>& numbers, Scene& scene) {
-  constexpr Index kNone = std::numeric_limits<Index>::max();
   for (const mesh::Segment& line : placed.mesh->segments) {
     if (numbers[line.a] != kNone && numbers[line.b] != kNone) {
       scene.lines.push_back({numbers[line.a], numbers[line.b], placed.firstPart + line.part});
+    }
+  }
+}
+
+void appendNoise(const PlacedMesh& placed, const std::vector<Index>& numbers, Scene& scene) {
+  for (const mesh::DrawnEdge& edge : placed.noise) {
+    if (numbers[edge.a] != kNone && numbers[edge.b] != kNone) {
+      scene.noise.emplace_back(std::minmax(numbers[edge.a], numbers[edge.b]));
     }
   }
 }
@@ -124,7 +132,9 @@ Scene assembleScene(std::span<const PlacedMesh> meshes) {
     noteDeviations(placed, firstPoint, scene);
     appendPolygons(placed, numbers, scene);
     appendLines(placed, numbers, scene);
+    appendNoise(placed, numbers, scene);
   }
+  std::ranges::sort(scene.noise);
   return scene;
 }
 

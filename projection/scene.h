@@ -5,8 +5,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <utility>
 #include <vector>
 
+#include "mesh/drawn_edges.h"
 #include "mesh/polygon_mesh.h"
 
 namespace dxf2d::projection {
@@ -33,6 +35,8 @@ struct PlacedMesh {
   // By how much points of the mesh may deviate from the planes of its faces, as a share of its
   // diagonal: by as much as repair moves them.
   double deviationShare = 0;
+  // Edges of the mesh that show only how a curved surface was cut into facets (mesh/facet_noise.h).
+  std::span<const mesh::DrawnEdge> noise = {};
 };
 
 // Triangles and lines in the coordinate system of the drawing, with the viewer at z = +infinity.
@@ -54,6 +58,9 @@ struct Scene {
   // was made of; the other sides are diagonals, or lie along a cut. Then kSamePolygon.
   std::vector<std::uint8_t> polygonEdges;
   std::vector<Line> lines;
+  // Sides of triangles that show only how a curved surface was cut into facets, the lesser point
+  // first; in order.
+  std::vector<std::pair<Index, Index>> noise;
   // By part: by how much its points may deviate from the planes of its faces, in drawing units; 0
   // for parts behind the end.
   std::vector<double> deviations;

@@ -29,6 +29,7 @@ class SceneCutter {
     }
     section_.below.points = std::move(scene_.points);
     section_.below.deviations = std::move(scene_.deviations);
+    section_.below.noise = std::move(scene_.noise);
     return std::move(section_);
   }
 

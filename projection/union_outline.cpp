@@ -156,7 +156,7 @@ UnionOutline findUnionOutline(const Scene& scene, std::span<const CandidateEdge>
   std::vector<CandidateEdge> contours;
   std::ranges::copy_if(edges, std::back_inserter(contours), [](const CandidateEdge& edge) {
     return edge.kind == EdgeKind::kBorder || edge.kind == EdgeKind::kSilhouette ||
-           edge.kind == EdgeKind::kCut || edge.kind == EdgeKind::kBridge;
+           edge.kind == EdgeKind::kCut || !isDrawn(edge.kind);
   });
   const std::size_t groups =
       groupOfPart.empty() ? 0 : std::size_t{*std::ranges::max_element(groupOfPart)} + 1;

@@ -35,6 +35,7 @@ LineKind lineKindOf(projection::EdgeKind kind) {
       return LineKind::kCut;
     case projection::EdgeKind::kBridge:
     case projection::EdgeKind::kLine:
+    case projection::EdgeKind::kNoise:
       break;
   }
   return LineKind::kLine;
@@ -55,7 +56,9 @@ std::vector<GroupedSegment> allSegments(const Scene& scene, std::span<const Cand
   std::vector<GroupedSegment> segments;
   segments.reserve(edges.size());
   for (const CandidateEdge& edge : edges) {
-    segments.push_back(segmentOf(scene, edge, {0, 0, 1}, lineKindOf(edge.kind)));
+    if (isDrawn(edge.kind)) {
+      segments.push_back(segmentOf(scene, edge, {0, 0, 1}, lineKindOf(edge.kind)));
+    }
   }
   return segments;
 }
@@ -67,7 +70,7 @@ std::vector<GroupedSegment> visibleSegments(const Scene& scene,
   segments.reserve(visible.pieces.size() + visible.piercings.size());
   for (const EdgePiece& piece : visible.pieces) {
     const CandidateEdge& edge = edges[piece.edge];
-    if (edge.kind != projection::EdgeKind::kBridge) {
+    if (isDrawn(edge.kind)) {
       segments.push_back(segmentOf(scene, edge, piece, lineKindOf(edge.kind)));
     }
   }
@@ -86,7 +89,7 @@ void addHiddenSegments(const Scene& scene, std::span<const CandidateEdge> edges,
                        std::vector<GroupedSegment>& segments) {
   std::vector<GroupedSegment> hidden;
   for (const EdgePiece& piece : projection::hiddenPieces(edges.size(), visible)) {
-    if (edges[piece.edge].kind != projection::EdgeKind::kBridge) {
+    if (isDrawn(edges[piece.edge].kind)) {
       hidden.push_back(segmentOf(scene, edges[piece.edge], piece, LineKind::kHidden));
     }
   }

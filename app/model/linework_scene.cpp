@@ -71,9 +71,13 @@ ObjectScene makeObjectScene(const LineworkSource& source, BlockBuilder& builder,
   std::vector<mesh::PolygonMesh> blocks;
   blocks.reserve(source.layout.blocks.size());
   std::vector<double> deviations;
+  std::vector<std::vector<mesh::DrawnEdge>> noise(source.layout.blocks.size());
+  // An outline has no lines inside.
+  const bool wantsNoise = source.linework.outline == OutlineOf::kNothing;
   for (const BlockPlan& plan : source.layout.blocks) {
     const std::size_t closedBefore = builder.Work().repair.tJunctionsClosed;
-    blocks.push_back(builder.BuildMesh(source.objects[plan.firstObject].meshes, plan.residual));
+    blocks.push_back(builder.BuildMesh(source.objects[plan.firstObject].meshes, plan.residual,
+                                       wantsNoise ? &noise[blocks.size()] : nullptr));
     // Corners that close T-junctions come from a neighbor, up to a weld distance off the plane.
     const bool isBent = builder.Work().repair.tJunctionsClosed != closedBefore;
     deviations.push_back(isBent ? mesh::kDefaultWeldShare : 0.0);
@@ -88,7 +92,8 @@ ObjectScene makeObjectScene(const LineworkSource& source, BlockBuilder& builder,
     const mesh::PolygonMesh& block = blocks[number];
     limits.AddVertices(block.points.size());
     placed.push_back({&block, placementOf(placementOf(group, source.layout)),
-                      static_cast<Index>(result.objects.size()), deviations[number]});
+                      static_cast<Index>(result.objects.size()), deviations[number],
+                      noise[number]});
     const std::vector<unsigned>& meshes = source.objects[group.front()].meshes;
     const mesh::Looks looks = builder.LooksOf(meshes);
     result.objects.insert(result.objects.end(), meshes.size(), static_cast<Index>(i));

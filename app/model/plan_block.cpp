@@ -180,10 +180,17 @@ mesh::PolygonMesh BlockBuilder::Gather(const std::vector<unsigned>& meshes,
 }
 
 mesh::PolygonMesh BlockBuilder::BuildMesh(const std::vector<unsigned>& meshes,
-                                          const std::array<double, 9>& residual) {
+                                          const std::array<double, 9>& residual,
+                                          std::vector<mesh::DrawnEdge>* noise) {
   mesh::PolygonMesh object = Gather(meshes, residual);
   if (options_.repair) {
-    work_.repair += repair(object, {options_.weldShare, LooksOf(meshes)}).counts;
+    const mesh::Looks looks = LooksOf(meshes);
+    const mesh::Repaired repaired = repair(object, {options_.weldShare, looks});
+    work_.repair += repaired.counts;
+    if (noise != nullptr) {
+      *noise = findFacetNoise(object, repaired.edges, {options_.creaseDegrees, 0.0, looks, true});
+      work_.noise += noise->size();
+    }
   } else {
     mesh::weld(object, mesh::UsedPoints(object), 0.0);
   }

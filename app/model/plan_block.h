@@ -73,9 +73,11 @@ class BlockBuilder {
                   bool anyTurn);
 
   // The meshes as one, every vertex p at p * residual, a part for each mesh; repaired as the
-  // options want it. Throws as Build does.
+  // options want it. Unless null, `noise` receives the edges of repaired meshes that are facet
+  // noise. Throws as Build does.
   mesh::PolygonMesh BuildMesh(const std::vector<unsigned>& meshes,
-                              const std::array<double, 9>& residual);
+                              const std::array<double, 9>& residual,
+                              std::vector<mesh::DrawnEdge>* noise);
 
   // Which of the meshes look alike, by the names and colors of their materials.
   mesh::Looks LooksOf(const std::vector<unsigned>& meshes) const;

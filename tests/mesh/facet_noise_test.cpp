@@ -74,6 +74,18 @@ TEST(FacetNoise, FilletWithNoiseHasNoDashes) {
             countOf(drawn(noisy, false), EdgeKind::kBorder));
 }
 
+TEST(FacetNoise, IsWhatDrawingsLeaveOut) {
+  PolygonMesh mesh = makeFillet(4, 0.03);
+  const Repaired repaired = repair(mesh, {});
+  const std::vector<DrawnEdge> noise =
+      findFacetNoise(mesh, repaired.edges, {kDefaultCreaseDegrees, repaired.distance, {}, true});
+  EXPECT_EQ(noise.size(), drawn(mesh, true).noise);
+  const DrawnEdges all = drawn(mesh, false);
+  for (const DrawnEdge& edge : noise) {
+    EXPECT_NE(std::ranges::find(all.edges, edge), all.edges.end());
+  }
+}
+
 TEST(FacetNoise, FilletOfTwoStripsKeepsItsLines) {
   // Each bends by 40 degrees, which is little, and runs from border to border.
   const DrawnEdges edges = drawn(makeFillet(1, 0.0), true);

@@ -102,6 +102,22 @@ mesh::PolygonMesh wallOnFloor(const Point& wallTop) {
   return mesh;
 }
 
+TEST(FindCandidateEdges, FacetNoiseIsNotDrawnAndItsSilhouettesStillBoundFaces) {
+  mesh::PolygonMesh box;
+  addBox(box, {0, 0, 0}, {2, 1, 1});
+  box = tilted(box);
+  std::vector<mesh::DrawnEdge> noise;
+  mesh::EdgeTable(box).ForEachEdge([&](Index a, Index b, std::span<const mesh::EdgeUse>) {
+    noise.push_back({a, b, 0, mesh::EdgeKind::kCrease});
+  });
+  PlacedMesh placed{&box, {}, 0, 0, noise};
+  const Scene scene = assembleScene({&placed, 1});
+  const std::vector<CandidateEdge> edges =
+      findCandidateEdges(scene, tolerancesFor(boundsOf(scene)));
+  EXPECT_EQ(edges.size(), 6U);
+  EXPECT_TRUE(std::ranges::none_of(edges, [](const CandidateEdge& e) { return isDrawn(e.kind); }));
+}
+
 TEST(FindCandidateEdges, ShowsWhatTheMeshRoomShows) {
   mesh::PolygonMesh box;
   addBox(box, {0, 0, 0}, {1, 2, 3});
