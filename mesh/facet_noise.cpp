@@ -98,10 +98,8 @@ void FacetNoise::AddPair(Index a, Index b, std::span<const EdgeUse> uses, Index 
   }
   // What hangs together with something that is of no stroke is of none either.
   const bool isAnchored = isAnchor_[a] != 0 || isAnchor_[b] != 0;
-  const auto isFaint = [&] {
-    return dot(u, v) > sharpCosine_ || IsNeedle(uses[0].Polygon()) || IsNeedle(uses[1].Polygon());
-  };
-  if (!isAnchored && isFaint()) {
+  if (!isAnchored &&
+      (dot(u, v) > sharpCosine_ || IsNeedle(uses[0].Polygon()) || IsNeedle(uses[1].Polygon()))) {
     faint_.push_back({edge, a, b});
   } else {
     AddOther(a, b);
