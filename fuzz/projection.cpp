@@ -80,10 +80,46 @@ void requireInside(const Point& point, const Bounds& bounds, double slack) {
   }
 }
 
+double heightOf(const Scene& scene, const std::array<Index, 3>& corners) {
+  const Point& a = scene.points[corners[0]];
+  const Point& b = scene.points[corners[1]];
+  const Point& c = scene.points[corners[2]];
+  const auto length = [](const Point& p) { return std::hypot(p[0], p[1], p[2]); };
+  const Point u = {b[0] - a[0], b[1] - a[1], b[2] - a[2]};
+  const Point v = {c[0] - a[0], c[1] - a[1], c[2] - a[2]};
+  const Point w = {c[0] - b[0], c[1] - b[1], c[2] - b[2]};
+  const double area =
+      length({u[1] * v[2] - u[2] * v[1], u[2] * v[0] - u[0] * v[2], u[0] * v[1] - u[1] * v[0]});
+  const double longest = std::max({length(u), length(v), length(w)});
+  return longest > 0 ? area / longest : 0;
+}
+
+// Whether the scene has details that drawings do not promise to show (docs/drawings.md): points
+// nearer to each other, or triangles lower, than ten times the distance within which ends are
+// joined. What is smaller than rounding is none.
+bool hasFineDetails(const Scene& scene, const Tolerances& tolerances) {
+  const auto isFine = [&](double size) {
+    return size > tolerances.plan && size < 10 * tolerances.weld;
+  };
+  for (std::size_t i = 0; i < scene.points.size(); ++i) {
+    for (std::size_t j = 0; j < i; ++j) {
+      const Point& p = scene.points[i];
+      const Point& q = scene.points[j];
+      if (isFine(std::hypot(p[0] - q[0], p[1] - q[1], p[2] - q[2]))) {
+        return true;
+      }
+    }
+  }
+  return std::ranges::any_of(scene.triangles, [&](const std::array<Index, 3>& corners) {
+    return isFine(heightOf(scene, corners));
+  });
+}
+
 void checkVisibility(const Scene& scene, const std::vector<CandidateEdge>& edges,
                      const Tolerances& tolerances) {
   const Bounds bounds = boundsOf(scene);
   const PointSlack slack = slackFor(tolerances, roundingOf(bounds));
+  const bool isFine = hasFineDetails(scene, tolerances);
   const VisibleLines lines = findVisibleLines(scene, edges, tolerances);
   const auto check = [&](const EdgePiece& piece, Seen never, const char* fact) {
     require(0 <= piece.begin && piece.begin < piece.end && piece.end <= 1,
@@ -93,7 +129,7 @@ void checkVisibility(const Scene& scene, const std::vector<CandidateEdge>& edges
     const double length = std::hypot(b[0] - a[0], b[1] - a[1]) * (piece.end - piece.begin);
     for (const double share : {0.21, 0.5, 0.83}) {
       // Between faces that meet on the edge, a single point of it can be seen.
-      bool isWrong = length > 100 * static_cast<double>(slack.plan);
+      bool isWrong = !isFine && length > 100 * static_cast<double>(slack.plan);
       for (const double aside : {-0.01, 0.0, 0.01}) {
         const Point point =
             pointOn(a, b, piece.begin + (share + aside) * (piece.end - piece.begin));
