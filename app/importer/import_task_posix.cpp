@@ -2,6 +2,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <string>
@@ -32,9 +33,20 @@ Confinement rulesFor(std::span<const std::string> words, int result, int message
   return rules;
 }
 
+// Binary glTF can be no larger; the user's disk can.
+void limitFiles() {
+  constexpr rlim_t kMost = rlim_t{4} << 30;
+  struct rlimit limits {};
+  if (getrlimit(RLIMIT_FSIZE, &limits) == 0) {
+    limits.rlim_cur = std::min(limits.rlim_cur, kMost);
+    setrlimit(RLIMIT_FSIZE, &limits);
+  }
+}
+
 int becomeImporter(std::span<const std::string> words) {
   const int result = std::stoi(words[kResult]);
   const int messages = std::stoi(words[kMessages]);
+  limitFiles();
   confine(rulesFor(words, result, messages));
   std::vector<std::string> command(words.begin() + kCommand, words.end());
   std::vector<char*> arguments;

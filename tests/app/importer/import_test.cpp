@@ -185,6 +185,14 @@ TEST_F(Import, AddressSpaceThatIsNotUsedDoesNotCount) {
   EXPECT_NE(error_.find("cannot be read: reserved"), std::string::npos) << error_;
 }
 
+TEST_F(Import, ResultsAreNoLargerThanBinaryGltfCanBe) {
+  EXPECT_EQ(
+      Export("import os\nfile = os.open(out, os.O_WRONLY)\ntry:\n  os.truncate(file, 5 << 30)\n"
+             "except OSError as error:\n  sys.exit(os.strerror(error.errno))"),
+      kExitInput);
+  EXPECT_NE(error_.find("cannot be read: File too large"), std::string::npos) << error_;
+}
+
 TEST_F(Import, ModelsThatChangeMeanwhileAreRefused) {
   // Confined, the importer cannot change the model itself.
   Write("change.sh", "sleep 0.3; echo more >> '" + Path("models/a.part") + "'");
