@@ -58,10 +58,11 @@ std::optional<std::array<double, 16>> matrixOf(const TopLoc_Location& location, 
   }
   const gp_Trsf place = location.Transformation();
   std::array<double, 16> matrix{};
-  for (int column = 0; column < 4; ++column) {
-    for (int row = 0; row < 3; ++row) {
-      matrix[static_cast<std::size_t>(4 * column + row)] =
-          place.Value(row + 1, column + 1) / (column < 3 ? 1.0 : unit);
+  for (std::size_t column = 0; column < 4; ++column) {
+    for (std::size_t row = 0; row < 3; ++row) {
+      matrix[4 * column + row] =
+          place.Value(static_cast<int>(row) + 1, static_cast<int>(column) + 1) /
+          (column < 3 ? 1.0 : unit);
     }
   }
   matrix[15] = 1.0;

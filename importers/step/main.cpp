@@ -13,8 +13,8 @@
 namespace {
 
 // The last line of standard error is the reason that dxf2d tells its user.
-int fail(const std::string& reason) {
-  std::fprintf(stderr, "%s\n", reason.c_str());
+int fail(const char* reason) {
+  std::fprintf(stderr, "%s\n", reason);
   return 1;
 }
 
@@ -28,9 +28,7 @@ int run(const std::string& input, const std::string& output,
   return file ? 0 : fail("its triangles cannot be written; is the disk full?");
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int importFile(int argc, char** argv) {
   CLI::App app("Turns a STEP or IGES file into binary glTF, with z up and in the file's own unit.",
                "dxf2d-import-step");
   std::string input;
@@ -48,13 +46,22 @@ int main(int argc, char** argv) {
       ->check(CLI::Range(1.0, 90.0))
       ->capture_default_str();
   CLI11_PARSE(app, argc, argv);
+  return run(input, output, options);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
   try {
-    return run(input, output, options);
+    return importFile(argc, argv);
   } catch (const std::bad_alloc&) {
     return fail("it needs more memory than there is");
   } catch (const Standard_Failure& failure) {
-    return fail(std::string("OpenCASCADE reports: ") + failure.GetMessageString());
+    std::fputs("OpenCASCADE reports: ", stderr);
+    return fail(failure.GetMessageString());
   } catch (const std::exception& error) {
     return fail(error.what());
+  } catch (...) {
+    return fail("OpenCASCADE gives no reason");
   }
 }
