@@ -195,7 +195,12 @@ TEST_F(Import, ResultsAreNoLargerThanBinaryGltfCanBe) {
 
 TEST_F(Import, ModelsThatChangeMeanwhileAreRefused) {
   // Confined, the importer cannot change the model itself.
-  Write("change.sh", "sleep 0.3; echo more >> '" + Path("models/a.part") + "'");
+  // A program that adds a byte every tenth of a second, whenever the importer begins to look.
+  const std::string model = Path("models/a.part");
+  Write("change.sh", "for i in $(seq 100); do sleep 0.1; test -e '" + model +
+                         "' || exit; dd if=/dev/zero bs=1 count=1 conv=notrunc,nocreat "
+                         "oflag=append 'of=" +
+                         model + "' 2>/dev/null; done");
   EXPECT_EQ(std::system(("sh '" + Path("change.sh") + "' &").c_str()), 0);
   EXPECT_EQ(Export("import time\nsize = len(open(name).read())\n"
                    "while len(open(name).read()) == size: time.sleep(0.01)"),
