@@ -21,6 +21,9 @@ struct Message {
   std::string remedy;
 };
 
+// What can be done about a file that is not as its format wants it.
+inline constexpr const char* kRepairFile = "repair the file or save it in another format";
+
 std::string sentenceOf(const Message& message);
 
 // Ends a command for a reason that the user can do something about. what() is the sentence.

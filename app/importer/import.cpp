@@ -10,8 +10,6 @@
 namespace dxf2d {
 namespace {
 
-constexpr const char* kRepair = "repair the file or save it in another format";
-
 // The last line of a file that is not empty; of a long one, its beginning.
 std::string lastLineOf(const std::string& path) {
   constexpr std::streamoff kMost = 2000;
@@ -96,7 +94,7 @@ int ImportedModel::Run(const Importer& importer, const std::string& model, Input
     return fail(
         kExitInput,
         {model, "cannot be read: " + (reason.empty() ? importer.name + " gives no reason" : reason),
-         kRepair});
+         kRepairFile});
   }
   return kExitDone;
 }

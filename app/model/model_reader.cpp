@@ -20,8 +20,6 @@
 namespace dxf2d {
 namespace {
 
-constexpr const char* kRepair = "repair the file or save it in another format";
-
 [[noreturn]] void fail(const std::string& path, const std::string& problem,
                        const std::string& remedy) {
   throw ModelError(kExitInput, {path, "cannot be read: " + problem, remedy});
@@ -94,12 +92,12 @@ bool hasEnd(const std::string& path, const char* end) {
     throw std::bad_alloc();
   }
   if (message.find("length_error") != std::string::npos) {
-    fail(path, "it declares impossible sizes", kRepair);
+    fail(path, "it declares impossible sizes", kRepairFile);
   }
   // assimp knows the first version alone.
   const bool isIfc = hasEnd(path, ".ifc");
   fail(path, message.empty() ? "the importer gives no reason" : cut(oneLine(message)),
-       isIfc ? "install dxf2d-import-ifc, which reads IFC4 too, or repair the file" : kRepair);
+       isIfc ? "install dxf2d-import-ifc, which reads IFC4 too, or repair the file" : kRepairFile);
 }
 
 std::string listOf(const std::vector<std::string>& names) {

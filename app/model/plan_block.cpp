@@ -263,7 +263,7 @@ void BlockBuilder::Fail(unsigned mesh, const std::string& reason) const {
   throw ModelError(kExitInput, {source_.path,
                                 "in mesh " + std::to_string(mesh) + " '" +
                                     model_.mMeshes[mesh]->mName.C_Str() + "', " + reason,
-                                "repair the file or save it in another format"});
+                                kRepairFile});
 }
 
 }  // namespace dxf2d

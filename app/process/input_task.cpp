@@ -34,8 +34,6 @@ std::uint64_t memoryFor(const std::string& path) {
 // disk. One that does nothing is ended after so many times that limit.
 constexpr int kWallTimes = 10;
 
-constexpr const char* kRepair = "repair the file or save it in another format";
-
 // Readers do not send these to themselves.
 bool isFromOutside(int signal) {
   const sigset_t requests = terminationSignals();
@@ -118,7 +116,7 @@ int InputTask::ReportEnd(const WorkerResult& end) const {
     case WorkerResult::How::kExited:
       return Fail(kExitInput,
                   "makes the " + reader_ + " exit (exit code " + std::to_string(end.number) + ")",
-                  kRepair);
+                  kRepairFile);
     case WorkerResult::How::kSignal:
       return FailForSignal(end.number);
     case WorkerResult::How::kTimedOut:
@@ -157,7 +155,7 @@ int InputTask::FailForSignal(int signal) const {
                     strsignal(signal) + "), perhaps for lack of memory",
                 "free some memory and try again");
   }
-  return Fail(kExitInput, "crashes the " + reader_ + " (" + strsignal(signal) + ")", kRepair);
+  return Fail(kExitInput, "crashes the " + reader_ + " (" + strsignal(signal) + ")", kRepairFile);
 }
 
 int InputTask::FailForTime() const {

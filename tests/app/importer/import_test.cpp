@@ -194,8 +194,8 @@ TEST_F(Import, ResultsAreNoLargerThanBinaryGltfCanBe) {
 }
 
 TEST_F(Import, ModelsThatChangeMeanwhileAreRefused) {
-  // Confined, the importer cannot change the model itself.
-  // A program that adds a byte every tenth of a second, whenever the importer begins to look.
+  // The confined importer cannot change the model itself. Another program adds a byte every tenth
+  // of a second, so that one comes after the importer's first look.
   const std::string model = Path("models/a.part");
   Write("change.sh", "for i in $(seq 100); do sleep 0.1; test -e '" + model +
                          "' || exit; dd if=/dev/zero bs=1 count=1 conv=notrunc,nocreat "
