@@ -12,18 +12,18 @@ namespace {
 // The job, the format, and whether there is a preview.
 constexpr std::size_t kJobWords = 5;
 
-// The file of an importer and its name.
-constexpr std::size_t kImportedWords = 2;
+// Those of ImportedFile.
+constexpr std::size_t kImportedWords = 3;
 
 void addImported(const ImportedFile& imported, WorkerCall& call) {
-  call.Add({std::to_string(imported.file), imported.reader});
+  call.Add({std::to_string(imported.file), imported.reader, imported.withoutEffect});
   if (imported.IsThere()) {
     call.descriptors.push_back(imported.file);
   }
 }
 
 ImportedFile importedOf(std::span<const std::string> words) {
-  return {std::stoi(words[0]), words[1]};
+  return {std::stoi(words[0]), words[1], words[2]};
 }
 
 // Which of the options' cuts is that of the job; their number when it has none.

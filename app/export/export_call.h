@@ -21,6 +21,8 @@ struct ImportedFile {
   int file = -1;
   // The importer's name.
   std::string reader{};
+  // The options that were given and that the importer does not have, as the user gives them.
+  std::string withoutEffect{};
 
   bool IsThere() const { return file >= 0; }
 };

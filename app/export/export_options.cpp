@@ -188,8 +188,10 @@ std::vector<Option> listOptions(ExportOptions& options) {
               "",
               setTrue(options.isListing),
               kModelsOnly};
-  list.onlyWith = {"--json",      "--only",         "--exclude",    "--up",      "--source-units",
-                   "--max-nodes", "--max-vertices", "--max-memory", "--max-time"};
+  list.onlyWith = {"--json",          "--only",      "--exclude",      "--up",
+                   "--source-units",  "--importer",  "--tolerance",    "--spaces",
+                   "--allow-outside", "--max-nodes", "--max-vertices", "--max-memory",
+                   "--max-time"};
   Option json{"--json",
               "",
               "List as a JSON document",
@@ -272,6 +274,7 @@ std::vector<Option> exportOptions(ExportOptions& options) {
                {"--plugin", "FILE", "Use another plug-in than the installed one", "a file name",
                 into(options.plugin, parseText)}});
   append(all, {importerOption(options.importers)});
+  append(all, importSettingOptions(options.importSettings));
   append(all, modelFileOptions(options));
   append(all, resourceLimitOptions(options.limits));
   append(all, modelLimitOptions(options.plan.limits));

@@ -9,6 +9,7 @@
 #include "app/cli/command.h"
 #include "app/export/finishing_request.h"
 #include "app/export/output_format.h"
+#include "app/importer/importer.h"
 #include "app/model/linework_options.h"
 #include "app/model/plan_scene.h"
 #include "app/model/sheet_layout.h"
@@ -76,6 +77,8 @@ struct ExportOptions {
   std::string plugin;
   // Descriptions of importers beside those that are installed.
   std::vector<std::string> importers;
+  // --tolerance and --spaces, where they are given.
+  ImportSettings importSettings;
   // Whether a model may refer to files outside its directory.
   bool allowsOutside = false;
   // For one model.

@@ -49,13 +49,22 @@ std::string absentFilesOf(const ModelFiles& files) {
   return text;
 }
 
-// "; read by NAME", and what the importer has left out.
-std::string statementOf(const ModelSource& source) {
-  std::string text = "; read by " + source.importer;
+// What an importer has read and left out, and the options that the reader, whichever it is, does
+// not have.
+std::string statementOf(const ModelSource& source, const ImportedFile& imported,
+                        const ImportSettings& settings) {
+  std::string text;
+  if (imported.IsThere()) {
+    text += "; read by " + source.importer;
+  }
   for (const std::string& note : source.notes) {
     text += "; " + note;
   }
-  return text;
+  // assimp divides curved faces as it likes.
+  const std::string withoutEffect = imported.IsThere()               ? imported.withoutEffect
+                                    : settings.contains("tolerance") ? "--tolerance"
+                                                                     : "";
+  return withoutEffect.empty() ? text : text + "; no effect: " + withoutEffect;
 }
 
 ModelError sceneFailure(const KtSceneError& error) {
@@ -152,7 +161,7 @@ class ExportTask {
       report_.summaryBeforeTime = summary.beforeTime;
       report_.summaryAfterTime = summary.afterTime + finishingSummary(finishing_, completed) +
                                  absentFilesOf(*model.files) +
-                                 (imported_.IsThere() ? statementOf(model.source) : "");
+                                 statementOf(model.source, imported_, options_.importSettings);
       if (!options_.batch.report.empty()) {
         report_.facts = factsOfModel(job_.model, model.source.importer, plan.content, counts);
       }

@@ -14,7 +14,8 @@ namespace dxf2d {
 inline Model readExportedModel(const std::string& path, const ExportOptions& options,
                                const ImportedFile& imported) {
   if (!imported.IsThere()) {
-    return readModel(path, options.plan.up, options.allowsOutside);
+    return readModel(
+        path, {options.plan.up, options.allowsOutside, options.importSettings.contains("spaces")});
   }
   return readImportedModel("/proc/self/fd/" + std::to_string(imported.file), path, imported.reader);
 }

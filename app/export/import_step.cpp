@@ -54,6 +54,24 @@ Option importerOption(std::vector<std::string>& importers) {
   return option;
 }
 
+std::vector<Option> importSettingOptions(ImportSettings& settings) {
+  const auto takeTolerance = [&settings](const std::string& text) {
+    const std::optional<double> length = parseNumber(text);
+    settings["tolerance"] = normalized(text);
+    return length && *length > 0.0;
+  };
+  const auto takeSpaces = [&settings](const std::string&) {
+    settings["spaces"] = "";
+    return true;
+  };
+  return {{"--tolerance", "LENGTH",
+           "How far the triangles of curved faces may be from them, in the model's units; for STEP "
+           "and IGES (default: 1/2000 of the model's size)",
+           "a number above 0", takeTolerance, AppliesTo::kModelsOnly},
+          {"--spaces", "", "Also draw the spaces of IFC models, such as rooms", "", takeSpaces,
+           AppliesTo::kModelsOnly}};
+}
+
 bool ImportStep::Find(const std::string& model, const ExportOptions& options) {
   if (isSceneFile(model)) {
     return false;
@@ -67,16 +85,26 @@ bool ImportStep::Find(const std::string& model, const ExportOptions& options) {
   model_ = model;
   allowsOutside_ = options.allowsOutside;
   importer_ = *importer;
+  settings_ = options.importSettings;
   return true;
 }
 
 int ImportStep::Run(InputTask& work, std::uint64_t& peakMemory) {
   imported_.emplace(*importer_);
-  return imported_->Run(*importer_, model_, work, allowsOutside_, peakMemory);
+  return imported_->Run(*importer_, settings_, model_, work, allowsOutside_, peakMemory);
 }
 
 ImportedFile ImportStep::File() const {
-  return imported_ ? ImportedFile{imported_->File(), imported_->Reader()} : ImportedFile{};
+  if (!imported_) {
+    return {};
+  }
+  ImportedFile file{imported_->File(), imported_->Reader()};
+  for (const auto& [name, value] : settings_) {
+    if (!importer_->options.contains(name)) {
+      file.withoutEffect += (file.withoutEffect.empty() ? "--" : ", --") + name;
+    }
+  }
+  return file;
 }
 
 }  // namespace dxf2d

@@ -33,6 +33,9 @@ inline constexpr std::array kKnownFormats =
 // --importer, which adds to `importers`.
 Option importerOption(std::vector<std::string>& importers);
 
+// The options that importers have, which store into `settings`.
+std::vector<Option> importSettingOptions(ImportSettings& settings);
+
 // What an importer has made of a model, if there is one for it.
 class ImportStep {
  public:
@@ -51,6 +54,7 @@ class ImportStep {
   std::string model_;
   bool allowsOutside_ = false;
   std::optional<Importer> importer_;
+  ImportSettings settings_;
   std::optional<ImportedModel> imported_;
 };
 

@@ -47,22 +47,11 @@ std::optional<FileState> stateOf(const std::string& path) {
   return error ? std::nullopt : std::optional(state);
 }
 
-std::vector<std::string> filledIn(std::vector<std::string> command, const std::string& model,
-                                  const std::string& result) {
-  for (std::string& word : command) {
-    if (word == "{in}") {
-      word = model;
-    } else if (word == "{out}") {
-      word = result;
-    }
-  }
-  return command;
-}
-
 }  // namespace
 
-int ImportedModel::Run(const Importer& importer, const std::string& model, InputTask& work,
-                       bool allowsOutside, std::uint64_t& peakMemory) {
+int ImportedModel::Run(const Importer& importer, const ImportSettings& settings,
+                       const std::string& model, InputTask& work, bool allowsOutside,
+                       std::uint64_t& peakMemory) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(model, error);
   if (!std::filesystem::is_regular_file(status)) {
@@ -79,7 +68,7 @@ int ImportedModel::Run(const Importer& importer, const std::string& model, Input
                    allowsOutside ? "/" : std::filesystem::path(path).parent_path().string(), path,
                    importer.directory},
                   {result_.Number(), messages_.Number()}};
-  call.Add(filledIn(importer.command, path, result_.Path()));
+  call.Add(commandFor(importer, settings, path, result_.Path()));
   std::optional<int> end;
   const int code = work.RunProgram(call, end, peakMemory);
   if (code != kExitDone) {

@@ -25,11 +25,12 @@ class ImportedModel {
   explicit ImportedModel(const Importer& importer) : reader_(importer.name) {}
 
   // Runs the importer on `model` within the limits of `work`; with `allowsOutside` it may read
-  // everything. Returns an ExitCode, with a message printed unless that is kExitDone; the last line
-  // that the importer printed on standard error is its reason for a failure. Adds the bytes that it
-  // took at most to `peakMemory` when that is more.
-  int Run(const Importer& importer, const std::string& model, InputTask& work, bool allowsOutside,
-          std::uint64_t& peakMemory);
+  // everything. Options that it does not have are passed over. Returns an ExitCode, with a message
+  // printed unless that is kExitDone; the last line that the importer printed on standard error is
+  // its reason for a failure. Adds the bytes that it took at most to `peakMemory` when that is
+  // more.
+  int Run(const Importer& importer, const ImportSettings& settings, const std::string& model,
+          InputTask& work, bool allowsOutside, std::uint64_t& peakMemory);
 
   // The binary glTF, for the worker that reads it.
   int File() const { return result_.Number(); }

@@ -1,6 +1,7 @@
 // Importer programs: readers of model formats that are programs of their own.
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,9 +25,20 @@ struct Importer {
   // The program and its arguments, in which "{in}" and "{out}" stand for the model and for the
   // binary glTF to write.
   std::vector<std::string> command;
+  // By what users can ask for ("tolerance", "spaces"): the words before "{in}" that ask the program
+  // for it, in which "{value}" stands for its value.
+  std::map<std::string, std::vector<std::string>> options;
   // Of the description; the importer may read and run what is in it.
   std::string directory;
 };
+
+// What the user asks of the importer of a model: values by names, empty for flags.
+using ImportSettings = std::map<std::string, std::string>;
+
+// The words that have the importer read `model` and write `result`. What it has no option for is
+// left out.
+std::vector<std::string> commandFor(const Importer& importer, const ImportSettings& settings,
+                                    const std::string& model, const std::string& result);
 
 // Reads a description, a JSON file. A program whose name begins with "./" is made a path in the
 // description's directory. Throws UsageError, which names the file and the member at fault.

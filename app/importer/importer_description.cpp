@@ -2,6 +2,8 @@
 #include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
+#include <string_view>
+#include <utility>
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
@@ -11,6 +13,8 @@ namespace dxf2d {
 namespace {
 
 using Json = nlohmann::json;
+
+constexpr std::string_view kValue = "{value}";
 
 constexpr const char* kFix = "fix the file, or remove it";
 
@@ -36,6 +40,7 @@ class DescriptionReader {
     for (const Json& format : json["formats"]) {
       importer.formats.push_back(Format(format));
     }
+    ReadOptions(json, importer);
     return importer;
   }
 
@@ -87,10 +92,46 @@ class DescriptionReader {
     return format;
   }
 
+  void ReadOptions(const Json& json, Importer& importer) const {
+    if (!json.contains("options")) {
+      return;
+    }
+    if (!json["options"].is_object()) {
+      Fail("'options' is not an object");
+    }
+    for (const auto& [name, words] : json["options"].items()) {
+      importer.options[name] = Texts(json["options"], name);
+    }
+  }
+
   const std::string& path_;
 };
 
 }  // namespace
+
+std::vector<std::string> commandFor(const Importer& importer, const ImportSettings& settings,
+                                    const std::string& model, const std::string& result) {
+  std::vector<std::string> command;
+  for (const std::string& word : importer.command) {
+    if (word != "{in}") {
+      command.push_back(word == "{out}" ? result : word);
+      continue;
+    }
+    for (const auto& [name, value] : settings) {
+      const auto option = importer.options.find(name);
+      if (option != importer.options.end()) {
+        for (std::string more : option->second) {
+          if (const std::size_t at = more.find(kValue); at != std::string::npos) {
+            more.replace(at, kValue.size(), value);
+          }
+          command.push_back(std::move(more));
+        }
+      }
+    }
+    command.push_back(model);
+  }
+  return command;
+}
 
 Importer readImporter(const std::string& path) { return DescriptionReader(path).Read(); }
 

@@ -156,17 +156,19 @@ Model::Model() = default;
 Model::Model(Model&&) noexcept = default;
 Model::~Model() = default;
 
-Model readModel(const std::string& path, UpAxis up, bool allowsOutside) {
+Model readModel(const std::string& path, const ReadOptions& options) {
   checkReadable(path);
   Model model;
   model.files = std::make_unique<ModelFiles>();
   model.importer = std::make_unique<Assimp::Importer>();
   // The importer deletes it.
   model.importer->SetIOHandler(
-      std::make_unique<ModelFileSystem>(path, allowsOutside, *model.files).release());
-  if (up != UpAxis::kAuto) {
+      std::make_unique<ModelFileSystem>(path, options.allowsOutside, *model.files).release());
+  if (options.up != UpAxis::kAuto) {
     model.importer->SetPropertyBool(AI_CONFIG_IMPORT_COLLADA_IGNORE_UP_DIRECTION, true);
   }
+  model.importer->SetPropertyBool(AI_CONFIG_IMPORT_IFC_SKIP_SPACE_REPRESENTATIONS,
+                                  !options.hasSpaces);
   // No post-processing: triangles and joined vertices would only be in the way of the outline,
   // which welds by itself.
   model.scene = readScene(path, *model.importer, model.source);

@@ -29,10 +29,17 @@ struct Model {
   ModelSource source;
 };
 
-// Reads the model at `path`. `up` only says whether the file's own statement about its axes is
-// wanted (see uprightTurn). Files outside the model's directory are read only if `allowsOutside` is
-// true. Throws ModelError, also when a file cannot be read to its end, changes meanwhile, or when
-// all that the model shows is missing; and std::bad_alloc.
-Model readModel(const std::string& path, UpAxis up, bool allowsOutside = false);
+struct ReadOptions {
+  // Only says whether the file's own statement about its axes is wanted (see uprightTurn).
+  UpAxis up = UpAxis::kAuto;
+  // Whether files outside the model's directory are read.
+  bool allowsOutside = false;
+  // Whether the spaces of IFC models are read.
+  bool hasSpaces = false;
+};
+
+// Reads the model at `path`. Throws ModelError, also when a file cannot be read to its end, changes
+// meanwhile, or when all that the model shows is missing; and std::bad_alloc.
+Model readModel(const std::string& path, const ReadOptions& options = {});
 
 }  // namespace dxf2d

@@ -43,6 +43,13 @@ function nameOf(line) {
   return typeof name === 'string' ? name.trim() : '';
 }
 
+// Spaces are numbered by their names, and called what people call them by their long ones.
+function nameOfProduct(line) {
+  const name = nameOf(line);
+  const longName = line?.LongName?.value;
+  return typeof longName === 'string' && longName.trim() !== '' ? longName.trim() : name;
+}
+
 const idsOf = (references) => (references ?? []).map((reference) => reference?.value).filter(Number.isInteger);
 
 // By product or spatial element, what it is in; and the type of each product.
@@ -65,6 +72,7 @@ function relationsOf(lines) {
 class SceneBuilder {
   constructor(api, web, model) {
     this.api = api;
+    this.web = web;
     this.model = model;
     this.lines = new Lines(api, web, model);
     this.relations = relationsOf(this.lines);
@@ -79,8 +87,12 @@ class SceneBuilder {
     this.lost = 0;
   }
 
-  run() {
+  // web-ifc streams spaces only where they are asked for.
+  run(hasSpaces) {
     this.api.StreamAllMeshes(this.model, (mesh) => this.addProduct(mesh));
+    if (hasSpaces) {
+      this.api.StreamAllMeshesWithTypes(this.model, [this.web.IFCSPACE], (mesh) => this.addProduct(mesh));
+    }
     if (this.meshes.length === 0) {
       throw new ReadError('it has no bodies');
     }
@@ -209,7 +221,7 @@ class SceneBuilder {
     const line = this.lines.get(id);
     const container = this.relations.parents.has(id) ? this.groupOf(this.relations.parents.get(id)) : null;
     const parent = this.typeGroupOf(id, container?.node ?? null);
-    const node = this.nodes[this.addNode(nameOf(line) || this.lines.className(line ?? { type: 0 }), parent)];
+    const node = this.nodes[this.addNode(nameOfProduct(line) || this.lines.className(line ?? { type: 0 }), parent)];
     // The first piece's frame is the node's, so that products which differ by their places share a mesh.
     const frame = inverse(pieces[0].matrix) === null ? IDENTITY : pieces[0].matrix;
     const parts = pieces.map((piece) => ({ ...piece, matrix: product(inverse(frame), piece.matrix) }));

@@ -136,7 +136,7 @@ class HouseWriter {
     if (hasSpace) {
       const std::string at = Place(place, {1, 1, 0});
       Aggregate(storey, {Root("IFCSPACE", "'Room',$,$," + at + "," + Shape(Box({3, 3, 2.5})) +
-                                              ",$,.ELEMENT.,.INTERNAL.,$")});
+                                              ",'Living room',.ELEMENT.,.INTERNAL.,$")});
     }
     return storey;
   }
@@ -218,6 +218,16 @@ TEST_F(IfcNames, AreThoseOfProductsWithoutSpacesAndOpenings) {
   EXPECT_NE(out_.find("Window 2"), std::string::npos) << out_;
   EXPECT_EQ(out_.find("Room"), std::string::npos) << out_;
   EXPECT_EQ(out_.find("Hole"), std::string::npos) << out_;
+}
+
+TEST_F(IfcNames, OfSpacesAreTheLongOnesWhereSpacesAreWanted) {
+  const std::string house = Write("house.ifc", HouseWriter({"IFC4", "MILLI", {}}).Text());
+  ASSERT_EQ(Run("export --list --json --spaces " + house), kExitDone) << error_;
+  EXPECT_NE(out_.find("Living room"), std::string::npos) << out_;
+  EXPECT_EQ(out_.find("Hole"), std::string::npos) << out_;
+  ASSERT_EQ(Run("export --spaces " + house + " -o " + Path("out.dxf")), kExitDone) << error_;
+  EXPECT_NE(out_.find(": 9 objects"), std::string::npos) << out_;
+  EXPECT_EQ(out_.find("no effect"), std::string::npos) << out_;
 }
 
 TEST_P(IfcImport, LiesWhereItsSiteIsToTheMicrometer) {

@@ -49,6 +49,18 @@ TEST_F(StepImport, RoundFacesHaveNoFacetsAndNoSeams) {
   ExpectSummary("2 closed");
 }
 
+TEST_F(StepImport, TheToleranceIsThatOfCurvedFaces) {
+  const std::string model = Assembly("fixture.step");
+  const auto verticesAt = [&](const std::string& tolerance) {
+    EXPECT_EQ(Export(model, "--only pin --tolerance " + tolerance), kExitDone) << error_;
+    const std::size_t end = out_.find(" vertices");
+    return std::stoi(out_.substr(out_.rfind(' ', end - 1) + 1));
+  };
+  EXPECT_GT(verticesAt("0.0001"), 2 * verticesAt("0.1"));
+  EXPECT_EQ(Export(model, "--tolerance 0"), kExitUsage);
+  ExpectOneSentence();
+}
+
 TEST_F(StepImport, EdgesStandInForCreases) {
   const std::string model = Assembly("fixture.step");
   ASSERT_EQ(Export(model, "--view iso --hidden remove --only plate --layers kind"), kExitDone);

@@ -70,6 +70,19 @@ TEST_F(Import, FarFromItsOriginAModelIsDrawnAsNearIt) {
   EXPECT_EQ(verticesOfCutAt("5400000.5"), near);
 }
 
+TEST_F(Import, OptionsThatTheReaderDoesNotHaveAreTold) {
+  const std::string hill = Write("models/hill.asc", kGrid);
+  const std::string arguments = " -f -o " + Path("hill.dxf") + " --tolerance 2";
+  ASSERT_EQ(
+      Run("export " + hill + arguments + " --spaces", "DXF2D_IMPORTER_PATH='" EXAMPLE_IMPORTER "'"),
+      kExitDone)
+      << error_;
+  EXPECT_NE(out_.find("; no effect: --spaces, --tolerance"), std::string::npos) << out_;
+  const std::string face = Write("models/face.off", "OFF\n3 1 0\n0 0 0\n1 0 0\n0 1 0\n3 0 1 2\n");
+  ASSERT_EQ(Run("export " + face + arguments), kExitDone) << error_;
+  EXPECT_NE(out_.find("; no effect: --tolerance"), std::string::npos) << out_;
+}
+
 TEST_F(Import, ImportersAreFoundByTheirFormatsFirstBytes) {
   Write("models/hill.txt", kGrid);
   EXPECT_EQ(Run("export " + Path("models/hill.txt") + " -o " + Path("hill.dxf"),

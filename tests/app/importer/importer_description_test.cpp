@@ -42,6 +42,20 @@ TEST_F(ImporterDescription, SaysWhatIsReadAndHowToCallIt) {
   EXPECT_EQ(importer.command.back(), "{out}");
 }
 
+TEST_F(ImporterDescription, OptionsStandBeforeTheModel) {
+  const Importer importer = readImporter(
+      Write("options.json",
+            R"({"name": "a", "version": "1", "formats": [{"name": "F", "extensions": [".f"]}],
+          "options": {"tolerance": ["--step={value}", "--most", "{value}"], "spaces": ["-s"]},
+          "command": ["read", "{out}", "{in}", "end"]})"));
+  using Words = std::vector<std::string>;
+  EXPECT_EQ(commandFor(importer, {}, "m.f", "r"), (Words{"read", "r", "m.f", "end"}));
+  EXPECT_EQ(commandFor(importer, {{"tolerance", "0.5"}, {"other", "1"}}, "m.f", "r"),
+            (Words{"read", "r", "--step=0.5", "--most", "0.5", "m.f", "end"}));
+  EXPECT_EQ(commandFor(importer, {{"spaces", ""}}, "m.f", "r"),
+            (Words{"read", "r", "-s", "m.f", "end"}));
+}
+
 TEST_F(ImporterDescription, FaultsAreNamed) {
   EXPECT_EQ(ProblemOf("nothing"), "is not the description of an importer: it is not a JSON object");
   EXPECT_EQ(ProblemOf("{}"), "is not the description of an importer: 'name' is not a text");

@@ -42,7 +42,7 @@ class StatedUnit : public testing::Test {
   }
 
   static PlanScene DrawnIn(const std::string& path, LengthUnit unit) {
-    const Model model = readModel(path, UpAxis::kZ);
+    const Model model = readModel(path, {UpAxis::kZ});
     PlanOptions options;
     options.up = UpAxis::kZ;
     options.units = unit;
@@ -243,7 +243,7 @@ TEST_F(StatedUnit, WithoutAnyTheUserMustGiveIt) {
   } catch (const UsageError& error) {
     EXPECT_NE(std::string(error.what()).find("--source-units"), std::string::npos);
   }
-  const Model model = readModel(path, UpAxis::kAuto);
+  const Model model = readModel(path);
   EXPECT_FALSE(model.source.unit.IsKnown());
   PlanOptions options;
   options.sourceUnits = kInch;
@@ -254,7 +254,8 @@ TEST_F(StatedUnit, WithoutAnyTheUserMustGiveIt) {
 }
 
 TEST_F(StatedUnit, TheFilesOwnUnitWins) {
-  const Model model = readModel(Write("mm.amf", filled(kAmf, {"millimeter", "1000"})), UpAxis::kZ);
+  const Model model =
+      readModel(Write("mm.amf", filled(kAmf, {"millimeter", "1000"})), {UpAxis::kZ});
   PlanOptions options;
   options.sourceUnits = kInch;
   options.units = kMeter;

@@ -87,7 +87,7 @@ PlanScene planThroughAssimp(const std::string& path, const PlanOptions& options)
 }
 
 void expectTheSamePlan(const std::string& path, const PlanOptions& options) {
-  const Model model = readModel(path, UpAxis::kAuto);
+  const Model model = readModel(path);
   const PlanScene plan = makePlanScene(*model.scene, model.source, options);
   const PlanScene expected = planThroughAssimp(path, options);
   EXPECT_EQ(coordsOf(plan), coordsOf(expected));
@@ -98,7 +98,7 @@ void expectTheSamePlan(const std::string& path, const PlanOptions& options) {
 
 TEST_F(StlFile, GivesThePlanThatAssimpWouldGive) {
   const std::string path = Write(stlOf(randomTriangles(300)));
-  ASSERT_NE(readModel(path, UpAxis::kAuto).source.triangles, nullptr);
+  ASSERT_NE(readModel(path).source.triangles, nullptr);
   PlanOptions options;
   expectTheSamePlan(path, options);
   options.repair = false;
@@ -113,7 +113,7 @@ TEST_F(StlFile, WithColorsOfItsFacesGivesThePlanThatAssimpWouldGive) {
 
 TEST_F(StlFile, IsFoundUnderAnExtensionInCapitals) {
   const std::string path = Write(stlOf(randomTriangles(3)), "MODEL.STL");
-  EXPECT_NE(readModel(path, UpAxis::kAuto).source.triangles, nullptr);
+  EXPECT_NE(readModel(path).source.triangles, nullptr);
 }
 
 TEST_F(StlFile, LeavesWhatIsUnusualToAssimp) {
@@ -132,7 +132,7 @@ TEST_F(StlFile, LeavesWhatIsUnusualToAssimp) {
 TEST_F(StlFile, WithACoordinateThatIsNotFiniteIsRefusedWithTheNumberOfTheVertex) {
   std::vector<Triangle> triangles = randomTriangles(4);
   triangles[2][4] = std::numeric_limits<float>::quiet_NaN();
-  const Model model = readModel(Write(stlOf(triangles)), UpAxis::kAuto);
+  const Model model = readModel(Write(stlOf(triangles)));
   try {
     makePlanScene(*model.scene, model.source, {});
     FAIL();
@@ -146,7 +146,7 @@ constexpr std::size_t kManyTriangles = 2000;
 
 TEST_F(StlFile, ThatShrinksWhileItIsReadIsRefused) {
   const std::string path = Write(stlOf(randomTriangles(kManyTriangles)));
-  const Model model = readModel(path, UpAxis::kAuto);
+  const Model model = readModel(path);
   ASSERT_EQ(truncate(path.c_str(), 200), 0);
   EXPECT_THROW(makePlanScene(*model.scene, model.source, {}), Failure);
   EXPECT_FALSE(model.source.triangles->IsWhole());
@@ -154,7 +154,7 @@ TEST_F(StlFile, ThatShrinksWhileItIsReadIsRefused) {
 
 TEST_F(StlFile, ThatIsWrittenWhileItIsReadIsRefused) {
   const std::string path = Write(stlOf(randomTriangles(kManyTriangles)));
-  const Model model = readModel(path, UpAxis::kAuto);
+  const Model model = readModel(path);
   const timespec longAgo[2] = {{1, 0}, {1, 0}};
   ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), longAgo, 0), 0);
   EXPECT_THROW(makePlanScene(*model.scene, model.source, {}), Failure);
