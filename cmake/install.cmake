@@ -50,7 +50,7 @@ if(TARGET dxf2d)
   file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_PREFIX}/${worker_directory}
        ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(dxf2d-worker PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
-  install(TARGETS dxf2d-worker RUNTIME DESTINATION ${worker_directory})
+  install(TARGETS dxf2d-worker dxf2d-unpack RUNTIME DESTINATION ${worker_directory})
 endif()
 
 # find_package(KtScene)

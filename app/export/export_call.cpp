@@ -13,17 +13,18 @@ namespace {
 constexpr std::size_t kJobWords = 5;
 
 // Those of ImportedFile.
-constexpr std::size_t kImportedWords = 3;
+constexpr std::size_t kImportedWords = 4;
 
 void addImported(const ImportedFile& imported, WorkerCall& call) {
-  call.Add({std::to_string(imported.file), imported.reader, imported.withoutEffect});
+  call.Add(
+      {std::to_string(imported.file), imported.reader, imported.withoutEffect, imported.unpacked});
   if (imported.IsThere()) {
     call.descriptors.push_back(imported.file);
   }
 }
 
 ImportedFile importedOf(std::span<const std::string> words) {
-  return {std::stoi(words[0]), words[1], words[2]};
+  return {std::stoi(words[0]), words[1], words[2], words[3]};
 }
 
 // Which of the options' cuts is that of the job; their number when it has none.

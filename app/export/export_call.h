@@ -15,14 +15,16 @@ inline constexpr const char* kExportTask = "export";
 inline constexpr const char* kListTask = "list";
 inline constexpr const char* kFormatsTask = "formats";
 
-// What an importer program has made of a model.
+// What was made of a model before the worker reads it.
 struct ImportedFile {
-  // The open binary glTF; -1 for a model that the worker reads itself.
+  // The binary glTF of an importer program, open; -1 for a model that the worker reads itself.
   int file = -1;
   // The importer's name.
   std::string reader{};
   // The options that were given and that the importer does not have, as the user gives them.
   std::string withoutEffect{};
+  // The path of a model that was packed; empty for others.
+  std::string unpacked{};
 
   bool IsThere() const { return file >= 0; }
 };

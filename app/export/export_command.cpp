@@ -17,6 +17,7 @@
 #include "app/export/line_options.h"
 #include "app/export/model_ends.h"
 #include "app/export/model_list.h"
+#include "app/importer/unpacked_model.h"
 #include "app/output/destination.h"
 #include "app/process/file_identity.h"
 
@@ -95,10 +96,11 @@ void checkBatchOptions(const ExportOptions& options, bool isForSeveral) {
   }
 }
 
-// Files in folders whose ends importers know; not what is more often a drawing than a model.
+// Files in folders that are models by their names; not what is more often a drawing.
 bool isModelIn(const std::vector<std::string>& ends, const std::string& path) {
   const std::string end = normalized(std::filesystem::path(path).extension().string());
-  return end != ".dxf" && std::ranges::find(ends, end) != ends.end();
+  return (end != ".dxf" && std::ranges::find(ends, end) != ends.end()) ||
+         UnpackedModel::IsPackedModel(path, ends);
 }
 
 batch::Inputs inputsOf(const ExportOptions& options) {

@@ -22,6 +22,11 @@ inline Confinement rulesFor(const std::string& model, const ExportOptions& optio
     rules.reopened.push_back(imported.file);
     return rules;
   }
+  if (!imported.unpacked.empty()) {
+    // Alone in its directory with what was packed with it.
+    rules.readable.push_back(directoryOf(imported.unpacked));
+    return rules;
+  }
   rules.readable.push_back(model);
   if (!isSceneFile(model) && options.allowsOutside) {
     rules.readable.emplace_back("/");

@@ -128,7 +128,7 @@ int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& opti
   };
   ImportStep import;
   int code = kExitDone;
-  if (import.Find(job.model, options)) {
+  if (import.IsNeeded(job.model, options)) {
     beginStage("importing");
     code = import.Run(work, news.peakMemory);
   }

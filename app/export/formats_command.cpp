@@ -13,6 +13,7 @@
 #include "app/export/import_step.h"
 #include "app/export/model_ends.h"
 #include "app/importer/importer.h"
+#include "app/importer/unpacked_model.h"
 
 namespace dxf2d {
 namespace {
@@ -60,6 +61,7 @@ std::vector<ReadableFormat> findFormats(const FormatsOptions& options) {
       formats.push_back(std::move(format));
     }
   }
+  formats.push_back({"Packed model", UnpackedModel::Ends(), "dxf2d-unpack and the model's reader"});
   for (const ModelReader& reader : modelReaders({})) {
     formats.push_back({reader.name, reader.ends, "assimp"});
   }

@@ -27,10 +27,10 @@ const Importer* importerOf(const std::vector<Importer>& importers, const std::st
   return std::ranges::find(known, end) == known.end() ? importer : nullptr;
 }
 
-// Throws Failure for a format of an importer that is not installed: what else would
-// read such files only says that it cannot.
-void checkInstalled(const std::string& model) {
-  const std::string end = normalized(std::filesystem::path(model).extension().string());
+// Throws Failure, for the file at `path` of `model`, when only an importer that is not installed
+// reads its format: what else would read such files only says that it cannot.
+void checkInstalled(const std::string& path, const std::string& model) {
+  const std::string end = normalized(std::filesystem::path(path).extension().string());
   for (const KnownFormat& format : kKnownFormats) {
     if (format.hasNoOther && !end.empty() &&
         std::ranges::find(format.ends, end) != format.ends.end()) {
@@ -72,34 +72,66 @@ std::vector<Option> importSettingOptions(ImportSettings& settings) {
            AppliesTo::kModelsOnly}};
 }
 
-bool ImportStep::Find(const std::string& model, const ExportOptions& options) {
+bool ImportStep::IsNeeded(const std::string& model, const ExportOptions& options) {
   if (isSceneFile(model)) {
     return false;
   }
-  const std::vector<Importer> importers = findImporters(options.importers);
-  const Importer* const importer = importerOf(importers, model, options);
+  model_ = model;
+  options_ = &options;
+  const bool hasImporter = FindImporter(model);
+  return hasImporter || UnpackedModel::IsPacked(model);
+}
+
+bool ImportStep::FindImporter(const std::string& path) {
+  const std::vector<Importer> importers = findImporters(options_->importers);
+  const Importer* const importer = importerOf(importers, path, *options_);
   if (importer == nullptr) {
-    checkInstalled(model);
+    checkInstalled(path, model_);
     return false;
   }
-  model_ = model;
-  allowsOutside_ = options.allowsOutside;
   importer_ = *importer;
-  settings_ = options.importSettings;
   return true;
 }
 
+int ImportStep::Unpack(InputTask& work, std::uint64_t& peakMemory) {
+  std::vector<std::string> ends = readerEnds(*options_);
+  const std::vector<std::string> more = importerEnds(*options_);
+  ends.insert(ends.end(), more.begin(), more.end());
+  for (const KnownFormat& format : kKnownFormats) {
+    ends.insert(ends.end(), format.ends.begin(), format.ends.end());
+  }
+  std::erase(ends, "");
+  unpacked_.emplace();
+  return unpacked_->Run(model_, ends, work, peakMemory);
+}
+
 int ImportStep::Run(InputTask& work, std::uint64_t& peakMemory) {
+  if (!importer_) {
+    if (const int code = Unpack(work, peakMemory); code != kExitDone) {
+      return code;
+    }
+    work.UseUnpacked(unpacked_->Path());
+    if (!FindImporter(unpacked_->Path())) {
+      return kExitDone;
+    }
+  }
   imported_.emplace(*importer_);
-  return imported_->Run(*importer_, settings_, model_, work, allowsOutside_, peakMemory);
+  return imported_->Run(*importer_, options_->importSettings,
+                        {unpacked_ ? unpacked_->Path() : model_, model_}, work,
+                        options_->allowsOutside, peakMemory);
 }
 
 ImportedFile ImportStep::File() const {
-  if (!imported_) {
-    return {};
+  ImportedFile file;
+  if (unpacked_) {
+    file.unpacked = unpacked_->Path();
   }
-  ImportedFile file{imported_->File(), imported_->Reader()};
-  for (const auto& [name, value] : settings_) {
+  if (!imported_) {
+    return file;
+  }
+  file.file = imported_->File();
+  file.reader = imported_->Reader();
+  for (const auto& [name, value] : options_->importSettings) {
     if (!importer_->options.contains(name)) {
       file.withoutEffect += (file.withoutEffect.empty() ? "--" : ", --") + name;
     }

@@ -12,6 +12,7 @@
 #include "app/export/export_call.h"
 #include "app/export/export_request.h"
 #include "app/importer/import.h"
+#include "app/importer/unpacked_model.h"
 #include "app/process/input_task.h"
 
 namespace dxf2d {
@@ -36,25 +37,30 @@ Option importerOption(std::vector<std::string>& importers);
 // The options that importers have, which store into `settings`.
 std::vector<Option> importSettingOptions(ImportSettings& settings);
 
-// What an importer has made of a model, if there is one for it.
+// What is done to a model before a worker reads it: it is unpacked if it is packed, and imported if
+// there is an importer for it.
 class ImportStep {
  public:
-  // Looks for the importer that knows the model's format: by the end of its name or, where nobody
-  // knows that end, by its first bytes. Returns false when a worker is to read the model. Throws
+  // Returns false when nothing is to be done. The importer is the one that knows the model's
+  // format: by the end of its name or, where nobody knows that end, by its first bytes. Throws
   // UsageError for a description that is not valid, and Failure when the importer is not installed.
-  bool Find(const std::string& model, const ExportOptions& options);
-  // Runs the importer that was found. Returns an ExitCode, with a message printed unless that is
-  // kExitDone. Raises `peakMemory` to the bytes that it took at most.
+  bool IsNeeded(const std::string& model, const ExportOptions& options);
+  // Does it. Returns an ExitCode, with a message printed unless that is kExitDone. Raises
+  // `peakMemory` to the bytes that it took at most. Throws like IsNeeded, for what is unpacked.
   int Run(InputTask& work, std::uint64_t& peakMemory);
 
   // For the worker, as long as this object lives.
   ImportedFile File() const;
 
  private:
+  bool FindImporter(const std::string& path);
+  int Unpack(InputTask& work, std::uint64_t& peakMemory);
+
   std::string model_;
-  bool allowsOutside_ = false;
+  // Outlives this object.
+  const ExportOptions* options_ = nullptr;
+  std::optional<UnpackedModel> unpacked_;
   std::optional<Importer> importer_;
-  ImportSettings settings_;
   std::optional<ImportedModel> imported_;
 };
 

@@ -36,7 +36,7 @@ int listModel(const std::string& path, const ExportOptions& options) {
     std::string list;
     ImportStep import;
     std::uint64_t peakMemory = 0;
-    int code = import.Find(path, options) ? import.Run(work, peakMemory) : kExitDone;
+    int code = import.IsNeeded(path, options) ? import.Run(work, peakMemory) : kExitDone;
     if (code == kExitDone) {
       code = work.Run(callToList(path, options, import.File()), list);
     }

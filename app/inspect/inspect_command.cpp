@@ -1,11 +1,8 @@
 #include "app/inspect/inspect_command.h"
 
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -15,10 +12,9 @@
 #include "app/cli/printable.h"
 #include "app/inspect/inspection_scenes.h"
 #include "app/output/output_file.h"
-#include "app/output/temporary_directory.h"
+#include "app/output/scratch_directory.h"
 #include "app/process/confinement.h"
 #include "app/process/input_task.h"
-#include "app/process/termination_signals.h"
 #include "app/process/worker_process.h"
 
 namespace dxf2d {
@@ -41,33 +37,6 @@ WorkerResult runInTime(const InspectOptions& options, WorkerCall call) {
 std::string timeOf(const InspectOptions& options) {
   return std::to_string(options.time.count()) + " seconds";
 }
-
-// Where the drawings of the walks go, for as long as this lives.
-class ScratchDirectory {
- public:
-  ScratchDirectory() : path_((temporaryDirectory() / "dxf2d-inspect-XXXXXX").string()) {
-    if (mkdtemp(path_.data()) == nullptr) {
-      throw OutputError(
-          kExitOutputNotMade,
-          {temporaryDirectory().string(),
-           std::string("a temporary directory cannot be created in it: ") + std::strerror(errno),
-           "name another in TMPDIR"});
-    }
-  }
-  ~ScratchDirectory() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  ScratchDirectory(const ScratchDirectory&) = delete;
-  ScratchDirectory& operator=(const ScratchDirectory&) = delete;
-
-  const std::string& Path() const { return path_; }
-
- private:
-  // Longer than the directory.
-  ScopedSignalBlock deferred_;
-  std::string path_;
-};
 
 void printResult(const InspectionScene& kind, const std::string& result) {
   std::printf("  %-22s %s\n", kind.name, printable(result).c_str());
@@ -95,7 +64,7 @@ void printEnd(const InspectOptions& options, const InspectionScene& kind, const 
 }
 
 int tryWalks(const InspectOptions& options) {
-  const ScratchDirectory scratch;
+  const ScratchDirectory scratch("dxf2d-inspect");
   std::printf("Walks:\n");
   flushStandardOutput();
   std::size_t failed = 0;

@@ -73,6 +73,7 @@ std::uint64_t memoryLimitOf(const std::string& input, const ResourceLimits& limi
 InputTask::InputTask(std::string reader, std::string input, const ResourceLimits& limits)
     : reader_(std::move(reader)),
       input_(std::move(input)),
+      limits_(limits),
       memory_(memoryLimitOf(input_, limits)),
       isMemoryGranted_(isMemoryGranted(memory_)),
       time_(limits.time),
@@ -101,6 +102,11 @@ int InputTask::RunProgram(const WorkerCall& call, std::optional<int>& end,
     return kExitDone;
   }
   return ReportEnd(result);
+}
+
+void InputTask::UseUnpacked(const std::string& file) {
+  memory_ = memoryLimitOf(file, limits_);
+  isMemoryGranted_ = isMemoryGranted(memory_);
 }
 
 int InputTask::ReportEnd(const WorkerResult& end) const {

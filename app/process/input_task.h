@@ -49,6 +49,8 @@ class InputTask {
   // some runtimes reserve address space by the GiB. Raises `peakMemory` to the bytes that it took
   // at most. What it takes of the time is not left for Run.
   int RunProgram(const WorkerCall& call, std::optional<int>& end, std::uint64_t& peakMemory);
+  // The input was unpacked to `file`: the limit of memory that the user did not give goes by that.
+  void UseUnpacked(const std::string& file);
   // Runs `step` in this process. What it throws is printed and becomes an exit code (see
   // `reporting`); std::bad_alloc becomes kExitLimit.
   int Reporting(const std::function<int()>& step) const;
@@ -63,6 +65,7 @@ class InputTask {
 
   std::string reader_;
   std::string input_;
+  ResourceLimits limits_;
   std::uint64_t memory_;
   // False when the system's own limits are lower.
   bool isMemoryGranted_;

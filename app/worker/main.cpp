@@ -1,7 +1,7 @@
 // dxf2d-worker: what dxf2d does with files that nobody has looked at, one task to a process.
 #include "app/export/worker_tasks.h"
 #include "app/finish/finish_task.h"
-#include "app/importer/import.h"
+#include "app/importer/program_run.h"
 #include "app/inspect/inspect_tasks.h"
 #include "app/preview/preview_task.h"
 #include "app/process/worker_program.h"

@@ -9,14 +9,14 @@
 #include <vector>
 
 #include "app/cli/failure.h"
-#include "app/importer/import.h"
+#include "app/importer/program_run.h"
 #include "app/process/confinement.h"
 
 namespace dxf2d {
 namespace {
 
 // The words of the call before the importer's command.
-enum Word : std::size_t { kResult, kMessages, kReadable, kModel, kOwnDirectory, kCommand };
+enum Word : std::size_t { kResult, kMessages, kReadable, kModel, kOwnFiles, kScratch, kCommand };
 
 // Both streams go to the messages: what the importer prints is for programmers but for its last
 // line.
@@ -27,9 +27,15 @@ bool redirectStreams(int messages) {
 Confinement rulesFor(std::span<const std::string> words, int result, int messages) {
   Confinement rules;
   rules.readable = {words[kReadable], words[kModel]};
-  rules.writable = {result, messages};
+  rules.writable = {messages};
+  if (result >= 0) {
+    rules.writable.push_back(result);
+  }
+  if (!words[kScratch].empty()) {
+    rules.scratch = {words[kScratch]};
+  }
   rules.programs = systemFiles();
-  rules.programs.push_back(words[kOwnDirectory]);
+  rules.programs.push_back(words[kOwnFiles]);
   return rules;
 }
 
