@@ -55,8 +55,9 @@ def repacked(dice, data):
 def repacked_archive(dice, data):
     archive = zipfile.ZipFile(io.BytesIO(data))
     files = {entry: archive.read(entry) for entry in archive.infolist()}
-    # The other files are pictures and lists of contents.
-    model = next(entry for entry in files if entry.filename.lower().endswith((".dae", ".model")))
+    # In formats that are archives, the other files are pictures and lists of contents.
+    model = next((entry for entry in files if entry.filename.lower().endswith((".dae", ".model"))),
+                 max(files, key=lambda entry: len(files[entry])))
     files[model], steps = mutant_of(dice, files[model], files[model])
     packed = io.BytesIO()
     with zipfile.ZipFile(packed, "w", zipfile.ZIP_DEFLATED) as copy:
