@@ -75,3 +75,9 @@ install(FILES ${PROJECT_BINARY_DIR}/ktscene.pc DESTINATION ${CMAKE_INSTALL_LIBDI
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR})
+
+# cmake --build <build> --target uninstall
+add_custom_target(uninstall
+  COMMAND ${CMAKE_COMMAND} -DMANIFEST=${PROJECT_BINARY_DIR}/install_manifest.txt
+    -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake
+  COMMENT "Removing what was installed" VERBATIM)
