@@ -35,6 +35,10 @@ class EqualPoints {
     return table_.Find(hash, [&](Index number) { return points[number] == point; });
   }
   void Keep(std::uint32_t hash, Index number) { table_.Keep(hash, number); }
+  // Find; where there is none, keeps `number`.
+  Index FindOrKeep(std::uint32_t hash, const Point& point, Index number, const Point* points) {
+    return table_.FindOrKeep(hash, number, [&](Index kept) { return points[kept] == point; });
+  }
 
  private:
   SlotTable table_;

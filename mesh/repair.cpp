@@ -86,7 +86,7 @@ RepairCounts& RepairCounts::operator+=(const RepairCounts& other) {
 Repaired repair(PolygonMesh& mesh, const RepairOptions& options) {
   Repaired repaired;
   RepairCounts& counts = repaired.counts;
-  UsedPoints used(mesh);
+  UsedPoints used(mesh, options.arePointsDistinct);
   if (!used.areUsable) {
     counts.notFinite = dropNotFinite(mesh);
     used = UsedPoints(mesh);

@@ -42,6 +42,9 @@ struct RepairOptions {
   std::optional<double> weldShare = std::nullopt;
   // Bodies of parts that look alike and touch in a face are one body.
   Looks looks = {};
+  // What the caller vouches for: no two points are equal, all are usable (isUsablePoint), and each
+  // is used. Saves looking for what is not there.
+  bool arePointsDistinct = false;
 };
 
 // Runs, in this order,

@@ -42,11 +42,24 @@ class SlotTable {
 
   // Keeps `number` under `hash`, behind what is kept there.
   void Keep(std::uint32_t hash, Index number) {
-    if (3 * (count_ + 1) > 2 * slots_.size()) {
-      Grow();
-    }
+    MakeRoom();
     Put({hash, number});
     ++count_;
+  }
+
+  // Find(hash, isSame); where that is kNone, Keep(hash, number) as well.
+  template <class IsSame>
+  Index FindOrKeep(std::uint32_t hash, Index number, IsSame isSame) {
+    MakeRoom();
+    std::size_t i = hash & mask_;
+    for (; slots_[i].number != kNone; i = (i + 1) & mask_) {
+      if (slots_[i].hash == hash && isSame(slots_[i].number)) {
+        return slots_[i].number;
+      }
+    }
+    slots_[i] = {hash, number};
+    ++count_;
+    return kNone;
   }
 
  private:
@@ -59,6 +72,12 @@ class SlotTable {
     constexpr std::size_t kLeastSlots = 16;
     slots_.assign(std::bit_ceil(count < kLeastSlots ? kLeastSlots : count), Slot{});
     mask_ = slots_.size() - 1;
+  }
+  // For one more.
+  void MakeRoom() {
+    if (3 * (count_ + 1) > 2 * slots_.size()) {
+      Grow();
+    }
   }
   void Put(const Slot& slot) {
     std::size_t i = slot.hash & mask_;

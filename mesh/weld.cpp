@@ -53,6 +53,19 @@ Index joinEqual(PolygonMesh& mesh, EqualPoints& equal, const UsedPoints& used, N
   return kept;
 }
 
+// The same, and renumbers the mesh. Returns how many were left out.
+std::size_t weldEqual(PolygonMesh& mesh, const UsedPoints& used) {
+  // A closed surface of triangles has a point for six corners.
+  EqualPoints equal(std::min(used.count, mesh.corners.size() / 6 + mesh.segments.size()));
+  Numbers newIndex(mesh.points.size(), kNone);
+  const Index kept = joinEqual(mesh, equal, used, newIndex);
+  if (kept != mesh.points.size()) {
+    mesh.points.resize(kept);
+    renumber(mesh, newIndex);
+  }
+  return used.count - kept;
+}
+
 // Keeps the points i with joined[i] == i, and turns the other numbers in `joined` into the new ones
 // of those that stay for them.
 void keepJoined(std::vector<Point>& points, Numbers& joined) {
@@ -117,9 +130,7 @@ double usableDistance(double size, double share) {
   return share >= kLeastShare && distance >= kLeastDistance ? distance : 0.0;
 }
 
-}  // namespace
-
-UsedPoints::UsedPoints(const PolygonMesh& mesh) : isUsed(mesh.points.size(), 0) {
+void markUsed(const PolygonMesh& mesh, std::vector<char>& isUsed) {
   for (const Index corner : mesh.corners) {
     isUsed[corner] = 1;
   }
@@ -127,12 +138,21 @@ UsedPoints::UsedPoints(const PolygonMesh& mesh) : isUsed(mesh.points.size(), 0) 
     isUsed[segment.a] = 1;
     isUsed[segment.b] = 1;
   }
+}
+
+}  // namespace
+
+UsedPoints::UsedPoints(const PolygonMesh& mesh, bool areKnownDistinct)
+    : isUsed(areKnownDistinct ? 0 : mesh.points.size(), 0), areDistinct(areKnownDistinct) {
+  if (!areDistinct) {
+    markUsed(mesh, isUsed);
+  }
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   Point least = {kInfinity, kInfinity, kInfinity};
   Point greatest = {-kInfinity, -kInfinity, -kInfinity};
   bool isUsable = true;
   for (std::size_t i = 0; i < mesh.points.size(); ++i) {
-    if (isUsed[i] == 0) {
+    if (!areDistinct && isUsed[i] == 0) {
       continue;
     }
     ++count;
@@ -158,25 +178,15 @@ double UsedPoints::DefaultWeldDistance() const { return usableDistance(extent, k
 std::size_t weld(PolygonMesh& mesh, const UsedPoints& used, double distance) {
   // Nearly all points that coincide are equal, and what equals a kept point has the same kept ones
   // near it: so those are joined first, and the few that are near, but not equal, after them.
-  // A closed surface of triangles has a point for six corners.
-  EqualPoints equal(std::min(used.count, mesh.corners.size() / 6 + mesh.segments.size()));
-  Numbers newIndex(mesh.points.size(), kNone);
-  const Index kept = joinEqual(mesh, equal, used, newIndex);
-  const bool isSame = kept == mesh.points.size();
-  mesh.points.resize(kept);
+  const std::size_t equal = used.areDistinct ? 0 : weldEqual(mesh, used);
   Numbers joined = joinNear(mesh.points, used.box, distance);
   if (joined.empty()) {
-    if (!isSame) {
-      renumber(mesh, newIndex);
-    }
-    return used.count - kept;
+    return equal;
   }
+  const std::size_t before = mesh.points.size();
   keepJoined(mesh.points, joined);
-  for (Index& index : newIndex) {
-    index = index == kNone ? kNone : joined[index];
-  }
-  renumber(mesh, newIndex);
-  return used.count - mesh.points.size();
+  renumber(mesh, joined);
+  return equal + before - mesh.points.size();
 }
 
 void dropUnusedPoints(PolygonMesh& mesh) {

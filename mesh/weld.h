@@ -24,7 +24,11 @@ struct UsedPoints {
   // makes a box that large, and it must not make the points of the rest coincide.
   double extent = 0.0;
 
-  explicit UsedPoints(const PolygonMesh& mesh);
+  // Whether no two of the points are equal and all are used; nothing is in isUsed then.
+  bool areDistinct = false;
+
+  // `areKnownDistinct`: what areDistinct says, known beforehand.
+  explicit UsedPoints(const PolygonMesh& mesh, bool areKnownDistinct = false);
 
   // Distances within which points of the object coincide, in units of the mesh; 0 where doubles
   // cannot tell them apart: `share` of the diagonal, and kDefaultWeldShare of the extent.

@@ -59,6 +59,11 @@ MeshContent checkMesh(const SourceMesh& mesh, std::string& fault) {
     fault = "vertex " + std::to_string(broken) + " is not finite";
     return content;
   }
+  if (mesh.Triangles() != nullptr) {
+    content.polygons = mesh.FaceCount();
+    content.polygonCorners = vertexCount;
+    return content;
+  }
   std::size_t number = 0;
   mesh.VisitFaces([&](const unsigned* corners, unsigned count) {
     const std::size_t face = number++;

@@ -1,9 +1,13 @@
 #include "app/model/object_mesh.h"
 
+#include <algorithm>
 #include <cmath>
 #include <span>
 
 #include "ktscene/kt_run_code.h"
+#include "mesh/point_collector.h"
+#include "mesh/vector.h"
+#include "platform/large_memory.h"
 
 namespace dxf2d {
 namespace {
@@ -84,6 +88,46 @@ bool appendMesh(const SourceMesh& source, const MeshContent& content,
     mesh.parts.push_back(part);
   });
   return sum == 0.0;
+}
+
+bool appendTriangles(const StlTriangles& triangles, const std::array<double, 9>& residual,
+                     Index part, PolygonMesh& mesh) {
+  const std::size_t count = triangles.Count();
+  const std::size_t firstPoint = mesh.points.size();
+  const std::size_t firstCorner = mesh.corners.size();
+  reserveLarge(mesh.corners, firstCorner + 3 * count);
+  {
+    mesh::PointCollector collector(mesh.points, 3 * count);
+    constexpr std::size_t kBatch = mesh::PointCollector::kMostOfBatch / 3;
+    std::array<Point, 3 * kBatch> batch;
+    std::array<Index, 3 * kBatch> numbers;
+    for (std::size_t begin = 0; begin < count;) {
+      const std::size_t size = std::min(kBatch, count - begin);
+      for (std::size_t i = 0; i < size; ++i) {
+        const std::array<StlTriangles::Vertex, 3> corners = triangles.TriangleAt(begin + i);
+        for (std::size_t corner = 0; corner < 3; ++corner) {
+          batch[3 * i + corner] = transformed(corners[corner], residual);
+        }
+      }
+      collector.Add(std::span(batch).first(3 * size), numbers.data());
+      mesh.corners.insert(mesh.corners.end(), numbers.begin(),
+                          numbers.begin() + static_cast<std::ptrdiff_t>(3 * size));
+      begin += size;
+    }
+  }
+  if (!std::all_of(mesh.points.begin() + static_cast<std::ptrdiff_t>(firstPoint), mesh.points.end(),
+                   mesh::isUsablePoint)) {
+    mesh.points.resize(firstPoint);
+    mesh.corners.resize(firstCorner);
+    return false;
+  }
+  reserveLarge(mesh.starts, mesh.starts.size() + count);
+  for (std::size_t i = 1; i <= count; ++i) {
+    mesh.starts.push_back(static_cast<Index>(firstCorner + 3 * i));
+  }
+  reserveLarge(mesh.parts, mesh.parts.size() + count);
+  mesh.parts.resize(mesh.parts.size() + count, part);
+  return true;
 }
 
 std::shared_ptr<const KtLineSet> lineSetOf(const PolygonMesh& mesh,

@@ -33,6 +33,11 @@ inline bool isWithinIndexRange(std::size_t vertices, std::size_t polygons, std::
 bool appendMesh(const SourceMesh& source, const MeshContent& content,
                 const std::array<double, 9>& residual, mesh::Index part, mesh::PolygonMesh& mesh);
 
+// Appends triangles in the same way, but equal points of them once. Returns false, with nothing
+// appended, when repair would look at points one by one (mesh::isUsablePoint).
+bool appendTriangles(const StlTriangles& triangles, const std::array<double, 9>& residual,
+                     mesh::Index part, mesh::PolygonMesh& mesh);
+
 // The edges as a line set. The polygons are not sent with them: the plug-in would look through all
 // of them for edges that are known here, and find others where one part continues another.
 std::shared_ptr<const KtLineSet> lineSetOf(const mesh::PolygonMesh& mesh,

@@ -56,24 +56,38 @@ void addTo(HullPoints& hull, const KtSceneGeometry& geometry) {
   }
 }
 
+mesh::Repaired repairGathered(GatheredMesh& object, const PlanOptions& options,
+                              const mesh::Looks& looks, MeshWork& work) {
+  mesh::Repaired repaired =
+      repair(object.mesh, {options.weldShare, looks, object.arePointsDistinct});
+  repaired.counts.pointsWelded += object.joined;
+  work.repair += repaired.counts;
+  return repaired;
+}
+
+// Joins points that are equal, as the plug-in does.
+void joinEqual(GatheredMesh& object) {
+  if (!object.arePointsDistinct) {
+    mesh::weld(object.mesh, mesh::UsedPoints(object.mesh), 0.0);
+  }
+}
+
 // The edges of the mesh that show, once it is repaired.
-mesh::DrawnEdges drawnEdges(mesh::PolygonMesh& object, const PlanOptions& options,
+mesh::DrawnEdges drawnEdges(GatheredMesh& object, const PlanOptions& options,
                             const mesh::Looks& looks, MeshWork& work) {
   mesh::EdgeOptions edgeOptions;
   edgeOptions.creaseDegrees = options.creaseDegrees;
   edgeOptions.looks = looks;
   if (!options.repair) {
-    // The plug-in joins points that are equal.
-    mesh::weld(object, mesh::UsedPoints(object), 0.0);
-    return findDrawnEdges(object, mesh::EdgeTable(object), edgeOptions);
+    joinEqual(object);
+    return findDrawnEdges(object.mesh, mesh::EdgeTable(object.mesh), edgeOptions);
   }
-  const mesh::Repaired repaired = repair(object, {options.weldShare, looks});
-  work.repair += repaired.counts;
+  const mesh::Repaired repaired = repairGathered(object, options, looks, work);
   // Drawings have six digits after the point: rounding may bring ends nearer by that much.
   constexpr double kLastDigit = 1e-6;
   edgeOptions.planDistance = repaired.distance + kLastDigit;
   edgeOptions.dropsNoise = true;
-  return findDrawnEdges(object, repaired.edges, edgeOptions);
+  return findDrawnEdges(object.mesh, repaired.edges, edgeOptions);
 }
 
 }  // namespace
@@ -164,15 +178,23 @@ bool BlockBuilder::IsLeftOut(unsigned mesh, const std::vector<unsigned>& object)
                              [&](unsigned other) { return ContentOf(other).polygons != 0; });
 }
 
-mesh::PolygonMesh BlockBuilder::Gather(const std::vector<unsigned>& meshes,
-                                       const std::array<double, 9>& residual) {
-  mesh::PolygonMesh object;
+GatheredMesh BlockBuilder::Gather(const std::vector<unsigned>& meshes,
+                                  const std::array<double, 9>& residual) {
+  GatheredMesh object;
+  if (meshes.size() == 1 && MeshOf(meshes[0]).Triangles() != nullptr) {
+    const StlTriangles& triangles = *MeshOf(meshes[0]).Triangles();
+    if (appendTriangles(triangles, residual, 0, object.mesh)) {
+      object.arePointsDistinct = true;
+      object.joined = 3 * triangles.Count() - object.mesh.points.size();
+      return object;
+    }
+  }
   for (std::size_t part = 0; part < meshes.size(); ++part) {
     if (IsLeftOut(meshes[part], meshes)) {
       continue;
     }
     if (!appendMesh(MeshOf(meshes[part]), ContentOf(meshes[part]), residual,
-                    static_cast<mesh::Index>(part), object)) {
+                    static_cast<mesh::Index>(part), object.mesh)) {
       Fail(meshes[part], kOutOfRange);
     }
   }
@@ -182,25 +204,26 @@ mesh::PolygonMesh BlockBuilder::Gather(const std::vector<unsigned>& meshes,
 mesh::PolygonMesh BlockBuilder::BuildMesh(const std::vector<unsigned>& meshes,
                                           const std::array<double, 9>& residual,
                                           std::vector<mesh::DrawnEdge>* noise) {
-  mesh::PolygonMesh object = Gather(meshes, residual);
+  GatheredMesh object = Gather(meshes, residual);
   if (options_.repair) {
     const mesh::Looks looks = LooksOf(meshes);
-    const mesh::Repaired repaired = repair(object, {options_.weldShare, looks});
-    work_.repair += repaired.counts;
+    const mesh::Repaired repaired = repairGathered(object, options_, looks, work_);
     if (noise != nullptr) {
-      *noise = findFacetNoise(object, repaired.edges, {options_.creaseDegrees, 0.0, looks, true});
+      *noise =
+          findFacetNoise(object.mesh, repaired.edges, {options_.creaseDegrees, 0.0, looks, true});
       work_.noise += noise->size();
     }
   } else {
-    mesh::weld(object, mesh::UsedPoints(object), 0.0);
+    joinEqual(object);
   }
-  return object;
+  return std::move(object.mesh);
 }
 
 PlanBlock BlockBuilder::BuildFromEdges(const std::vector<unsigned>& meshes,
                                        const std::array<double, 9>& residual, bool anyTurn) {
-  mesh::PolygonMesh object = Gather(meshes, residual);
-  const mesh::DrawnEdges edges = drawnEdges(object, options_, LooksOf(meshes), work_);
+  GatheredMesh gathered = Gather(meshes, residual);
+  const mesh::PolygonMesh& object = gathered.mesh;
+  const mesh::DrawnEdges edges = drawnEdges(gathered, options_, LooksOf(meshes), work_);
   work_.creases += edges.CountKinds()[static_cast<std::size_t>(mesh::EdgeKind::kCrease)];
   work_.noise += edges.noise;
   PlanBlock block;

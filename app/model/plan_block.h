@@ -55,6 +55,14 @@ struct MeshWork {
   std::size_t noise = 0;
 };
 
+// The meshes of an object as one.
+struct GatheredMesh {
+  mesh::PolygonMesh mesh;
+  // Whether points that are equal are one already, and each is used; how many more there were.
+  bool arePointsDistinct = false;
+  std::size_t joined = 0;
+};
+
 // Builds the blocks of a model. Refers to its arguments.
 class BlockBuilder {
  public:
@@ -101,8 +109,7 @@ class BlockBuilder {
   // Throws ModelError above the limit of vertices, and for more than one set can hold.
   void CountMeshes(const std::vector<unsigned>& meshes);
   bool IsLeftOut(unsigned mesh, const std::vector<unsigned>& object);
-  mesh::PolygonMesh Gather(const std::vector<unsigned>& meshes,
-                           const std::array<double, 9>& residual);
+  GatheredMesh Gather(const std::vector<unsigned>& meshes, const std::array<double, 9>& residual);
   SourceMesh MeshOf(unsigned mesh) const;
   [[noreturn]] void Fail(unsigned mesh, const std::string& reason) const;
 

@@ -17,6 +17,10 @@ class SourceMesh {
   explicit SourceMesh(const aiMesh& mesh, const StlTriangles* triangles = nullptr)
       : mesh_(mesh), triangles_(triangles) {}
 
+  // The triangles that share no vertices: vertex i is corner i % 3 of triangle i / 3. Null for a
+  // mesh of assimp's.
+  const StlTriangles* Triangles() const { return triangles_; }
+
   std::size_t VertexCount() const {
     if (triangles_ != nullptr) {
       return 3 * triangles_->Count();

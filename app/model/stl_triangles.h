@@ -39,12 +39,17 @@ class StlTriangles {
   std::size_t Count() const { return (file_.Bytes().size() - kHeaderSize) / kRecordSize; }
   // Corner `number % 3` of triangle `number / 3`.
   Vertex VertexAt(std::size_t number) const {
-    constexpr std::size_t kNormalSize = 12;
     const char* const record =
         file_.Bytes().data() + kHeaderSize + number / 3 * kRecordSize + kNormalSize;
     Vertex vertex;
     std::memcpy(&vertex, record + number % 3 * sizeof vertex, sizeof vertex);
     return vertex;
+  }
+  std::array<Vertex, 3> TriangleAt(std::size_t number) const {
+    std::array<Vertex, 3> corners;
+    std::memcpy(&corners, file_.Bytes().data() + kHeaderSize + number * kRecordSize + kNormalSize,
+                sizeof corners);
+    return corners;
   }
   // A file that holds the first of these triangles and nothing else, but is the same otherwise.
   std::array<char, kHeaderSize + kRecordSize> Sample() const;
@@ -54,6 +59,8 @@ class StlTriangles {
   bool IsWhole() const { return file_.IsWhole(); }
 
  private:
+  static constexpr std::size_t kNormalSize = 12;
+
   bool IsPlain() const;
 
   InputMapping file_;

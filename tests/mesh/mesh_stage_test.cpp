@@ -1,14 +1,18 @@
 // What each stage of repair does and counts, on meshes small enough to see it.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <limits>
+#include <random>
+#include <span>
 
 #include "mesh/cleaning.h"
 #include "mesh/duplicates.h"
 #include "mesh/near_points.h"
 #include "mesh/orientation.h"
 #include "mesh/plan_points.h"
+#include "mesh/point_collector.h"
 #include "mesh/repair.h"
 #include "mesh/t_junctions.h"
 #include "mesh/weld.h"
@@ -50,6 +54,60 @@ TEST(Weld, DoesNotCountPointsThatNothingUses) {
   mesh.points.push_back({9, 9, 9});
   EXPECT_EQ(weld(mesh, UsedPoints(mesh), 0.0), 0U);
   EXPECT_EQ(mesh, makeBox());
+}
+
+// The mesh as a PointCollector gathers its corners, `batch` at a time.
+PolygonMesh collected(const PolygonMesh& soup, std::size_t batch) {
+  PolygonMesh mesh = soup;
+  mesh.points.clear();
+  PointCollector collector(mesh.points, soup.corners.size());
+  std::vector<Point> corners;
+  for (const Index corner : soup.corners) {
+    corners.push_back(soup.points[corner]);
+  }
+  for (std::size_t begin = 0; begin < corners.size(); begin += batch) {
+    const std::size_t size = std::min(batch, corners.size() - begin);
+    collector.Add(std::span(corners).subspan(begin, size), mesh.corners.data() + begin);
+  }
+  return mesh;
+}
+
+TEST(PointCollector, GathersWhatWeldingMakesOfAllCorners) {
+  std::mt19937 random(11);
+  std::uniform_int_distribution<int> place(-4, 4);
+  for (const int count : {1, 7, 100, 3000}) {
+    PolygonMesh soup;
+    for (int i = 0; i < count; ++i) {
+      const auto any = [&] { return -0.25 * place(random); };
+      addPolygon(soup, {{any(), any(), any()}, {any(), any(), any()}, {any(), any(), any()}});
+    }
+    PolygonMesh welded = soup;
+    weld(welded, UsedPoints(welded), 0.0);
+    EXPECT_EQ(collected(soup, 3), welded);
+    EXPECT_EQ(collected(soup, PointCollector::kMostOfBatch), welded);
+  }
+}
+
+TEST(PointCollector, LeavesThePointsThatAreThereAlone) {
+  std::vector<Point> points = {{1, 2, 3}};
+  PointCollector collector(points, 2);
+  std::array<Index, 2> numbers = {};
+  collector.Add(std::vector<Point>{{1, 2, 3}, {1, 2, 3}}, numbers.data());
+  EXPECT_EQ(points.size(), 2U);
+  EXPECT_EQ(numbers, (std::array<Index, 2>{1, 1}));
+}
+
+TEST(Repair, OfPointsThatAreDistinctDoesWhatItDoesForAny) {
+  PolygonMesh soup = withoutSharedPoints(makeBox(), 0.0);
+  // Near an earlier one, but not equal.
+  soup.points[soup.corners.back()][0] += 1e-9;
+  PolygonMesh gathered = collected(soup, 6);
+  RepairOptions known;
+  known.arePointsDistinct = true;
+  RepairCounts counts = repair(soup, {}).counts;
+  EXPECT_EQ(repair(gathered, known).counts.pointsWelded, 1U);
+  EXPECT_EQ(gathered, soup);
+  EXPECT_EQ(counts.pointsWelded, 16U);
 }
 
 TEST(WeldDistance, IsAShareOfTheDiagonalOfThePointsInUse) {

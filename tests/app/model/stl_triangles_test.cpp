@@ -18,6 +18,7 @@
 
 #include "app/cli/failure.h"
 #include "app/model/model_reader.h"
+#include "app/model/object_mesh.h"
 #include "app/model/plan_scene.h"
 #include "tests/support/scratch_directory.h"
 
@@ -91,6 +92,7 @@ void expectTheSamePlan(const std::string& path, const PlanOptions& options) {
   const PlanScene plan = makePlanScene(*model.scene, model.source, options);
   const PlanScene expected = planThroughAssimp(path, options);
   EXPECT_EQ(coordsOf(plan), coordsOf(expected));
+  EXPECT_EQ(plan.content.meshWork.repair, expected.content.meshWork.repair);
   ASSERT_EQ(plan.scene.nodes.size(), expected.scene.nodes.size());
   EXPECT_EQ(plan.scene.nodes[0].objectId, expected.scene.nodes[0].objectId);
   EXPECT_EQ(plan.scene.nodes[0].children[0].color, expected.scene.nodes[0].children[0].color);
@@ -105,6 +107,20 @@ TEST_F(StlFile, GivesThePlanThatAssimpWouldGive) {
   expectTheSamePlan(path, options);
   options.creaseDegrees = mesh::kNoCreases;
   expectTheSamePlan(path, options);
+}
+
+TEST_F(StlFile, GivesTheMeshThatItsCornersMakeWeldedAtAnyScale) {
+  const std::string path = Write(stlOf(randomTriangles(300)));
+  const auto triangles = StlTriangles::Open(path);
+  ASSERT_NE(triangles, nullptr);
+  mesh::PolygonMesh gathered;
+  EXPECT_TRUE(appendTriangles(*triangles, {0.5, 0.25, 0, -1, 2, 0, 0, 0, 1}, 0, gathered));
+  EXPECT_EQ(gathered.PolygonCount(), 300U);
+  EXPECT_LE(gathered.points.size(), 343U);
+  // Squares of such areas are not finite: repair leaves out the polygons, one by one.
+  mesh::PolygonMesh huge;
+  EXPECT_FALSE(appendTriangles(*triangles, {1e80, 0, 0, 0, 1, 0, 0, 0, 1}, 0, huge));
+  EXPECT_EQ(huge, mesh::PolygonMesh());
 }
 
 TEST_F(StlFile, WithColorsOfItsFacesGivesThePlanThatAssimpWouldGive) {
