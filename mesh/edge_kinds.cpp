@@ -47,7 +47,14 @@ bool isSilhouette(const Vector& u, const Vector& v) {
 // Whether the surface turns away from the viewer at the edge of two polygons with these normals.
 // The plug-in has tolerances for that, which a finely divided surface stays within all along its
 // outline.
-bool isTurningAway(const Vector& u, const Vector& v) { return seenSide(u) != seenSide(v); }
+bool isTurningAway(const Vector& u, const Vector& v) {
+  // Far more than what seenSide takes for neither side, of normals of length 1.
+  constexpr double kClear = 1e-5;
+  if (std::fabs(u[2]) > kClear && std::fabs(v[2]) > kClear) {
+    return (u[2] > 0.0) != (v[2] > 0.0);
+  }
+  return seenSide(u) != seenSide(v);
+}
 
 bool isEdgeOn(const Vector& normal) { return std::fabs(normal[2]) <= kSilhouetteDzTolerance; }
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "mesh/edge_kinds.h"
+#include "platform/large_memory.h"
 
 namespace dxf2d::projection {
 namespace {
@@ -22,8 +23,8 @@ struct SideUse {
 
 // The sides of all triangles by their lower point, in compressed rows.
 struct SideTable {
-  std::vector<std::uint32_t> starts;
-  std::vector<SideUse> uses;
+  std::vector<std::uint32_t, LargeAllocator<std::uint32_t>> starts;
+  std::vector<SideUse, LargeAllocator<SideUse>> uses;
 };
 
 SideTable makeSideTable(const Scene& scene) {
@@ -123,6 +124,7 @@ class EdgeClassifier {
                  std::span<const Index> lookOfPart)
       : scene_(scene),
         tolerances_(tolerances),
+        clearWidth_(2 * std::max(kSliverWelds * tolerances.weld, tolerances.edgeOn)),
         creaseCosine_(mesh::creaseCosine(creaseDegrees)),
         lookOfPart_(lookOfPart),
         polygons_(scene) {}
@@ -175,6 +177,20 @@ class EdgeClassifier {
   // On which side of the edge from `low` to `high` the face lies in plan; on none if it stands
   // edge-on.
   PlanSide SideOf(Index low, Index high, const SideUse& use) const {
+    const Point& a = scene_.points[low];
+    const Point& b = scene_.points[high];
+    const Point& c = OppositePoint(use);
+    const double side = (b[0] - a[0]) * (c[1] - a[1]) - (b[1] - a[1]) * (c[0] - a[0]);
+    const PlanSide ofPoint = side > 0 ? PlanSide::kLeft : PlanSide::kRight;
+    // Most faces are so wide that their width need not be known.
+    const auto squaredLength = [](const Point& p, const Point& q) {
+      return (q[0] - p[0]) * (q[0] - p[0]) + (q[1] - p[1]) * (q[1] - p[1]);
+    };
+    const double longest =
+        std::max({squaredLength(a, b), squaredLength(b, c), squaredLength(c, a)});
+    if (side * side > clearWidth_ * clearWidth_ * longest) {
+      return ofPoint;
+    }
     const std::size_t t = use.side / 3;
     const double width = planWidth(scene_, t);
     if (width <= kSliverWelds * tolerances_.weld) {
@@ -186,11 +202,7 @@ class EdgeClassifier {
     if (width <= tolerances_.edgeOn) {
       return PlanSide::kNone;
     }
-    const Point& a = scene_.points[low];
-    const Point& b = scene_.points[high];
-    const Point& c = OppositePoint(use);
-    const double side = (b[0] - a[0]) * (c[1] - a[1]) - (b[1] - a[1]) * (c[0] - a[0]);
-    return side > 0 ? PlanSide::kLeft : PlanSide::kRight;
+    return ofPoint;
   }
 
   // Whether the triangle is narrow not only in plan, as one that stands upright is.
@@ -213,10 +225,17 @@ class EdgeClassifier {
   // on flat, each is that of the first face or the opposite, and there are both.
   bool IsCrease(Index low, Index high, std::span<const SideUse> uses) const {
     const Point u = Away(low, high, uses[0]);
+    const double clearlyFlat = creaseCosine_ * creaseCosine_ * kClearlyMore;
     bool isFlat = false;
     for (const SideUse& use : uses.subspan(1)) {
       const Point v = Away(low, high, use);
       const double product = dot(u, v);
+      const double squares = dot(u, u) * dot(v, v);
+      // Mostly it goes on nearly flat, which tells without roots.
+      if (product < 0 && product * product > clearlyFlat * squares + kLeastSquare) {
+        isFlat = true;
+        continue;
+      }
       const double limit = creaseCosine_ * std::sqrt(dot(u, u)) * std::sqrt(dot(v, v));
       const bool isOpposite = -product >= limit;
       if (!isOpposite && (uses.size() == 2 || product < limit)) {
@@ -250,9 +269,15 @@ class EdgeClassifier {
   // Triangles of a polygon that are narrower than this many weld distances have the slope of its
   // roundings: repair puts corners of neighbors into it that lie off its plane by one.
   static constexpr double kSliverWelds = 4;
+  // More than what two ways of computing one product differ by.
+  static constexpr double kClearlyMore = 1 + 1e-9;
+  // Smaller numbers have fewer digits.
+  static constexpr double kLeastSquare = 1e-300;
 
   const Scene& scene_;
   Tolerances tolerances_;
+  // A face wider than this in plan is neither a sliver nor edge-on.
+  double clearWidth_;
   double creaseCosine_;
   std::span<const Index> lookOfPart_;
   BentPolygons polygons_;

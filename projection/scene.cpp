@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/large_memory.h"
 #include "projection/triangulation.h"
 
 namespace dxf2d::projection {
@@ -47,7 +48,7 @@ bool isUsable(const Point& point) {
 // Appends the points of `placed` that can be used. The result has each point's number in the scene.
 std::vector<Index> appendPoints(const PlacedMesh& placed, Scene& scene) {
   std::vector<Index> numbers;
-  numbers.reserve(placed.mesh->points.size());
+  reserveLarge(numbers, placed.mesh->points.size());
   for (const Point& point : placed.mesh->points) {
     const Point there = place(point, placed.placement);
     numbers.push_back(isUsable(there) ? static_cast<Index>(scene.points.size()) : kNone);
@@ -62,8 +63,19 @@ void appendPolygons(const PlacedMesh& placed, const std::vector<Index>& numbers,
   Triangulation triangulation;
   std::vector<Index> corners;
   for (std::size_t p = 0; p < placed.mesh->PolygonCount(); ++p) {
+    const std::span<const Index> polygon = placed.mesh->Polygon(p);
+    if (polygon.size() == 3) {
+      const std::array<Index, 3> triangle = {numbers[polygon[0]], numbers[polygon[1]],
+                                             numbers[polygon[2]]};
+      if (std::ranges::find(triangle, kNone) == triangle.end()) {
+        scene.triangles.push_back(triangle);
+        scene.polygonEdges.push_back(kAllPolygonEdges);
+        scene.parts.push_back(placed.firstPart + placed.mesh->parts[p]);
+      }
+      continue;
+    }
     corners.clear();
-    for (const Index corner : placed.mesh->Polygon(p)) {
+    for (const Index corner : polygon) {
       corners.push_back(numbers[corner]);
     }
     if (corners.size() < 3 || std::ranges::find(corners, kNone) != corners.end()) {
@@ -122,10 +134,10 @@ Scene assembleScene(std::span<const PlacedMesh> meshes) {
     triangleCount += placed.mesh->corners.size() -
                      std::min(placed.mesh->corners.size(), 2 * placed.mesh->PolygonCount());
   }
-  scene.points.reserve(pointCount);
-  scene.triangles.reserve(triangleCount);
-  scene.polygonEdges.reserve(triangleCount);
-  scene.parts.reserve(triangleCount);
+  reserveLarge(scene.points, pointCount);
+  reserveLarge(scene.triangles, triangleCount);
+  reserveLarge(scene.polygonEdges, triangleCount);
+  reserveLarge(scene.parts, triangleCount);
   for (const PlacedMesh& placed : meshes) {
     const std::size_t firstPoint = scene.points.size();
     const std::vector<Index> numbers = appendPoints(placed, scene);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "mesh/slot_table.h"
+#include "platform/large_memory.h"
 #include "projection/caps.h"
 #include "projection/gap_bridges.h"
 
@@ -54,9 +55,9 @@ class SceneCutter {
       ++counts[CornersAbove(corners)];
     }
     const std::size_t left = counts[0] + 2 * counts[1] + counts[2];
-    section_.below.triangles.reserve(left);
-    section_.below.parts.reserve(left);
-    section_.below.polygonEdges.reserve(left);
+    reserveLarge(section_.below.triangles, left);
+    reserveLarge(section_.below.parts, left);
+    reserveLarge(section_.below.polygonEdges, left);
     section_.cuts.reserve(counts[1] + counts[2]);
     return counts[1] + counts[2];
   }

@@ -51,6 +51,9 @@ double heightOfCut(const CutPlane& plane, const PlanLayout& layout,
 
 std::vector<ObjectGroup> groupByCut(const PlanLayout& layout,
                                     const std::vector<mesh::PolygonMesh>& blocks, double height) {
+  if (layout.objects.size() == 1) {
+    return {{0}};
+  }
   const std::vector<Heights> heights = heightsOf(blocks);
   std::vector<ObjectGroup> groups;
   // By block and by where the plane is in its coordinates: infinitely high above what is whole.

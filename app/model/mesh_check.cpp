@@ -5,15 +5,31 @@
 namespace dxf2d {
 namespace {
 
+template <typename Vertex>
+double sumOf(const Vertex& v) {
+  return (static_cast<double>(v.x) + static_cast<double>(v.y)) + static_cast<double>(v.z);
+}
+
+// A sum of finite terms in double precision cannot overflow.
+bool areFinite(const StlTriangles& triangles) {
+  double sum = 0.0;
+  for (std::size_t i = 0; i < triangles.Count(); ++i) {
+    const std::array<StlTriangles::Vertex, 3> corners = triangles.TriangleAt(i);
+    sum += (sumOf(corners[0]) + sumOf(corners[1])) + sumOf(corners[2]);
+  }
+  return std::isfinite(sum);
+}
+
 // The first vertex with a coordinate that is not finite, or the number of vertices.
 std::size_t firstBrokenVertex(const SourceMesh& mesh) {
+  if (mesh.Triangles() != nullptr && areFinite(*mesh.Triangles())) {
+    return mesh.VertexCount();
+  }
   return mesh.WithVertices([count = mesh.VertexCount()](const auto& at) {
-    // One look at the sum first: it is not a number as soon as one term is not finite. A sum of
-    // finite terms in double precision cannot overflow.
+    // One look at the sum first: it is not a number as soon as one term is not finite.
     double sum = 0.0;
     for (std::size_t i = 0; i < count; ++i) {
-      const auto& v = at(i);
-      sum += (static_cast<double>(v.x) + static_cast<double>(v.y)) + static_cast<double>(v.z);
+      sum += sumOf(at(i));
     }
     if (std::isfinite(sum)) {
       return count;
