@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""Compares the table of formats in docs/models.md with what dxf2d says of models of each format.
+"""Compares the table of formats in README.md with what dxf2d says of models of each format.
 
     tests/models/check_formats.py --dxf2d build/release/bin/dxf2d [--make-assembly PROGRAM]
 
@@ -17,7 +17,7 @@ from pathlib import Path
 
 from model_set import MODELS
 
-PAGE = Path(__file__).resolve().parents[2] / "docs" / "models.md"
+PAGE = Path(__file__).resolve().parents[2] / "README.md"
 # By format, its samples: those of which a cell would otherwise not be seen.
 SAMPLES = {
     "IFC": ["IFC/AC14-FZK-Haus.ifc"],
