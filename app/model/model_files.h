@@ -24,6 +24,8 @@ struct ModelFiles {
   std::vector<std::string> probed;
   // Without directories.
   std::vector<std::string> openedNames;
+  // Of material libraries that were opened (.mtl), in the order in which they were.
+  std::vector<std::string> materialLibraries;
   // The first file that could not be read to its end, and why; empty when there is none.
   std::string failedFile;
   std::string failure;

@@ -1,6 +1,7 @@
 #include "app/model/model_files.h"
 
 #include <fcntl.h>
+#include <strings.h>
 #include <sys/stat.h>
 
 #include <assimp/cimport.h>
@@ -197,6 +198,9 @@ Assimp::IOStream* ModelFileSystem::Open(const char* asked, const char* mode) {
     return nullptr;
   }
   files_.openedNames.push_back(fs::path(path).filename().string());
+  if (strcasecmp(fs::path(path).extension().c_str(), ".mtl") == 0) {
+    files_.materialLibraries.push_back(path);
+  }
   std::FILE* const stream = fdopen(file.Number(), "rb");
   if (stream == nullptr) {
     files_.NoteFailure(name, std::generic_category().message(errno));

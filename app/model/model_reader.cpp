@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "app/model/model_error.h"
+#include "app/model/obj_materials.h"
 #include "app/model/stated_unit.h"
 #include "app/model/stl_triangles.h"
 
@@ -176,6 +177,7 @@ Model readModel(const std::string& path, const ReadOptions& options) {
   if (model.scene == nullptr) {
     failAsReaderSays(path, model.importer->GetErrorString());
   }
+  dropReadersColors(*model.scene, model.files->materialLibraries);
   model.source.path = path;
   model.source.importer = importerNameOf(*model.importer);
   model.source.unit = statedUnit(*model.scene, model.source.importer, path);
