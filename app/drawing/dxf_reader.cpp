@@ -1,7 +1,9 @@
 #include "app/drawing/dxf_reader.h"
 
+#include <string>
 #include <utility>
 
+#include "app/cli/failure.h"
 #include "app/drawing/drawing_nesting.h"
 #include "app/drawing/entity_groups.h"
 #include "app/drawing/entity_reader.h"
@@ -119,6 +121,18 @@ Drawing parseDrawing(std::string_view text, std::string_view name) {
   Drawing drawing = DrawingParser(text, name).Parse();
   checkNesting(drawing, std::string(name));
   return drawing;
+}
+
+void noteSkipped(const std::string& name, const Drawing& drawing) {
+  if (drawing.skippedCount == 0) {
+    return;
+  }
+  std::string kinds;
+  for (const std::string& kind : drawing.skippedKinds) {
+    kinds += (kinds.empty() ? "" : ", ") + kind;
+  }
+  note(name + ": " + std::to_string(drawing.skippedCount) +
+       " entities of unsupported kinds were left out, such as " + kinds);
 }
 
 }  // namespace dxf2d

@@ -27,4 +27,7 @@ Drawing readDrawing(const std::string& path);
 // The same from a text in memory; `name` is what errors call the drawing.
 Drawing parseDrawing(std::string_view text, std::string_view name);
 
+// Notes on stderr which entities of the drawing `name` were left out, if any.
+void noteSkipped(const std::string& name, const Drawing& drawing);
+
 }  // namespace dxf2d

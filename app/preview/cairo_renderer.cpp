@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "app/preview/display_palette.h"
+#include "app/drawing/display_palette.h"
 #include "app/preview/placed_extents.h"
 
 namespace dxf2d {

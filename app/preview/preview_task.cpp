@@ -14,18 +14,6 @@ namespace dxf2d {
 
 namespace {
 
-void noteSkipped(const std::string& name, const Drawing& drawing) {
-  if (drawing.skippedCount == 0) {
-    return;
-  }
-  std::string kinds;
-  for (const std::string& kind : drawing.skippedKinds) {
-    kinds += (kinds.empty() ? "" : ", ") + kind;
-  }
-  note(name + ": " + std::to_string(drawing.skippedCount) +
-       " entities of unsupported kinds were left out, such as " + kinds);
-}
-
 // Makes the picture, in the worker process. Returns an exit code.
 int drawInto(const WorkOutput& output, const PictureStyle& style) {
   const Drawing drawing = readDrawing(drawingFile(style.name));

@@ -5,8 +5,8 @@
 #include <limits>
 #include <string>
 
+#include "app/drawing/display_palette.h"
 #include "app/drawing/dxf_reader.h"
-#include "app/preview/display_palette.h"
 #include "tests/app/drawing/drawing_text.h"
 #include "tests/app/preview/picture_pixels.h"
 

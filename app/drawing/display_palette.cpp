@@ -1,4 +1,4 @@
-#include "app/preview/display_palette.h"
+#include "app/drawing/display_palette.h"
 
 #include <algorithm>
 #include <cmath>
