@@ -13,6 +13,7 @@
 #include "app/preview/preview_command.h"
 #include "app/process/standard_streams.h"
 #include "app/process/termination_signals.h"
+#include "app/view/view_command.h"
 
 namespace {
 
@@ -41,7 +42,8 @@ int main(int argc, char** argv) {
       "dxf2d " DXF2D_VERSION,
       kExitCodes,
       {dxf2d::exportCommand(), dxf2d::finishCommand(), dxf2d::previewCommand(),
-       dxf2d::inspectCommand(), dxf2d::formatsCommand(), dxf2d::reportCommand()}};
+       dxf2d::viewCommand(), dxf2d::inspectCommand(), dxf2d::formatsCommand(),
+       dxf2d::reportCommand()}};
   const int exitCode = dxf2d::runCommandLine(program, argc, argv);
   // Not exit(): all files are closed and checked, and freeing a large scene takes time.
   std::fflush(stdout);

@@ -6,10 +6,28 @@
 #include "app/drawing/dxf_reader.h"
 #include "app/finish/left_out.h"
 #include "app/output/mapped_file.h"
+#include "app/page/page_output.h"
 #include "app/preview/picture_output.h"
 #include "app/release/release_writer.h"
 
 namespace dxf2d {
+
+namespace {
+
+page::ObjectNames namesOf(const finish::SideTable& sources) {
+  page::ObjectNames names;
+  for (const auto& [block, source] : sources.blocks) {
+    if (!source.object.name.empty()) {
+      names.blocks.emplace(block, source.object.name);
+    }
+  }
+  for (const finish::InsertSource& insert : sources.inserts) {
+    names.inserts.push_back({insert.block, insert.object.name});
+  }
+  return names;
+}
+
+}  // namespace
 
 int completeDrawing(const Completion& completion, const finish::SideTable& sources,
                     const std::string& name, const WorkOutput& output,
@@ -26,6 +44,13 @@ int completeDrawing(const Completion& completion, const finish::SideTable& sourc
   if (completion.picture) {
     output.Clear();
     if (const int code = writePicture(drawing, *completion.picture, output); code != kExitDone) {
+      return code;
+    }
+  } else if (completion.page) {
+    output.Clear();
+    page::PageStyle style = *completion.page;
+    style.names = namesOf(sources);
+    if (const int code = page::writePage(drawing, style, output); code != kExitDone) {
       return code;
     }
   } else if (completion.finishing) {

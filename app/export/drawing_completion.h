@@ -1,4 +1,4 @@
-// From the plug-in's drawing to what the user wants: a finished drawing, a picture.
+// From the plug-in's drawing to what the user wants: a finished drawing, a picture, a page.
 #pragma once
 
 #include <cstddef>
@@ -8,6 +8,7 @@
 #include "app/export/drawing_counts.h"
 #include "app/finish/finishing.h"
 #include "app/output/work_output.h"
+#include "app/page/page.h"
 #include "app/preview/picture.h"
 
 namespace dxf2d {
@@ -18,10 +19,12 @@ struct Completion {
   std::optional<finish::Options> finishing;
   // The picture in place of the drawing, if any.
   std::optional<PictureStyle> picture;
+  // The page in place of the drawing, if any; the names are those of the side table.
+  std::optional<page::PageStyle> page;
   // The picture beside it, if any.
   std::optional<PictureStyle> preview;
 
-  bool IsNeeded() const { return finishing || picture || preview; }
+  bool IsNeeded() const { return finishing || picture || page || preview; }
 };
 
 // What the summary says of it.

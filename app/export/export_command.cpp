@@ -141,6 +141,12 @@ int runJobs(const std::vector<ExportJob>& jobs, const ExportOptions& options,
   return runExportJobs(jobs, options, problems);
 }
 
+// Whether of the options for sheets at most --title was given.
+bool isTitleOnly(const Sheet& sheet) {
+  const Sheet usual;
+  return !sheet.paper && !sheet.plotScale && sheet.margin == usual.margin && sheet.dpi == usual.dpi;
+}
+
 int exportModels(ExportOptions options) {
   checkLineOptions(options);
   const bool isForSeveral = isForDirectory(options);
@@ -151,6 +157,11 @@ int exportModels(ExportOptions options) {
     throw UsageError({options.output, "is a drawing, which has no paper",
                       "leave out --paper, --plot-scale, --margin, --title and --dpi, or write a "
                       "picture with --format or --preview"});
+  }
+  if (options.picture.sheet && *options.format == OutputFormat::kHtml &&
+      !isTitleOnly(*options.picture.sheet)) {
+    throw UsageError({options.output, "is a page, which has no paper until it is printed",
+                      "leave out --paper, --plot-scale, --margin and --dpi"});
   }
   checkBatchOptions(options, isForSeveral);
   if (!isForSeveral) {

@@ -77,7 +77,7 @@ std::vector<Option> outputOptions(ExportOptions& options) {
                  "a file name", into(options.preview, parseText)};
   return {output,
           forceOption(options.existing),
-          {"--format", "dxf|svg|pdf|png",
+          {"--format", "dxf|svg|pdf|png|html",
            "What to write (default: what the end of the output's name says, else dxf)",
            kExpectedFormat, into(options.format, parseOutputFormat)},
           preview};

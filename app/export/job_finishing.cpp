@@ -1,5 +1,6 @@
 #include "app/export/job_finishing.h"
 
+#include <filesystem>
 #include <optional>
 
 #include "app/cli/failure.h"
@@ -42,6 +43,22 @@ std::optional<PictureStyle> styleOf(std::optional<PictureFormat> format, const E
   return style;
 }
 
+std::optional<page::PageStyle> pageOf(const ExportJob& job, const ExportOptions& options,
+                                      const PlanContent& content) {
+  if (*options.format != OutputFormat::kHtml) {
+    return std::nullopt;
+  }
+  page::PageStyle style;
+  style.title = std::filesystem::path(job.model).filename().string();
+  if (options.picture.sheet && options.picture.sheet->title) {
+    style.title = *options.picture.sheet->title;
+  }
+  style.codePage = options.codePage;
+  style.units = parseUnits(unitName(content.drawingUnit)).value_or(0);
+  style.name = job.drawing;
+  return style;
+}
+
 }  // namespace
 
 FinishingPlan finishingOf(const ExportJob& job, const ExportOptions& options) {
@@ -66,6 +83,7 @@ Completion completionOf(const ExportJob& job, const ExportOptions& options,
     completion.finishing = finishingOptionsOf(options, plan, content);
   }
   completion.picture = styleOf(pictureFormatOf(*options.format), job, options, content);
+  completion.page = pageOf(job, options, content);
   completion.preview = styleOf(pictureFormat(options.preview), job, options, content);
   return completion;
 }

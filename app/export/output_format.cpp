@@ -10,7 +10,8 @@ std::optional<OutputFormat> parseOutputFormat(const std::string& name) {
   return oneOf<OutputFormat>({{"dxf", OutputFormat::kDxf},
                               {"svg", OutputFormat::kSvg},
                               {"pdf", OutputFormat::kPdf},
-                              {"png", OutputFormat::kPng}})(name);
+                              {"png", OutputFormat::kPng},
+                              {"html", OutputFormat::kHtml}})(name);
 }
 
 OutputFormat formatOfName(const std::string& output) {
@@ -22,10 +23,13 @@ OutputFormat formatOfName(const std::string& output) {
     return *format;
   }
   throw UsageError({output, "the format '" + end + "' is unknown",
-                    "end the name in .dxf, .svg, .pdf or .png, or give --format"});
+                    "end the name in .dxf, .svg, .pdf, .png or .html, or give --format"});
 }
 
 std::string endOfFormat(OutputFormat format) {
+  if (format == OutputFormat::kHtml) {
+    return ".html";
+  }
   const std::optional<PictureFormat> picture = pictureFormatOf(format);
   return picture ? endOf(*picture) : ".dxf";
 }
@@ -39,6 +43,7 @@ std::optional<PictureFormat> pictureFormatOf(OutputFormat format) {
     case OutputFormat::kPng:
       return PictureFormat::kPng;
     case OutputFormat::kDxf:
+    case OutputFormat::kHtml:
       break;
   }
   return std::nullopt;

@@ -1,4 +1,4 @@
-// What an export writes: a drawing, or a picture of it.
+// What an export writes: a drawing, a picture of it, or a page that shows it.
 #pragma once
 
 #include <cstdint>
@@ -9,9 +9,9 @@
 
 namespace dxf2d {
 
-enum class OutputFormat : std::uint8_t { kDxf, kSvg, kPdf, kPng };
+enum class OutputFormat : std::uint8_t { kDxf, kSvg, kPdf, kPng, kHtml };
 
-inline constexpr const char* kExpectedFormat = "dxf, svg, pdf or png";
+inline constexpr const char* kExpectedFormat = "dxf, svg, pdf, png or html";
 
 // The format of that name, in any letter case.
 std::optional<OutputFormat> parseOutputFormat(const std::string& name);
@@ -23,7 +23,7 @@ OutputFormat formatOfName(const std::string& output);
 // ".dxf" and so on.
 std::string endOfFormat(OutputFormat format);
 
-// Nothing for drawings.
+// Nothing for drawings and pages.
 std::optional<PictureFormat> pictureFormatOf(OutputFormat format);
 
 }  // namespace dxf2d

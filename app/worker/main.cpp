@@ -5,10 +5,12 @@
 #include "app/inspect/inspect_tasks.h"
 #include "app/preview/preview_task.h"
 #include "app/process/worker_program.h"
+#include "app/view/view_task.h"
 
 int main(int argc, char** argv) {
   const dxf2d::WorkerTask tasks[] = {
-      dxf2d::exportTask(), dxf2d::listTask(),   dxf2d::formatsTask(), dxf2d::previewTask(),
-      dxf2d::finishTask(), dxf2d::importTask(), dxf2d::lookTask(),    dxf2d::walkTask()};
+      dxf2d::exportTask(),  dxf2d::listTask(),   dxf2d::formatsTask(),
+      dxf2d::previewTask(), dxf2d::finishTask(), dxf2d::importTask(),
+      dxf2d::lookTask(),    dxf2d::walkTask(),   dxf2d::viewTask()};
   dxf2d::runWorkerProgram(tasks, argc, argv);
 }
