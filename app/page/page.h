@@ -16,9 +16,9 @@ struct Page {
   std::size_t leftOut = 0;
 };
 
-// The page of what the ENTITIES section shows. Nothing that the drawing or the style says can become
-// markup or script. Blocks are kept once, however often they are inserted; coordinates are exact to
-// a 2^30th of their block's size. Throws LimitError beyond kMaxPageStrokes.
+// The page of what the ENTITIES section shows. Nothing that the drawing or the style says can
+// become markup or script. Blocks are kept once, however often they are inserted; coordinates are
+// exact to a 2^30th of their block's size. Throws LimitError beyond kMaxPageStrokes.
 Page makePage(const Drawing& drawing, const PageStyle& style);
 
 }  // namespace dxf2d::page

@@ -24,12 +24,6 @@ constexpr double kMostCoordinate = 1e150;
 bool isInRange(double value) { return std::abs(value) <= kMostCoordinate; }
 bool isInRange(PlanPoint point) { return isInRange(point.x) && isInRange(point.y); }
 
-// The points of a line, a polyline or a face, and whether it is closed.
-struct Line {
-  std::span<const PlanPoint> points;
-  bool isClosed = false;
-};
-
 bool isDrawable(const DrawingEntity& entity) {
   struct InRange {
     bool operator()(const LineEntity& line) const {
@@ -127,6 +121,11 @@ std::uint32_t numberOf(const Value& value, Map& numbers, std::vector<Value>& val
   return place->second;
 }
 
+struct StyledEntity {
+  std::uint32_t style;
+  const DrawingEntity* entity;
+};
+
 class PageWriter {
  public:
   PageWriter(const Drawing& drawing, const PageStyle& style) : drawing_(drawing), style_(style) {
@@ -149,18 +148,38 @@ class PageWriter {
   void AddBlock(const std::vector<DrawingEntity>& entities, PlanPoint base, const std::string& name,
                 bool isDrawing) {
     SetFrame(entities, base);
+    std::vector<StyledEntity> drawable;
     for (const DrawingEntity& entity : entities) {
       if (isDrawable(entity)) {
-        Add(entity, isDrawing);
+        drawable.push_back(
+            {std::visit([&](const auto& one) { return StyleNumber(one); }, entity), &entity});
       } else {
         ++numbers_.leftOut;
       }
+    }
+    SortLines(drawable);
+    for (const StyledEntity& one : drawable) {
+      Add(*one.entity, one.style, isDrawing);
     }
     numbers_.blockNames.push_back(NameNumber(name));
     for (const std::size_t end : {numbers_.lineEnds.size(), numbers_.circleStyles.size(),
                                   numbers_.textStyles.size(), numbers_.insertBlocks.size()}) {
       numbers_.blockEnds.push_back(static_cast<std::uint32_t>(end));
     }
+  }
+
+  // Lines of one style in a row: changing a browser's colors takes as long as a stroke. Everything
+  // else stays in its order.
+  static void SortLines(std::vector<StyledEntity>& entities) {
+    const auto isLine = [](const StyledEntity& one) {
+      return !std::holds_alternative<CircleEntity>(*one.entity) &&
+             !std::holds_alternative<TextEntity>(*one.entity) &&
+             !std::holds_alternative<InsertEntity>(*one.entity);
+    };
+    const auto others = std::stable_partition(entities.begin(), entities.end(), isLine);
+    std::stable_sort(
+        entities.begin(), others,
+        [](const StyledEntity& one, const StyledEntity& next) { return one.style < next.style; });
   }
 
   // Steps that are powers of two keep round coordinates round.
@@ -176,45 +195,45 @@ class PageWriter {
     const double size = 2.0 * std::max(half.x, half.y);
     constexpr int kSteps = 30;
     constexpr int kLeastExponent = -1000;
-    step_ = size > 0.0
-                ? std::ldexp(1.0, std::max(kLeastExponent, std::ilogb(size) + 1 - kSteps))
-                : 1.0;
+    step_ =
+        size > 0.0 ? std::ldexp(1.0, std::max(kLeastExponent, std::ilogb(size) + 1 - kSteps)) : 1.0;
     numbers_.frames.insert(numbers_.frames.end(), {low_.x, low_.y, step_, base.x, base.y});
   }
 
-  void Add(const DrawingEntity& entity, bool isDrawing) {
+  void Add(const DrawingEntity& entity, std::uint32_t style, bool isDrawing) {
     if (const auto* line = std::get_if<LineEntity>(&entity)) {
       const PlanPoint ends[] = {line->start, line->end};
-      AddLine(ends, false, *line);
+      AddLine(ends, false, style);
     } else if (const auto* polyline = std::get_if<PolylineEntity>(&entity)) {
-      AddLine(polyline->vertices, polyline->closed, *polyline);
+      AddLine(polyline->vertices, polyline->closed, style);
     } else if (const auto* face = std::get_if<FaceEntity>(&entity)) {
-      AddLine(face->corners, true, *face);
+      AddLine(face->corners, true, style);
     } else if (const auto* circle = std::get_if<CircleEntity>(&entity)) {
       numbers_.circles.insert(numbers_.circles.end(),
                               {circle->center.x, circle->center.y, circle->radius});
-      numbers_.circleStyles.push_back(StyleNumber(*circle));
+      numbers_.circleStyles.push_back(style);
     } else if (const auto* text = std::get_if<TextEntity>(&entity)) {
-      AddText(*text);
+      AddText(*text, style);
     } else if (const auto* insert = std::get_if<InsertEntity>(&entity)) {
       AddInsert(*insert, isDrawing);
     }
   }
 
-  void AddLine(std::span<const PlanPoint> points, bool isClosed,
-               const EntityProperties& properties) {
+  void AddLine(std::span<const PlanPoint> points, bool isClosed, std::uint32_t style) {
     if (points.empty()) {
       return;
     }
     for (const PlanPoint point : points) {
-      numbers_.vertices.push_back(static_cast<std::uint32_t>(std::lround((point.x - low_.x) / step_)));
-      numbers_.vertices.push_back(static_cast<std::uint32_t>(std::lround((point.y - low_.y) / step_)));
+      numbers_.vertices.push_back(
+          static_cast<std::uint32_t>(std::lround((point.x - low_.x) / step_)));
+      numbers_.vertices.push_back(
+          static_cast<std::uint32_t>(std::lround((point.y - low_.y) / step_)));
     }
     numbers_.lineEnds.push_back(static_cast<std::uint32_t>(numbers_.vertices.size() / 2));
-    numbers_.lineStyles.push_back(2 * StyleNumber(properties) + (isClosed ? 1U : 0U));
+    numbers_.lineStyles.push_back(2 * style + (isClosed ? 1U : 0U));
   }
 
-  void AddText(const TextEntity& text) {
+  void AddText(const TextEntity& text, std::uint32_t style) {
     std::string shown =
         decodeText(std::string_view(text.bytes).substr(0, kMaxTextBytes), style_.codePage);
     if (text.height <= 0.0 || shown.find_first_not_of(' ') == std::string::npos) {
@@ -222,7 +241,7 @@ class PageWriter {
     }
     numbers_.texts.insert(numbers_.texts.end(),
                           {text.at.x, text.at.y, text.height, text.widthFactor, text.rotation});
-    numbers_.textStyles.push_back(StyleNumber(text));
+    numbers_.textStyles.push_back(style);
     numbers_.textAnchors.push_back(static_cast<std::uint32_t>(text.across) |
                                    static_cast<std::uint32_t>(text.up) << 2);
     numbers_.strings.push_back(std::move(shown));

@@ -20,8 +20,8 @@ using StyleKey = std::tuple<std::uint32_t, int, std::int32_t, LineType, std::int
 // Lists are those of all blocks in turn; the first block is the drawing itself. `...Ends` have for
 // each block or line the number of entries up to its end.
 struct PageNumbers {
-  // Of each block: its lowest x and y and the length of a step, which its vertices count in, and its
-  // base point.
+  // Of each block: its lowest x and y and the length of a step, which its vertices count in, and
+  // its base point.
   std::vector<double> frames;
   // Center and radius.
   std::vector<double> circles;

@@ -112,7 +112,8 @@ Command viewCommand() {
   Command command;
   command.name = "view";
   command.help =
-      "Writes a page that shows a drawing, a model or a scene file in a browser: one file that needs "
+      "Writes a page that shows a drawing, a model or a scene file in a browser: one file that "
+      "needs "
       "no network. Models are drawn as dxf2d export draws them, on a layer for each group (storey) "
       "and in exact colors unless --layers or --release says otherwise.";
   command.inputName = "DRAWING|MODEL";

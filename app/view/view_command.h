@@ -23,8 +23,8 @@ bool isDrawingFile(const std::string& path);
 Command viewCommand();
 
 // Has a worker process read the drawing, the model or the scene options.models names and make its
-// page, and writes it. Returns an ExitCode; unless that is kExitDone, there is one message on stderr
-// and no new file. Throws nothing.
+// page, and writes it. Returns an ExitCode; unless that is kExitDone, there is one message on
+// stderr and no new file. Throws nothing.
 int runView(const ExportOptions& options);
 
 }  // namespace dxf2d

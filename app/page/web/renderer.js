@@ -1,8 +1,10 @@
-// Draws the drawing on a canvas: each polyline is a stroke of its own, since the cost of a path grows
-// faster than its length. What is smaller than a pixel is a dot.
+// Draws the drawing on a canvas, in many strokes: the cost of a path grows faster than its length, and
+// one path for everything takes seconds. What is smaller than a pixel is a dot.
 
 // Vertices of a stroke; longer lines are cut.
 const LONGEST_STROKE = 500;
+// Vertices from which a stroke takes no more lines; a stroke has a cost of its own, too.
+const USUAL_STROKE = 100;
 // Pixels outside the picture, beyond which coordinates are too coarse for a canvas.
 const FAR = 30000;
 // Steps on the screen that cannot be told apart, in pixels.
@@ -57,6 +59,8 @@ class Renderer {
     this.lineWidth = 0;
     this.dash = -1;
     this.style = -1;
+    // Vertices that wait for their stroke.
+    this.waiting = 0;
     const { placements } = this.drawing;
     for (let p = 0; p < placements.length; p++) {
       if (this.isPlacementShown[p] && (!only || only.has(p))) {
@@ -132,7 +136,16 @@ class Renderer {
     return true;
   }
 
+  // Draws the lines that wait.
+  stroke() {
+    if (this.waiting > 0) {
+      this.context.stroke();
+      this.waiting = 0;
+    }
+  }
+
   setStyle(style, layer) {
+    this.stroke();
     this.style = style;
     this.layer = layer;
     const { context, drawing } = this;
@@ -175,11 +188,13 @@ class Renderer {
       if (box[2] - box[0] < 1 && box[3] - box[1] < 1) {
         this.drawDot((box[0] + box[2]) / 2, (box[1] + box[3]) / 2);
       } else if (box[0] < -FAR || box[1] < -FAR || box[2] > FAR || box[3] > FAR) {
+        this.stroke();
         this.drawFarLine(line, matrix);
       } else {
         this.drawLine(line, matrix);
       }
     }
+    this.stroke();
   }
 
   // Dots are collected in a picture of their own.
@@ -223,10 +238,12 @@ class Renderer {
     const isClosed = lineStyles[line] & 1;
     let lastX = xx * vertices[begin] + xy * vertices[begin + 1] + x;
     let lastY = yx * vertices[begin] + yy * vertices[begin + 1] + y;
-    let length = 0;
     let isCut = false;
-    context.beginPath();
+    if (this.waiting === 0) {
+      context.beginPath();
+    }
     context.moveTo(lastX, lastY);
+    this.waiting++;
     for (let v = begin + 2; v < end; v += 2) {
       const nextX = xx * vertices[v] + xy * vertices[v + 1] + x;
       const nextY = yx * vertices[v] + yy * vertices[v + 1] + y;
@@ -234,17 +251,16 @@ class Renderer {
       if (!isLast && Math.abs(nextX - lastX) < LEAST_STEP && Math.abs(nextY - lastY) < LEAST_STEP) {
         continue;
       }
-      if (length === LONGEST_STROKE) {
-        context.stroke();
+      if (this.waiting >= LONGEST_STROKE) {
+        this.stroke();
         context.beginPath();
         context.moveTo(lastX, lastY);
-        length = 0;
         isCut = true;
       }
       context.lineTo(nextX, nextY);
       lastX = nextX;
       lastY = nextY;
-      length++;
+      this.waiting++;
     }
     if (isClosed && !isCut) {
       context.closePath();
@@ -252,7 +268,9 @@ class Renderer {
       context.lineTo(xx * vertices[begin] + xy * vertices[begin + 1] + x,
         yx * vertices[begin] + yy * vertices[begin + 1] + y);
     }
-    context.stroke();
+    if (this.waiting >= USUAL_STROKE) {
+      this.stroke();
+    }
   }
 
   // Of a line that reaches far outside, the segments that do not.

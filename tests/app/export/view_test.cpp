@@ -94,9 +94,9 @@ TEST_F(View, DirectoryIsNoPage) {
 TEST_F(View, ExportMakesPagesOfManyModels) {
   Write("a.obj", kBox);
   Write("b.obj", kBox);
-  EXPECT_EQ(Run("export " + Path("a.obj") + " " + Path("b.obj") + " --format html -o " +
-                Path("pages/")),
-            kExitDone)
+  EXPECT_EQ(
+      Run("export " + Path("a.obj") + " " + Path("b.obj") + " --format html -o " + Path("pages/")),
+      kExitDone)
       << error_;
   ExpectPage("pages/a.html", "a.obj");
   ExpectPage("pages/b.html", "b.obj");

@@ -56,10 +56,17 @@ TEST(PageNumbers, LinesSayTheirStyleAndWhetherTheyAreClosed) {
   EXPECT_EQ(std::get<1>(numbers.styles[1]), 4);
 }
 
-TEST(PageNumbers, ABlockIsHeldOnceHoweverOftenItIsInserted) {
+TEST(PageNumbers, LinesOfOneStyleStandInARow) {
   const PageNumbers numbers = numbersOf(
-      blockText("A", lineText(1, 0, 0, 1, 0)),
-      insertText("A", 0, 0) + insertText("A", 10, 5, 90.0) + lineText(1, -1, 0, 0, 0));
+      "", lineText(3, 0, 0, 1, 1) + lineText(4, 0, 0, 2, 2) + polylineText(3, true, "0,0 1,0 1,1"));
+  EXPECT_EQ(numbers.lineStyles, (std::vector<std::uint32_t>{0, 1, 2}));
+  EXPECT_EQ(numbers.lineEnds, (std::vector<std::uint32_t>{2, 5, 7}));
+}
+
+TEST(PageNumbers, ABlockIsHeldOnceHoweverOftenItIsInserted) {
+  const PageNumbers numbers =
+      numbersOf(blockText("A", lineText(1, 0, 0, 1, 0)),
+                insertText("A", 0, 0) + insertText("A", 10, 5, 90.0) + lineText(1, -1, 0, 0, 0));
   EXPECT_EQ(numbers.lineEnds.size(), 2U);
   EXPECT_EQ(numbers.insertBlocks, (std::vector<std::uint32_t>{1, 1}));
   EXPECT_EQ(numbers.inserts, (std::vector<double>{0, 0, 0, 10, 5, 90}));
@@ -88,8 +95,8 @@ TEST(PageNumbers, InsertsOfWhichNothingIsKnownHaveNoNameOfTheirOwn) {
 }
 
 TEST(PageNumbers, TextsKeepTheirPlaceAndBlankOnesAreLeftOut) {
-  const PageNumbers numbers = numbersOf(
-      "", labelText("Bad\xFC", 2.5, 10, 20, 1, 2, 30.0) + labelText("  ", 2.5, 0, 0, 0));
+  const PageNumbers numbers =
+      numbersOf("", labelText("Bad\xFC", 2.5, 10, 20, 1, 2, 30.0) + labelText("  ", 2.5, 0, 0, 0));
   ASSERT_EQ(numbers.strings.size(), 1U);
   EXPECT_EQ(numbers.strings[0], "Bad\xC3\xBC");
   EXPECT_EQ(numbers.texts, (std::vector<double>{10, 20, 2.5, 0.8, 30}));
@@ -97,9 +104,9 @@ TEST(PageNumbers, TextsKeepTheirPlaceAndBlankOnesAreLeftOut) {
 }
 
 TEST(PageNumbers, CoordinatesOutOfRangeAreLeftOutAndCounted) {
-  const PageNumbers numbers = numbersOf(blockText("A", lineText(1, 0, 0, 1, 0)),
-                                        lineText(1, 0, 0, 1e300, 0) + lineText(1, 0, 0, 2, 0) +
-                                            insertText("A", 1e200, 0));
+  const PageNumbers numbers =
+      numbersOf(blockText("A", lineText(1, 0, 0, 1, 0)),
+                lineText(1, 0, 0, 1e300, 0) + lineText(1, 0, 0, 2, 0) + insertText("A", 1e200, 0));
   EXPECT_EQ(numbers.leftOut, 2U);
   EXPECT_EQ(numbers.lineEnds.size(), 2U);
   EXPECT_EQ(numbers.extents.High().x, 2);
