@@ -10,6 +10,7 @@ set(KT_SCENE_PLUGINDIR ${CMAKE_INSTALL_LIBDIR}/dxf2d)
 
 # Headers: those that a host or a plug-in includes. What is not named here is not part of the SDK.
 install(DIRECTORY platform DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
+  PATTERN abi.h
   PATTERN cfile.h
   PATTERN cfile_exception.h
   PATTERN code_page.h
@@ -27,12 +28,14 @@ install(DIRECTORY ktscene DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
   PATTERN kt_graphic_node.h
   PATTERN kt_matrix.h
   PATTERN kt_point3.h
+  PATTERN kt_reserved.h
   PATTERN kt_run_code.h
   PATTERN kt_scene.h
   PATTERN kt_scene_error.h
   PATTERN kt_scene_reader.h
   PATTERN kt_traverser.h
   PATTERN kt_v.h
+  PATTERN kt_version.h
   PATTERN zu_message.h
   PATTERN po EXCLUDE)
 

@@ -52,3 +52,10 @@ function(dxf2d_add_room target)
   list(JOIN used "," used)
   set_property(GLOBAL APPEND PROPERTY DXF2D_ROOMS "${room_FOLDER}:${used}")
 endfunction()
+
+# dxf2d_version_symbols(<target> <map>): has a shared library export what the linker's version script
+# says, under its versions, and nothing else.
+function(dxf2d_version_symbols target map)
+  target_link_options(${target} PRIVATE LINKER:--version-script=${map})
+  set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
+endfunction()

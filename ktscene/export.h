@@ -1,6 +1,8 @@
 // Marks what the host scene library shows to other modules.
 #pragma once
 
+#include "platform/abi.h"
+
 #if defined(_WIN32)
 #if defined(KT_SCENE_BUILD)
 #define KT_SCENE_API __declspec(dllexport)

@@ -11,6 +11,10 @@
 //
 // Lengths are in drawing units, color components from 0 to 1. Values may be built on any thread; a
 // scene must not change while it is walked.
+//
+// Within one major version of the SDK the structs below keep their sizes (see KtReserved), and
+// KtBox, KtCylinder and KtSceneGeometry stay as they are: new kinds of content become members of
+// KtSceneNode.
 #pragma once
 
 #include <array>
@@ -22,6 +26,7 @@
 
 #include "ktscene/export.h"
 #include "ktscene/kt_matrix.h"
+#include "ktscene/kt_reserved.h"
 
 // The drawable of a node. Its address is its identity; it lives as long as its scene.
 class KtGraphicItem {};
@@ -34,6 +39,7 @@ struct KtMaterial {
   double emission[3] = {0.0, 0.0, 0.0};
   double shininess = 0.0;     // 0 (dull) to 1
   double transparency = 0.0;  // 0 (opaque) to 1
+  KtReserved<4> reserved{};
 };
 
 // A tessellated surface.
@@ -46,12 +52,14 @@ struct KtFaceSet {
   bool reverseOrientation = false;
   // True: the set bounds a solid, so that the back of a face is never visible.
   bool closedSurface = true;
+  KtReserved<4> reserved{};
 };
 
 // Lines; coordinates and codes as in KtFaceSet.
 struct KtLineSet {
   std::vector<double> coords;
   std::vector<int> indices;
+  KtReserved<4> reserved{};
 };
 
 // A box of extents a, b, c, each above 0, centered on the origin in x and y, from z = 0 to c.
@@ -82,6 +90,7 @@ struct KtLabel {
   std::u16string text;
   // 1 to 255 in the drawing's palette; any other value: the color in the text.
   int colorIndex = 0;
+  KtReserved<4> reserved{};
 };
 
 // A box that holds a node's content, by its lower and upper corner in the node's coordinates.
@@ -89,6 +98,7 @@ struct KtLabel {
 struct KtBounds {
   std::array<double, 3> min{};
   std::array<double, 3> max{};
+  KtReserved<2> reserved{};
 };
 
 // One node. Owns its children; their order is that of the walk. Moving and destroying a node is
@@ -130,14 +140,18 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
     std::vector<double> ranges;
     // From fine to coarse. Only the first is walked.
     std::vector<KtSceneNode> levels;
+    KtReserved<2> reserved{};
   };
   // Null for an ordinary node. The walk looks at nothing else of a node that has it.
   std::unique_ptr<Lod> lod;
 
   std::vector<KtSceneNode> children;
+
+  KtReserved<8> reserved{};
 };
 
 // The nodes at the top, in the order of the walk.
 struct KtScene {
   std::vector<KtSceneNode> nodes;
+  KtReserved<4> reserved{};
 };

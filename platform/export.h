@@ -6,6 +6,8 @@
 // symbol of a name that it finds.
 #pragma once
 
+#include "platform/abi.h"
+
 #if defined(_WIN32)
 #if defined(KT_PLATFORM_BUILD)
 #define KT_PLATFORM_API __declspec(dllexport)

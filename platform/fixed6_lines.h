@@ -8,7 +8,6 @@
 #include <cstdint>
 #include <cstring>
 
-#include "platform/export.h"
 #include "platform/number_format.h"
 
 namespace dxf2d {
@@ -24,7 +23,7 @@ class Fixed6Lines {
   // Room that Write needs.
   static constexpr std::size_t kLineSize = kFixed6Size + 1;
 
-  KT_PLATFORM_API Fixed6Lines();
+  Fixed6Lines();
 
   // False in the rare locales whose separator is not an ASCII character; this class does not make
   // such lines.
@@ -36,7 +35,7 @@ class Fixed6Lines {
     return values_[i];
   }
   // Makes the lines of the first `count` values, at most kMost.
-  KT_PLATFORM_API void Make(std::size_t count);
+  void Make(std::size_t count);
 
   // Writes the line of value i, one that Make has made, and returns its end. What follows it in the
   // room may be overwritten.
@@ -73,7 +72,7 @@ class Fixed6Lines {
   static constexpr double kDoubtful = 0.5 - 1e-9;
 
   void MakeBlock(std::size_t begin);
-  KT_PLATFORM_API char* WriteAlone(std::size_t i, char* text) const;
+  char* WriteAlone(std::size_t i, char* text) const;
 
   std::array<double, kMost> values_;
   // How far the rounded millionths are from the exact ones.

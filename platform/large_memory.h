@@ -8,8 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/export.h"
-
 namespace dxf2d {
 
 // Faulting memory in page by page takes longer than most work on it. From this size on, huge pages
@@ -20,7 +18,7 @@ inline constexpr std::size_t kHugePage = std::size_t{2} << 20U;
 
 // Asks for `memory`, `bytes` of it not yet touched, in huge pages, as far as it holds whole pages.
 // Where the system has none, the memory is left as it is.
-KT_PLATFORM_API void adviseHugePages(void* memory, std::size_t bytes) noexcept;
+void adviseHugePages(void* memory, std::size_t bytes) noexcept;
 
 // For containers that may grow large.
 template <class T>

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <functional>
 
-#include "platform/export.h"
-
 namespace dxf2d {
 
 // How many threads a piece of work may take.
@@ -26,14 +24,14 @@ inline constexpr std::size_t kMostThreads = 64;
 //
 // One is the default because two threads on two processors are not faster so far: together they
 // touch twice as many new pages.
-KT_PLATFORM_API const Threading& processThreading();
+const Threading& processThreading();
 
 // Calls work(0) .. work(count - 1), each once and in any order, on the calling thread and up to
 // `threads` - 1 others, and returns when all of them have ended. Where threads cannot be started,
 // fewer do the work. Throws what the call with the lowest number threw; calls that have not begun
 // by then may be left out.
-KT_PLATFORM_API void runInParallel(std::size_t count, std::size_t threads,
-                                   const std::function<void(std::size_t)>& work);
+void runInParallel(std::size_t count, std::size_t threads,
+                   const std::function<void(std::size_t)>& work);
 
 // A part of a list: [begin, end).
 struct Block {

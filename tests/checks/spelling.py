@@ -48,7 +48,7 @@ FORMS = [(re.compile(british.replace("^", BEGIN).replace("$", END)), american)
 # Quoted as they are: the key that a test of scene files has refused, and the units of STEP.
 QUOTED = re.compile(r"(\"/?colour\b|\"(?:milli|centi)?metre\")")
 # Not our English: drawings, scenes and models, seeds, and this list with its tests.
-SKIPPED = re.compile(r"tests/golden/.*\.(dxf|json)$|tests/models/.*\.(ifc|obj|mtl|stl|ply|gltf|dae)$|"
+SKIPPED = re.compile(r"abi/.*\.abi$|tests/golden/.*\.(dxf|json)$|tests/models/.*\.(ifc|obj|mtl|stl|ply|gltf|dae)$|"
                      r"fuzz/(corpus|dictionaries)/|LICENSE$|tests/checks/spelling(_test)?\.py$")
 
 
