@@ -1,7 +1,7 @@
-// Writes a STEP or IGES file for the tests of the importer: make_assembly FILE
+// Writes a STEP or IGES file for the tests of the importer: make_assembly FILE [PINS]
 //
-// In inches: a red plate of 10 by 6 by 1 with a hole and a rounded corner, and four blue pins of
-// radius 0.5 and height 3, which share one part named "pin".
+// In inches: a red plate of 10 by 6 by 1 with a hole and a rounded corner, and four blue pins, or
+// PINS, of radius 0.5 and height 3, which share one part named "pin".
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepFilletAPI_MakeFillet.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
@@ -49,7 +49,14 @@ TopoDS_Shape plate() {
   return rounded.Shape();
 }
 
-Handle(TDocStd_Document) makeAssembly() {
+// In inches: four stand on the plate, the others beside it, a hundred in a row.
+gp_Vec placeOfPin(int pin) {
+  const double x = pin < 4 ? (pin % 2 == 0 ? 2.0 : 8.0) : 12.0 + 2.0 * (pin % 100);
+  const double y = pin < 4 ? (pin < 2 ? 1.5 : 4.5) : 2.0 * (pin / 100);
+  return {x * kInch, y * kInch, kInch};
+}
+
+Handle(TDocStd_Document) makeAssembly(int pins) {
   Handle(TDocStd_Document) document;
   XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", document);
   const auto shapes = XCAFDoc_DocumentTool::ShapeTool(document->Main());
@@ -65,10 +72,9 @@ Handle(TDocStd_Document) makeAssembly() {
   shapes->AddComponent(assembly, add(plate(), "plate", Quantity_NOC_RED), TopLoc_Location());
   const TDF_Label pin =
       add(BRepPrimAPI_MakeCylinder(0.5 * kInch, 3 * kInch).Shape(), "pin", Quantity_NOC_BLUE);
-  for (int i = 0; i < 4; ++i) {
+  for (int i = 0; i < pins; ++i) {
     gp_Trsf place;
-    place.SetTranslation(
-        gp_Vec((i % 2 == 0 ? 2.0 : 8.0) * kInch, (i < 2 ? 1.5 : 4.5) * kInch, kInch));
+    place.SetTranslation(placeOfPin(i));
     shapes->AddComponent(assembly, pin, TopLoc_Location(place));
   }
   shapes->UpdateAssemblies();
@@ -80,7 +86,7 @@ Handle(TDocStd_Document) makeAssembly() {
 int main(int argc, char** argv) {
   Message::DefaultMessenger()->ChangePrinters().Clear();
   const std::string file = argc > 1 ? argv[1] : "";
-  const Handle(TDocStd_Document) document = makeAssembly();
+  const Handle(TDocStd_Document) document = makeAssembly(argc > 2 ? std::stoi(argv[2]) : 4);
   if (file.ends_with(".igs")) {
     IGESControl_Controller::Init();
     Interface_Static::SetCVal("write.iges.unit", "INCH");

@@ -13,8 +13,8 @@ namespace {
 class StepImport : public Dxf2d {
  protected:
   // The assembly of make_assembly in a file of this name.
-  std::string Assembly(const std::string& name) const {
-    EXPECT_EQ(std::system(("'" MAKE_ASSEMBLY "' '" + Path(name) + "'").c_str()), 0);
+  std::string Assembly(const std::string& name, const std::string& pins = "") const {
+    EXPECT_EQ(std::system(("'" MAKE_ASSEMBLY "' '" + Path(name) + "' " + pins).c_str()), 0);
     return Path(name);
   }
   int Export(const std::string& model, const std::string& options = "") {
@@ -31,6 +31,11 @@ TEST_F(StepImport, PartsOfAnAssemblyAreInstancesInTheFilesOwnUnit) {
   ExpectSummary("x 0 to 10, y 0 to 6");
   ExpectSummary("unit in");
   ExpectSummary("; read by dxf2d-import-step");
+}
+
+TEST_F(StepImport, ThousandsOfPartsShareOneBlock) {
+  ASSERT_EQ(Export(Assembly("fixture.step", "5000")), kExitDone) << error_;
+  ExpectSummary("5001 objects (4999 instances shared), 2 parts");
 }
 
 TEST_F(StepImport, NamesAndColorsAreThoseOfTheFile) {
