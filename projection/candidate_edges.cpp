@@ -283,30 +283,11 @@ class EdgeClassifier {
   BentPolygons polygons_;
 };
 
-}  // namespace
-
-double planWidth(const Scene& scene, std::size_t t) {
-  const auto& corners = scene.triangles[t];
-  const Point& a = scene.points[corners[0]];
-  const Point& b = scene.points[corners[1]];
-  const Point& c = scene.points[corners[2]];
-  const double area = (b[0] - a[0]) * (c[1] - a[1]) - (b[1] - a[1]) * (c[0] - a[0]);
-  const auto squaredLength = [](const Point& p, const Point& q) {
-    return (q[0] - p[0]) * (q[0] - p[0]) + (q[1] - p[1]) * (q[1] - p[1]);
-  };
-  const double longest =
-      std::sqrt(std::max({squaredLength(a, b), squaredLength(b, c), squaredLength(c, a)}));
-  return longest > 0 ? std::abs(area) / longest : 0;
-}
-
-std::vector<CandidateEdge> findCandidateEdges(const Scene& scene, const Tolerances& tolerances,
-                                              double creaseDegrees,
-                                              std::span<const Index> lookOfPart) {
-  SideTable table = makeSideTable(scene);
-  const EdgeClassifier classifier(scene, tolerances, creaseDegrees, lookOfPart);
+// Appends the edges of the rows [rows.begin, rows.end) of the table, which it sorts.
+void appendEdges(const Scene& scene, const EdgeClassifier& classifier, const Block& rows,
+                 SideTable& table, std::vector<CandidateEdge>& edges) {
   const auto partOf = [&](const SideUse& use) { return scene.parts[use.side / 3]; };
-  std::vector<CandidateEdge> edges;
-  for (Index low = 0; low < scene.points.size(); ++low) {
+  for (auto low = static_cast<Index>(rows.begin); low < rows.end; ++low) {
     const std::span<SideUse> row(table.uses.data() + table.starts[low],
                                  table.uses.data() + table.starts[low + 1]);
     std::ranges::sort(row, [&](const SideUse& a, const SideUse& b) {
@@ -330,6 +311,39 @@ std::vector<CandidateEdge> findCandidateEdges(const Scene& scene, const Toleranc
       }
       begin = end;
     }
+  }
+}
+
+}  // namespace
+
+double planWidth(const Scene& scene, std::size_t t) {
+  const auto& corners = scene.triangles[t];
+  const Point& a = scene.points[corners[0]];
+  const Point& b = scene.points[corners[1]];
+  const Point& c = scene.points[corners[2]];
+  const double area = (b[0] - a[0]) * (c[1] - a[1]) - (b[1] - a[1]) * (c[0] - a[0]);
+  const auto squaredLength = [](const Point& p, const Point& q) {
+    return (q[0] - p[0]) * (q[0] - p[0]) + (q[1] - p[1]) * (q[1] - p[1]);
+  };
+  const double longest =
+      std::sqrt(std::max({squaredLength(a, b), squaredLength(b, c), squaredLength(c, a)}));
+  return longest > 0 ? std::abs(area) / longest : 0;
+}
+
+std::vector<CandidateEdge> findCandidateEdges(const Scene& scene, const Tolerances& tolerances,
+                                              double creaseDegrees,
+                                              std::span<const Index> lookOfPart,
+                                              const Threading& threading) {
+  SideTable table = makeSideTable(scene);
+  const EdgeClassifier classifier(scene, tolerances, creaseDegrees, lookOfPart);
+  const Blocks blocks(scene.points.size(), threading.For(scene.triangles.size()));
+  std::vector<std::vector<CandidateEdge>> edgesOf(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& rows) {
+    appendEdges(scene, classifier, rows, table, edgesOf[number]);
+  });
+  std::vector<CandidateEdge> edges = std::move(edgesOf[0]);
+  for (const std::vector<CandidateEdge>& some : std::span(edgesOf).subspan(1)) {
+    edges.insert(edges.end(), some.begin(), some.end());
   }
   for (const Scene::Line& line : scene.lines) {
     const Point& a = scene.points[line.from];

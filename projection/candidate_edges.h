@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "mesh/edge_kinds.h"
+#include "platform/parallel.h"
 #include "projection/scene.h"
 
 namespace dxf2d::projection {
@@ -54,11 +55,14 @@ using mesh::kNoCreases;
 //
 // Creases that are facet noise are left out.
 //
+// Threads share the edges out; the result is the same with any number.
+//
 // What else is between parts with different entries in `lookOfPart`, such as a pane that is level
 // with its wall, is a border. Without that list all parts look alike.
 std::vector<CandidateEdge> findCandidateEdges(const Scene& scene, const Tolerances& tolerances,
                                               double creaseDegrees = kDefaultCreaseDegrees,
-                                              std::span<const Index> lookOfPart = {});
+                                              std::span<const Index> lookOfPart = {},
+                                              const Threading& threading = {});
 
 // The width in plan of triangle `t`: its doubled area by its longest side, both in plan.
 double planWidth(const Scene& scene, std::size_t t);

@@ -7,6 +7,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/parallel.h"
 #include "projection/grid_lines.h"
 
 namespace dxf2d::projection {
@@ -34,10 +35,48 @@ struct Extent {
   }
 };
 
+// Part `share` of `shares` of a list.
+Block shareOf(std::size_t size, std::size_t shares, std::size_t share) {
+  return {size * share / shares, size * (share + 1) / shares};
+}
+
+// Sorts into `entries`, in compressed rows by block, what forEachEntry(i, visit) visits as
+// visit(block, entry), for i below `count`; within a row in order of i. Each thread has a part of
+// the numbers below `count`, and a place of its own in every row.
+template <class ForEachEntry>
+void sortIntoBlocks(std::size_t count, std::size_t blockCount, std::size_t threads,
+                    ForEachEntry forEachEntry, std::vector<std::size_t>& starts,
+                    std::vector<Index>& entries) {
+  std::vector<std::vector<std::size_t>> places(threads);
+  const auto runShares = [&](auto visit) {
+    runInParallel(threads, threads, [&](std::size_t share) {
+      std::vector<std::size_t>& own = places[share];
+      own.resize(blockCount);
+      const Block numbers = shareOf(count, threads, share);
+      for (std::size_t i = numbers.begin; i < numbers.end; ++i) {
+        forEachEntry(i, [&](std::size_t block, Index entry) { visit(own[block], entry); });
+      }
+    });
+  };
+  runShares([](std::size_t& place, Index) { ++place; });
+  starts.assign(blockCount + 1, 0);
+  std::size_t sum = 0;
+  for (std::size_t block = 0; block < blockCount; ++block) {
+    starts[block] = sum;
+    for (std::vector<std::size_t>& own : places) {
+      sum += std::exchange(own[block], sum);
+    }
+  }
+  starts[blockCount] = sum;
+  entries.resize(sum);
+  runShares([&](std::size_t& place, Index entry) { entries[place++] = entry; });
+}
+
 }  // namespace
 
 CellGrid::CellGrid(const Scene& scene, std::span<const Index> triangles,
-                   std::span<const CandidateEdge> edges, const Tolerances& tolerances)
+                   std::span<const CandidateEdge> edges, const Tolerances& tolerances,
+                   std::size_t threads)
     : scene_(scene), edges_(edges), tolerances_(tolerances) {
   Extent extent;
   for (const Index t : triangles) {
@@ -61,8 +100,8 @@ CellGrid::CellGrid(const Scene& scene, std::span<const Index> triangles,
   extent_ = {extent.x0 - middleX_ - margin, extent.y0 - middleY_ - margin,
              extent.x1 - middleX_ + 1.3 * margin, extent.y1 - middleY_ + 1.7 * margin};
   ChooseSize(triangles);
-  SortTriangles(triangles);
-  SortEdges();
+  SortTriangles(triangles, threads);
+  SortEdges(threads);
 }
 
 void CellGrid::ChooseSize(std::span<const Index> triangles) {
@@ -129,27 +168,23 @@ void CellGrid::ForEachBlockOfTriangle(Index triangle, Visit visit) const {
   }
 }
 
-void CellGrid::SortTriangles(std::span<const Index> triangles) {
-  triangleStarts_.assign(BlockCount() + 2, 0);
+void CellGrid::SortTriangles(std::span<const Index> triangles, std::size_t threads) {
   std::vector<char> isFlat(triangles.size());
-  for (std::size_t i = 0; i < triangles.size(); ++i) {
-    isFlat[i] = planWidth(scene_, triangles[i]) <= tolerances_.edgeOn ? 1 : 0;
-    if (isFlat[i] == 0) {
-      ForEachBlockOfTriangle(triangles[i],
-                             [&](std::size_t block) { ++triangleStarts_[block + 2]; });
+  runInParallel(threads, threads, [&](std::size_t share) {
+    const Block block = shareOf(triangles.size(), threads, share);
+    for (std::size_t i = block.begin; i < block.end; ++i) {
+      isFlat[i] = planWidth(scene_, triangles[i]) <= tolerances_.edgeOn ? 1 : 0;
     }
-  }
-  for (std::size_t i = 2; i < triangleStarts_.size(); ++i) {
-    triangleStarts_[i] += triangleStarts_[i - 1];
-  }
-  triangleItems_.resize(triangleStarts_.back());
-  for (std::size_t i = 0; i < triangles.size(); ++i) {
-    if (isFlat[i] == 0) {
-      ForEachBlockOfTriangle(triangles[i], [&](std::size_t block) {
-        triangleItems_[triangleStarts_[block + 1]++] = triangles[i];
-      });
-    }
-  }
+  });
+  sortIntoBlocks(
+      triangles.size(), BlockCount(), threads,
+      [&](std::size_t i, auto visit) {
+        if (isFlat[i] == 0) {
+          ForEachBlockOfTriangle(triangles[i],
+                                 [&](std::size_t block) { visit(block, triangles[i]); });
+        }
+      },
+      triangleStarts_, triangleItems_);
 }
 
 PlanSegment CellGrid::SegmentOf(Index edge) const {
@@ -160,26 +195,20 @@ PlanSegment CellGrid::SegmentOf(Index edge) const {
   return {a[0] - middleX_, a[1] - middleY_, a[2], dx, dy, b[2] - a[2], edge};
 }
 
-void CellGrid::SortEdges() {
-  edgeStarts_.assign(BlockCount() + 2, 0);
-  const auto forEachEntry = [&](auto visit) {
-    for (Index i = 0; i < edges_.size(); ++i) {
-      const PlanSegment segment = SegmentOf(i);
-      if (!(segment.length > tolerances_.plan)) {
-        continue;
-      }
-      forEachCellOnSegment(segment, {0, 1}, extent_, columns_, rows_, tolerances_.plan,
-                           [&](std::size_t column, std::size_t row, const Interval&) {
-                             visit(row * columns_ + column, i);
-                           });
-    }
-  };
-  forEachEntry([&](std::size_t block, Index) { ++edgeStarts_[block + 2]; });
-  for (std::size_t i = 2; i < edgeStarts_.size(); ++i) {
-    edgeStarts_[i] += edgeStarts_[i - 1];
-  }
-  edgeItems_.resize(edgeStarts_.back());
-  forEachEntry([&](std::size_t block, Index i) { edgeItems_[edgeStarts_[block + 1]++] = i; });
+void CellGrid::SortEdges(std::size_t threads) {
+  sortIntoBlocks(
+      edges_.size(), BlockCount(), threads,
+      [&](std::size_t i, auto visit) {
+        const auto number = static_cast<Index>(i);
+        const PlanSegment segment = SegmentOf(number);
+        if (segment.length > tolerances_.plan) {
+          forEachCellOnSegment(segment, {0, 1}, extent_, columns_, rows_, tolerances_.plan,
+                               [&](std::size_t column, std::size_t row, const Interval&) {
+                                 visit(row * columns_ + column, number);
+                               });
+        }
+      },
+      edgeStarts_, edgeItems_);
 }
 
 }  // namespace dxf2d::projection

@@ -19,8 +19,10 @@ class CellGrid {
  public:
   // Takes the triangles `triangles` of the scene and all edges; both outlive the grid. Triangles
   // narrower in plan than `tolerances.edgeOn` hide nothing and are left out.
+  // `threads` share the work.
   CellGrid(const Scene& scene, std::span<const Index> triangles,
-           std::span<const CandidateEdge> edges, const Tolerances& tolerances);
+           std::span<const CandidateEdge> edges, const Tolerances& tolerances,
+           std::size_t threads = 1);
 
   std::size_t BlockCount() const { return columns_ * rows_; }
 
@@ -28,8 +30,8 @@ class CellGrid {
   friend class CellWalk;
 
   void ChooseSize(std::span<const Index> triangles);
-  void SortTriangles(std::span<const Index> triangles);
-  void SortEdges();
+  void SortTriangles(std::span<const Index> triangles, std::size_t threads);
+  void SortEdges(std::size_t threads);
   Rectangle BlockRectangle(std::size_t column, std::size_t row) const;
   std::size_t ColumnOf(double x) const;
   std::size_t RowOf(double y) const;

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "projection/boundary_loops.h"
-#include "projection/cell_walk.h"
+#include "projection/parallel_walk.h"
 #include "projection/segment_cuts.h"
 
 namespace dxf2d::projection {
@@ -27,8 +27,7 @@ struct Sides {
 // Finds the pieces of the boundary in one leaf cell after another.
 class CellBoundary {
  public:
-  CellBoundary(const Tolerances& tolerances, std::vector<BoundaryPiece>& pieces)
-      : plan_(tolerances.plan), pieces_(pieces) {}
+  explicit CellBoundary(const Tolerances& tolerances) : plan_(tolerances.plan) {}
 
   void Run(const PlanCell& cell) {
     for (const SegmentPart& part : cell.parts) {
@@ -37,6 +36,7 @@ class CellBoundary {
       }
     }
   }
+  const std::vector<BoundaryPiece>& Pieces() const { return pieces_; }
 
  private:
   void RunPart(const PlanCell& cell, const SegmentPart& part) {
@@ -97,19 +97,20 @@ class CellBoundary {
   }
 
   double plan_;
-  std::vector<BoundaryPiece>& pieces_;
+  std::vector<BoundaryPiece> pieces_;
   std::vector<double> cuts_;
 };
 
 std::size_t appendGroup(const Scene& scene, std::span<const Index> triangles,
                         std::span<const CandidateEdge> edges, std::uint64_t group,
-                        const Tolerances& tolerances, Polylines& loops) {
-  const CellGrid grid(scene, triangles, edges, tolerances);
+                        const Tolerances& tolerances, const Threading& threading,
+                        Polylines& loops) {
+  const std::size_t threads = threading.For(triangles.size() + edges.size());
+  const CellGrid grid(scene, triangles, edges, tolerances, threads);
   std::vector<BoundaryPiece> pieces;
-  CellBoundary boundary(tolerances, pieces);
-  CellWalk walk(grid, Culling::kInside);
-  for (std::size_t block = 0; block < grid.BlockCount(); ++block) {
-    walk.Run(block, [&](const PlanCell& cell) { boundary.Run(cell); });
+  for (const CellBoundary& boundary :
+       walkInParallel(grid, Culling::kInside, threads, [&] { return CellBoundary(tolerances); })) {
+    pieces.insert(pieces.end(), boundary.Pieces().begin(), boundary.Pieces().end());
   }
   std::vector<GroupedSegment> segments;
   segments.reserve(pieces.size());
@@ -152,7 +153,8 @@ Grouping groupNumbers(std::size_t count, std::size_t groups, GroupOf groupOf) {
 }  // namespace
 
 UnionOutline findUnionOutline(const Scene& scene, std::span<const CandidateEdge> edges,
-                              std::span<const Index> groupOfPart, const Tolerances& tolerances) {
+                              std::span<const Index> groupOfPart, const Tolerances& tolerances,
+                              const Threading& threading) {
   std::vector<CandidateEdge> contours;
   std::ranges::copy_if(edges, std::back_inserter(contours), [](const CandidateEdge& edge) {
     return edge.kind == EdgeKind::kBorder || edge.kind == EdgeKind::kSilhouette ||
@@ -171,12 +173,13 @@ UnionOutline findUnionOutline(const Scene& scene, std::span<const CandidateEdge>
     while (end < contours.size() && groupOfPart[contours[end].part] == group) {
       ++end;
     }
-    outline.droppedPieces += appendGroup(
-        scene,
-        std::span(triangles.numbers)
-            .subspan(triangles.starts[group],
-                     triangles.starts[group + 1] - triangles.starts[group]),
-        std::span(contours).subspan(begin, end - begin), group, tolerances, outline.loops);
+    outline.droppedPieces +=
+        appendGroup(scene,
+                    std::span(triangles.numbers)
+                        .subspan(triangles.starts[group],
+                                 triangles.starts[group + 1] - triangles.starts[group]),
+                    std::span(contours).subspan(begin, end - begin), group, tolerances, threading,
+                    outline.loops);
     begin = end;
   }
   return outline;

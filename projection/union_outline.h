@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <span>
 
+#include "platform/parallel.h"
 #include "projection/candidate_edges.h"
 #include "projection/scene.h"
 #include "projection/segment_chains.h"
@@ -28,8 +29,10 @@ struct UnionOutline {
 // The boundary is what of those edges has triangles on one side only: each is cut where it meets
 // another, and the middle of each piece is looked up in the cells of the plan. A cell that one
 // triangle covers holds no boundary. Details narrower than `tolerances.weld` may disappear. The
-// time is about linear in the number of triangles.
+// time is about linear in the number of triangles. The cells are shared by threads; the result is
+// the same with any number.
 UnionOutline findUnionOutline(const Scene& scene, std::span<const CandidateEdge> edges,
-                              std::span<const Index> groupOfPart, const Tolerances& tolerances);
+                              std::span<const Index> groupOfPart, const Tolerances& tolerances,
+                              const Threading& threading = {});
 
 }  // namespace dxf2d::projection

@@ -4,8 +4,8 @@
 #include <array>
 #include <numeric>
 
-#include "projection/cell_walk.h"
 #include "projection/edge_pieces.h"
+#include "projection/parallel_walk.h"
 #include "projection/piercing_lines.h"
 #include "projection/segment_cuts.h"
 
@@ -15,8 +15,8 @@ namespace {
 // Finds what can be seen in one leaf cell after another.
 class CellVisibility {
  public:
-  CellVisibility(const Scene& scene, const Tolerances& tolerances, VisibleLines& lines)
-      : piercingLines_(scene, tolerances), tolerances_(tolerances), lines_(lines) {}
+  CellVisibility(const Scene& scene, const Tolerances& tolerances)
+      : piercingLines_(scene, tolerances), tolerances_(tolerances) {}
 
   void Run(const PlanCell& cell) {
     cell_ = &cell;
@@ -40,6 +40,8 @@ class CellVisibility {
       });
     });
   }
+
+  const VisibleLines& Lines() const { return lines_; }
 
  private:
   // Leaves out parts that a single triangle hides. They cut no visible part either: where they
@@ -152,7 +154,7 @@ class CellVisibility {
 
   PiercingLines piercingLines_;
   Tolerances tolerances_;
-  VisibleLines& lines_;
+  VisibleLines lines_;
   const PlanCell* cell_ = nullptr;
   // Of the triangles in the cell.
   double mostTouch_ = 0;
@@ -164,15 +166,17 @@ class CellVisibility {
 }  // namespace
 
 VisibleLines findVisibleLines(const Scene& scene, std::span<const CandidateEdge> edges,
-                              const Tolerances& tolerances) {
+                              const Tolerances& tolerances, const Threading& threading) {
   std::vector<Index> triangles(scene.triangles.size());
   std::iota(triangles.begin(), triangles.end(), Index{0});
-  const CellGrid grid(scene, triangles, edges, tolerances);
+  const std::size_t threads = threading.For(scene.triangles.size() + edges.size());
+  const CellGrid grid(scene, triangles, edges, tolerances, threads);
   VisibleLines lines;
-  CellVisibility visibility(scene, tolerances, lines);
-  CellWalk walk(grid, Culling::kHidden);
-  for (std::size_t block = 0; block < grid.BlockCount(); ++block) {
-    walk.Run(block, [&](const PlanCell& cell) { visibility.Run(cell); });
+  for (const CellVisibility& visibility : walkInParallel(
+           grid, Culling::kHidden, threads, [&] { return CellVisibility(scene, tolerances); })) {
+    const VisibleLines& some = visibility.Lines();
+    lines.pieces.insert(lines.pieces.end(), some.pieces.begin(), some.pieces.end());
+    lines.piercings.insert(lines.piercings.end(), some.piercings.begin(), some.piercings.end());
   }
   sortAndMerge(lines.pieces, edges.size());
   return lines;

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "platform/parallel.h"
 #include "projection/candidate_edges.h"
 #include "projection/scene.h"
 
@@ -54,8 +55,10 @@ struct VisibleLines {
 // of each piece tells whether the piece is hidden. What lies below a triangle that covers a whole
 // cell is not looked at. The time is about linear in the number of triangles at constant density,
 // and less where much is hidden.
+//
+// The cells are shared by threads; the result is the same with any number.
 VisibleLines findVisibleLines(const Scene& scene, std::span<const CandidateEdge> edges,
-                              const Tolerances& tolerances);
+                              const Tolerances& tolerances, const Threading& threading = {});
 
 // The complement: what of `count` edges is not in `visible`, in the same order. Lines along which
 // hidden faces pierce each other are not known.

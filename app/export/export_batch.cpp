@@ -1,5 +1,6 @@
 #include "app/export/export_batch.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -12,6 +13,7 @@
 #include "app/cli/failure.h"
 #include "app/export/export_job.h"
 #include "app/process/termination_signals.h"
+#include "platform/parallel.h"
 
 namespace dxf2d {
 
@@ -90,7 +92,13 @@ class ExportBatch {
     for (const ExportJob& job : jobs_) {
       memory.push_back(memoryLimitOf(job.model, options_.limits));
     }
-    const unsigned count = options_.batch.jobs.value_or(batch::defaultJobCount());
+    const unsigned processors = batch::defaultJobCount();
+    const unsigned count = options_.batch.jobs.value_or(processors);
+    if (!options_.threads) {
+      const auto jobsAtATime = std::min<std::size_t>(count, std::max<std::size_t>(jobs_.size(), 1));
+      options_.threads = std::clamp(processors / static_cast<unsigned>(jobsAtATime), 1U,
+                                    static_cast<unsigned>(kMostThreads));
+    }
     batch::runJobs(memory, {count, batch::availableMemory()},
                    [&](std::size_t job) { return RunJob(jobs_[job]); });
     progress_.reset();

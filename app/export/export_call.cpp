@@ -39,6 +39,7 @@ std::size_t cutOf(const ExportJob& job, const ExportOptions& options) {
 ExportOptions optionsOf(std::span<const std::string> words) {
   ExportOptions options;
   takeOptions(exportOptions(options), words);
+  options.plan.linework.threads = options.threads.value_or(1);
   return options;
 }
 
@@ -59,6 +60,7 @@ WorkerCall callToExport(const ExportJob& job, const ExportOptions& options,
     call.Add(preview->Words());
   }
   call.Add(options.words);
+  call.Add({"--threads", std::to_string(options.threads.value_or(1))});
   if (options.plugin.empty()) {
     // The worker stands elsewhere.
     call.Add({"--plugin", pluginFile("")});

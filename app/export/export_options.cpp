@@ -9,6 +9,7 @@
 #include "app/export/line_options.h"
 #include "app/model/plan_label.h"
 #include "app/model/view.h"
+#include "platform/parallel.h"
 
 namespace dxf2d {
 namespace {
@@ -250,6 +251,18 @@ std::vector<Option> modelLimitOptions(ModelLimits& limits) {
            into(limits.vertices, parseCount)}};
 }
 
+Option threadsOption(std::optional<unsigned>& threads) {
+  const auto parse = [](const std::string& text) -> std::optional<unsigned> {
+    const std::optional<std::uint32_t> count = parseCount(text);
+    return count && *count >= 1 && *count <= kMostThreads ? std::optional<unsigned>(*count)
+                                                          : std::nullopt;
+  };
+  return {"--threads", "N",
+          "Threads that find hidden lines and outlines of a large model (default: as many as there "
+          "are processors, shared by the models drawn at a time); the drawing is the same",
+          "a number from 1 to 64", into(threads, parse)};
+}
+
 }  // namespace
 
 bool isSceneFile(const std::string& path) {
@@ -276,6 +289,7 @@ std::vector<Option> exportOptions(ExportOptions& options) {
   append(all, {importerOption(options.importers)});
   append(all, importSettingOptions(options.importSettings));
   append(all, modelFileOptions(options));
+  append(all, {threadsOption(options.threads)});
   append(all, resourceLimitOptions(options.limits));
   append(all, modelLimitOptions(options.plan.limits));
   return all;

@@ -83,6 +83,8 @@ struct ExportOptions {
   bool allowsOutside = false;
   // For one model.
   ResourceLimits limits;
+  // For one model; none: the processors, shared by the models that are drawn at a time.
+  std::optional<unsigned> threads;
   // All of the above but the models, for worker processes.
   OptionWords words;
 };

@@ -4,6 +4,7 @@
 #include <numeric>
 #include <utility>
 
+#include "platform/parallel.h"
 #include "projection/candidate_edges.h"
 #include "projection/coincident_segments.h"
 #include "projection/section.h"
@@ -22,6 +23,10 @@ using projection::Point;
 using projection::Polylines;
 using projection::Scene;
 using projection::Tolerances;
+
+Threading threadingOf(const LineworkOptions& options) {
+  return {options.threads, processThreading().leastWork};
+}
 
 LineKind lineKindOf(projection::EdgeKind kind) {
   switch (kind) {
@@ -115,13 +120,14 @@ Polylines sortedByGroup(const Polylines& lines) {
 
 // Loops of each object, in the group of its first part; of all together, in that of part 0.
 Polylines outlineOf(const Scene& scene, std::span<const CandidateEdge> edges,
-                    std::span<const Index> objectOfPart, OutlineOf choice,
+                    std::span<const Index> objectOfPart, const LineworkOptions& options,
                     const Tolerances& tolerances, Linework& linework) {
   std::vector<Index> groups(objectOfPart.begin(), objectOfPart.end());
-  if (choice == OutlineOf::kWholeView) {
+  if (options.outline == OutlineOf::kWholeView) {
     std::ranges::fill(groups, Index{0});
   }
-  projection::UnionOutline outline = projection::findUnionOutline(scene, edges, groups, tolerances);
+  projection::UnionOutline outline =
+      projection::findUnionOutline(scene, edges, groups, tolerances, threadingOf(options));
   linework.droppedPieces = outline.droppedPieces;
   for (std::uint64_t& group : outline.loops.groups) {
     // Groups ascend with the parts.
@@ -152,13 +158,15 @@ std::vector<CandidateEdge> cutAway(Scene& scene, double height, double weld,
 }
 
 std::vector<GroupedSegment> segmentsOf(const Scene& scene, std::span<const CandidateEdge> edges,
-                                       HiddenLines hidden, const Tolerances& tolerances) {
-  if (hidden == HiddenLines::kShow) {
+                                       const LineworkOptions& options,
+                                       const Tolerances& tolerances) {
+  if (options.hidden == HiddenLines::kShow) {
     return allSegments(scene, edges);
   }
-  const projection::VisibleLines visible = projection::findVisibleLines(scene, edges, tolerances);
+  const projection::VisibleLines visible =
+      projection::findVisibleLines(scene, edges, tolerances, threadingOf(options));
   std::vector<GroupedSegment> segments = visibleSegments(scene, edges, visible);
-  if (hidden == HiddenLines::kDash) {
+  if (options.hidden == HiddenLines::kDash) {
     addHiddenSegments(scene, edges, visible.pieces, tolerances.weld, segments);
   }
   return segments;
@@ -178,18 +186,18 @@ Linework drawLinework(Scene scene, const LineworkParts& parts, const LineworkOpt
     cuts = cutAway(scene, heightOf(*options.cut, bounds), tolerances.weld, parts.objects, options,
                    linework);
   }
-  std::vector<CandidateEdge> edges =
-      projection::findCandidateEdges(scene, tolerances, creaseDegrees, parts.looks);
+  std::vector<CandidateEdge> edges = projection::findCandidateEdges(
+      scene, tolerances, creaseDegrees, parts.looks, threadingOf(options));
   edges.insert(edges.end(), cuts.begin(), cuts.end());
   cuts = std::vector<CandidateEdge>();
   if (options.outline != OutlineOf::kNothing) {
-    linework.lines = sortedByGroup(
-        outlineOf(scene, edges, parts.objects, options.outline, tolerances, linework));
+    linework.lines =
+        sortedByGroup(outlineOf(scene, edges, parts.objects, options, tolerances, linework));
     return linework;
   }
   linework.creases = static_cast<std::size_t>(
       std::ranges::count(edges, projection::EdgeKind::kCrease, &CandidateEdge::kind));
-  const std::vector<GroupedSegment> segments = segmentsOf(scene, edges, options.hidden, tolerances);
+  const std::vector<GroupedSegment> segments = segmentsOf(scene, edges, options, tolerances);
   // Joining takes as much memory again.
   scene = Scene();
   edges = std::vector<CandidateEdge>();

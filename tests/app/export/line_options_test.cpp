@@ -50,6 +50,71 @@ TEST_F(Dxf2d, HiddenLinesArePiecesWhereThereIsNoDashedLineType) {
   EXPECT_TRUE(has(out_, "2 objects (0 instances shared), 2 parts, 12 polylines")) << out_;
 }
 
+// A field of pyramids, overlapping in plan.
+std::string pyramids(int side) {
+  std::string obj;
+  for (int i = 0; i < side * side; ++i) {
+    const int x = 2 * (i % side);
+    const int z = 2 * (i / side);
+    const auto corner = [&](int dx, int y, int dz) {
+      obj += "v " + std::to_string(x + dx) + " " + std::to_string(y) + " " +
+             std::to_string(z + dz) + "\n";
+    };
+    corner(0, i % 3, 0);
+    corner(3, i % 3, 0);
+    corner(3, i % 3, 3);
+    corner(0, i % 3, 3);
+    corner(1, 4 + i % 5, 1);
+    const auto face = [&](int a, int b) {
+      obj += "f " + std::to_string(5 * i + a) + " " + std::to_string(5 * i + b) + " " +
+             std::to_string(5 * i + 5) + "\n";
+    };
+    face(1, 2);
+    face(2, 3);
+    face(3, 4);
+    face(4, 1);
+  }
+  return obj;
+}
+
+TEST_F(Dxf2d, ThreadsDrawWhatOneDraws) {
+  const std::string model = Write("pyramids.obj", pyramids(20));
+  for (const std::string lines :
+       {"--hidden remove", "--hidden dash", "--outline each", "--cut 3"}) {
+    const std::string command = "export " + model + " -f " + lines;
+    ASSERT_EQ(Run(command + " --threads 1 -o " + Path("one.dxf")), kExitDone) << error_;
+    for (const std::string threads : {"2", "17"}) {
+      ASSERT_EQ(
+          Run(command + " --threads " + threads + " -o " + Path("many.dxf"), "KT_THREADS_FROM=0"),
+          kExitDone)
+          << error_;
+      EXPECT_EQ(Read(Path("many.dxf")), Read(Path("one.dxf"))) << lines << ", " << threads;
+    }
+  }
+}
+
+// 64 stacks do not fit: fewer threads draw.
+TEST_F(Dxf2d, ThreadsThatFindNoRoomAreLeftOut) {
+  const std::string model = Write("pyramids.obj", pyramids(20));
+  const std::string command = "export " + model + " -f --hidden remove";
+  ASSERT_EQ(Run(command + " --threads 1 -o " + Path("one.dxf")), kExitDone) << error_;
+  ASSERT_EQ(
+      Run(command + " --threads 64 --max-memory 200 -o " + Path("many.dxf"), "KT_THREADS_FROM=0"),
+      kExitDone)
+      << error_;
+  EXPECT_EQ(Read(Path("many.dxf")), Read(Path("one.dxf")));
+}
+
+TEST_F(Dxf2d, ThreadsAreOneAtLeast) {
+  const std::string model = Write("layers.obj", kLayers);
+  for (const std::string threads : {"0", "65", "many"}) {
+    EXPECT_EQ(Run("export " + model + " --threads " + threads + " -o " + Path("plan.dxf")),
+              kExitUsage);
+    ExpectOneSentence();
+    EXPECT_TRUE(has(error_, "a number from 1 to 64")) << error_;
+  }
+}
+
 TEST_F(Dxf2d, ACutDrawsItsLoop) {
   const std::string model = Write("prism.obj", kPrism);
   ASSERT_EQ(Run("export " + model + " --cut 1 --hidden remove --strict -o " + Path("plan.dxf")),
