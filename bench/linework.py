@@ -24,6 +24,7 @@ MEASURES = [
     ("H bytes", "peak bytes, whole process, per triangle", "<", 400.0),
     ("S", "`--cut` at half the height : the plain export, 1,000,000 triangles", "<", 1.3),
     ("O", "`--outline view` : the plain export, 1,000,000 triangles", "<", 6.0),
+    ("V", "one thread : two threads, whole processes, 1,000,000 triangles", ">", 1.7),
     ("H Blender", "Blender's line art : `--hidden remove`, whole processes, 1,000,000 triangles", ">",
      3.0),
     ("H OCCT", "OpenCASCADE's HLRBRep_PolyAlgo, without reading : `--hidden remove`, whole process, "
@@ -90,6 +91,7 @@ def measure(dxf2d, scratch, size, repetitions, company, peer_timeout=None):
                              ("O", "--outline", "view")):
             drawn = export(model, *option)
             results.append(compared(key, name, drawn, plain, repetitions))
+            results.append(in_threads(f"{name}, {option[0]}", drawn, repetitions))
             peak = run_of(drawn)[1]
             results.append({"measure": "H bytes", "subject": f"{name}, {option[0]}",
                             "value": peak / triangles, "detail": f"{peak / 2**20:.0f} MiB"})
@@ -105,6 +107,15 @@ def measure(dxf2d, scratch, size, repetitions, company, peer_timeout=None):
         results += against_peer("H OCCT", [occt], small, export, peer_timeout, is_whole=False)
     company.look()
     return results
+
+
+def in_threads(subject, command, repetitions):
+    both = [(run_of([*command, "--threads", 1])[0], run_of([*command, "--threads", 2])[0])
+            for _ in range(repetitions + 1)][1:]
+    alone, together = (statistics.median(times) for times in zip(*both))
+    return {"measure": "V", "subject": subject,
+            "value": statistics.median(a / b for a, b in both),
+            "detail": f"{alone * 1e3:.0f} ms, {together * 1e3:.0f} ms"}
 
 
 def against_peer(key, command, models, export, timeout, is_whole):
