@@ -56,6 +56,19 @@ if(TARGET dxf2d)
   install(TARGETS dxf2d-worker dxf2d-unpack RUNTIME DESTINATION ${worker_directory})
 endif()
 
+if(TARGET dxf2d_manuals)
+  # Debian's zsh looks into share/zsh/vendor-completions.
+  set(DXF2D_ZSH_DIRECTORY ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING
+      "Where zsh looks for completions, below the prefix")
+  get_target_property(manuals dxf2d_manuals DXF2D_MANUALS)
+  install(DIRECTORY ${manuals}/man1 DESTINATION ${CMAKE_INSTALL_MANDIR})
+  install(FILES ${manuals}/dxf2d.bash RENAME dxf2d
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES ${manuals}/_dxf2d DESTINATION ${DXF2D_ZSH_DIRECTORY})
+  install(FILES ${manuals}/dxf2d.fish
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
+endif()
+
 # find_package(KtScene)
 install(EXPORT KtSceneTargets NAMESPACE KtScene:: DESTINATION ${KT_SCENE_PACKAGEDIR})
 set(plugin_file ${KT_SCENE_PLUGINDIR}/dxf2d_plugin.so)

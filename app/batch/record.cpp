@@ -176,6 +176,10 @@ std::string lineOf(const Record& record, RecordFormat format) {
   return format == RecordFormat::kCsv ? rowOf(json) : textOf(json) + "\n";
 }
 
+std::string asciiLineOf(const Record& record) {
+  return jsonOf(record).dump(-1, ' ', true, Json::error_handler_t::replace);
+}
+
 std::optional<std::vector<Record>> recordsOf(std::string_view text, RecordFormat format) {
   const std::string head = headOf(format);
   if (!text.starts_with(head)) {

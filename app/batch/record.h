@@ -46,6 +46,9 @@ std::string headOf(RecordFormat format);
 // U+FFFD.
 std::string lineOf(const Record& record, RecordFormat format);
 
+// The same in JSON, without an end and in ASCII, for printing.
+std::string asciiLineOf(const Record& record);
+
 // The records in the text of a report, one line each and without its end: an unfinished last line,
 // as a run that was killed may leave, is passed over. Returns nothing for other texts.
 std::optional<std::vector<Record>> recordsOf(std::string_view text, RecordFormat format);

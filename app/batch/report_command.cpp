@@ -12,13 +12,19 @@ namespace dxf2d {
 
 namespace {
 
-int printTotals(const std::vector<std::string>& reports) {
+struct ReportOptions {
+  std::vector<std::string> reports;
+  bool isJson = false;
+};
+
+int printTotals(const ReportOptions& options) {
   std::vector<batch::Record> records;
-  for (const std::string& report : reports) {
+  for (const std::string& report : options.reports) {
     const std::vector<batch::Record> more = batch::readReport(report);
     records.insert(records.end(), more.begin(), more.end());
   }
-  std::istringstream lines(textOf(batch::totalsOf(records)));
+  const batch::Totals totals = batch::totalsOf(records);
+  std::istringstream lines(options.isJson ? batch::jsonOf(totals) : textOf(totals));
   for (std::string line; std::getline(lines, line);) {
     printLine(stdout, line);
   }
@@ -29,19 +35,24 @@ int printTotals(const std::vector<std::string>& reports) {
 }  // namespace
 
 Command reportCommand() {
-  const auto reports = std::make_shared<std::vector<std::string>>();
+  const auto options = std::make_shared<ReportOptions>();
   Command command;
   command.name = "report";
+  command.summary = "Prints the totals of reports that dxf2d export --report wrote.";
   command.help =
-      "Prints the totals of reports that dxf2d export --report wrote: inputs drawn, skipped and "
-      "failed by exit code, polylines and vertices, time and memory. Of several records of an "
-      "input the last one counts.";
+      "Inputs drawn, skipped and failed by exit code, polylines and vertices, time and memory. Of "
+      "several records of an input the last one counts.";
+  command.examples = {{"dxf2d report night.jsonl", "What became of a night's models."}};
   command.inputName = "REPORT";
   command.inputHelp = "The reports, .jsonl or .csv";
   command.takesSeveralInputs = true;
-  command.takeInputs = [reports](const std::vector<std::string>& inputs) { *reports = inputs; };
-  command.run = [reports](const OptionWords&) {
-    return reporting([&] { return printTotals(*reports); });
+  command.takeInputs = [options](const std::vector<std::string>& inputs) {
+    options->reports = inputs;
+  };
+  command.options = {{"--json", "", "Print the totals as JSON", "",
+                      [options](const std::string&) { return options->isJson = true; }}};
+  command.run = [options](const OptionWords&) {
+    return reporting([&] { return printTotals(*options); });
   };
   return command;
 }

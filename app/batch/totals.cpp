@@ -116,4 +116,22 @@ std::string textOf(const Totals& totals) {
   return text;
 }
 
+std::string jsonOf(const Totals& totals) {
+  using Json = nlohmann::ordered_json;
+  Json failed = Json::object();
+  for (const auto& [code, count] : totals.failed) {
+    failed[std::to_string(code)] = count;
+  }
+  const Json json{{"inputs", totals.inputs},
+                  {"drawn", totals.drawn},
+                  {"skipped", totals.skipped},
+                  {"failed", failed},
+                  {"polylines", totals.polylines},
+                  {"vertices", totals.vertices},
+                  {"seconds", totals.seconds},
+                  {"longest", {{"seconds", totals.longest}, {"input", totals.longestInput}}},
+                  {"peak", {{"memory", totals.peakMemory}, {"input", totals.peakInput}}}};
+  return json.dump(-1, ' ', true, Json::error_handler_t::replace);
+}
+
 }  // namespace dxf2d::batch

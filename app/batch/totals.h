@@ -34,4 +34,7 @@ Totals totalsOf(const std::vector<Record>& records);
 // As lines for a reader.
 std::string textOf(const Totals& totals);
 
+// As a JSON object on one line, in ASCII.
+std::string jsonOf(const Totals& totals);
+
 }  // namespace dxf2d::batch

@@ -1,11 +1,13 @@
-// The only source that includes CLI11, which takes long to compile. The library splits the command
-// line and lays out the help; its messages never reach the user.
+// With config_file_cli11.cpp the only source that includes CLI11, which takes long to compile. The
+// library splits the command line; its messages never reach the user.
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <memory>
 
 #include "app/cli/argument_parser.h"
 #include "app/cli/failure.h"
+#include "app/cli/help_text.h"
+#include "app/cli/suggestion.h"
+#include "app/cli/terminal.h"
 
 namespace dxf2d {
 namespace {
@@ -36,38 +38,25 @@ std::vector<std::string> argumentsOf(int argc, const char* const* argv) {
   return arguments;
 }
 
-// Shows the inputs of a command in its usage line as they are written.
-class HelpFormatter : public CLI::Formatter {
- public:
-  std::string make_option_usage(const CLI::Option* option) const override {
-    const bool isMany = option->get_items_expected_max() > 1;
-    return option->get_name(true) + (isMany ? "..." : "");
-  }
-};
-
 void addOption(CLI::App& parser, const Option& option) {
   if (option.value.empty()) {
-    parser.add_flag(option.names, option.help)->disable_flag_override();
+    parser.add_flag(option.names)->disable_flag_override();
     return;
   }
   // How often an option may stand is checked by us.
   parser.add_option(option.names)
-      ->description(option.help)
       ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-      ->option_text(option.value + (option.isRequired ? " (required)" : ""));
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
 }
 
 void addCommand(CLI::App& app, const Command& command) {
-  CLI::App* const parser = app.add_subcommand(command.name, command.help);
+  CLI::App* const parser = app.add_subcommand(command.name);
   if (!command.inputName.empty()) {
     constexpr int kMany = 1 << 20;
     parser->add_option(command.inputName)
-        ->description(command.inputHelp)
         ->expected(1, command.takesSeveralInputs ? kMany : 1)
         ->allow_extra_args(command.takesSeveralInputs)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->option_text(" ");
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   }
   for (const Option& option : command.options) {
     addOption(*parser, option);
@@ -83,18 +72,44 @@ const Command* commandOf(const Program& program, const CLI::App& app) {
   return nullptr;
 }
 
+// How the options of a command may be written; those of the program where it is null.
+std::vector<std::string> optionNames(const Command* command) {
+  std::vector<Option> options = commonOptions();
+  if (command != nullptr) {
+    append(options, command->options);
+  }
+  std::vector<std::string> names;
+  for (const Option& option : options) {
+    names.push_back(option.LongName());
+  }
+  return names;
+}
+
+std::vector<std::string> commandNames(const Program& program) {
+  std::vector<std::string> names;
+  for (const Command& command : program.commands) {
+    names.push_back(command.name);
+  }
+  return names;
+}
+
 // Words that were not understood, if any.
 void checkNothingRemains(const Program& program, const CLI::App& app, const Command* command) {
   const std::vector<std::string> rest = app.remaining(true);
   const auto word = std::ranges::find_if(rest, [](const auto& text) { return text != "--"; });
   if (word != rest.end()) {
     const bool isOption = word->starts_with('-') && word->size() > 1;
-    if (isOption || command != nullptr) {
-      throw UsageError({"", (isOption ? "unknown option '" : "unexpected argument '") + *word + "'",
-                        helpHint(command)});
+    if (isOption) {
+      const std::string name = word->substr(0, word->find('='));
+      throw UsageError({"", "unknown option '" + *word + "'",
+                        didYouMean(name, optionNames(command), helpHint(command))});
     }
-    throw UsageError({"", "unknown command '" + *word + "'",
-                      "use " + namesOf(program.commands) + ", or " + helpHint(nullptr)});
+    if (command != nullptr) {
+      throw UsageError({"", "unexpected argument '" + *word + "'", helpHint(command)});
+    }
+    const std::string others = "use " + namesOf(program.commands) + ", or " + helpHint(nullptr);
+    throw UsageError(
+        {"", "unknown command '" + *word + "'", didYouMean(*word, commandNames(program), others)});
   }
   if (command == nullptr) {
     throw UsageError(
@@ -140,10 +155,8 @@ std::vector<GivenOption> givenOptions(const CLI::App& parser, const Command& com
 }  // namespace
 
 ParsedArguments parseArguments(const Program& program, int argc, const char* const* argv) {
-  CLI::App app(program.about, "dxf2d");
-  app.set_version_flag("--version", program.version);
-  app.footer(program.footer);
-  app.formatter(std::make_shared<HelpFormatter>());
+  CLI::App app("", "dxf2d");
+  app.set_version_flag("-V,--version", program.version);
   app.require_subcommand(0, 1);
   app.allow_extras();
   for (const Command& command : program.commands) {
@@ -153,9 +166,8 @@ ParsedArguments parseArguments(const Program& program, int argc, const char* con
   try {
     app.parse(argumentsOf(argc, argv));
   } catch (const CLI::CallForHelp&) {
-    const Command* const command = commandOf(program, app);
-    return {nullptr,
-            command == nullptr ? app.help() : app.get_subcommand(command->name)->help("dxf2d")};
+    const Headings headings = isStyled(stdout) ? Headings::kBold : Headings::kPlain;
+    return {nullptr, helpText(program, commandOf(program, app), headings)};
   } catch (const CLI::CallForVersion&) {
     return {nullptr, program.version + "\n"};
   } catch (const CLI::ParseError& error) {

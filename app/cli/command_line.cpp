@@ -5,13 +5,17 @@
 #include <stdexcept>
 
 #include "app/cli/argument_parser.h"
+#include "app/cli/config_file.h"
 #include "app/cli/failure.h"
+#include "app/cli/suggestion.h"
 
 namespace dxf2d {
 namespace {
 
+std::string helpHint(const Command& command) { return "see dxf2d " + command.name + " --help"; }
+
 [[noreturn]] void failUsage(const Command& command, const std::string& problem) {
-  throw UsageError({"", problem, "see dxf2d " + command.name + " --help"});
+  throw UsageError({"", problem, helpHint(command)});
 }
 
 bool isGiven(const ParsedArguments& arguments, const std::string& longName) {
@@ -40,10 +44,11 @@ void checkPresence(const ParsedArguments& arguments) {
   const Command& command = *arguments.command;
   const bool isNamedByOption =
       !command.inputsOption.empty() && isGiven(arguments, command.inputsOption);
-  if (!command.inputName.empty() && arguments.inputs.empty() && !isNamedByOption) {
+  const Option* const mode = modeOf(arguments);
+  const bool needsInputs = command.needsInputs && (mode == nullptr || !mode->needsNoInputs);
+  if (!command.inputName.empty() && arguments.inputs.empty() && !isNamedByOption && needsInputs) {
     failUsage(command, "no " + command.inputName + " given");
   }
-  const Option* const mode = modeOf(arguments);
   if (mode != nullptr) {
     checkMode(arguments, *mode);
   }
@@ -51,6 +56,9 @@ void checkPresence(const ParsedArguments& arguments) {
     if (mode == nullptr && option.isRequired && !isGiven(arguments, option.LongName())) {
       failUsage(command, "no " + option.LongName() + " given");
     }
+  }
+  if (isGiven(arguments, "--quiet") && isGiven(arguments, "--verbose")) {
+    throw UsageError({"", "--quiet and --verbose exclude one another", "give one of them"});
   }
   for (const GivenOption& given : arguments.given) {
     const Option& option = *given.option;
@@ -85,8 +93,9 @@ void storeOptions(const ParsedArguments& arguments) {
   for (const auto& [option, values] : arguments.given) {
     for (const std::string& value : values) {
       if (!option->take(value)) {
-        failUsage(*arguments.command, "invalid " + option->LongName() + " '" + value +
-                                          "': expected " + option->expected);
+        throw UsageError(
+            {"", "invalid " + option->LongName() + " '" + value + "': expected " + option->expected,
+             didYouMean(value, choicesOf(*option), helpHint(*arguments.command))});
       }
     }
   }
@@ -101,6 +110,75 @@ OptionWords wordsOf(const std::vector<GivenOption>& given) {
     }
   }
   return words;
+}
+
+// Of the defaults, those that the command line leaves open.
+OptionWords openDefaults(const ParsedArguments& arguments, const ConfigDefaults& defaults) {
+  const Option* const mode = modeOf(arguments);
+  const auto isSet = [&](const std::string& name) {
+    return isGiven(arguments, name) ||
+           std::ranges::find(defaults.words, name) != defaults.words.end();
+  };
+  OptionWords open;
+  for (std::size_t i = 0; i + 1 < defaults.words.size(); i += 2) {
+    const std::string& name = defaults.words[i];
+    const auto option = std::ranges::find(arguments.command->options, name, &Option::LongName);
+    const bool applies =
+        mode == nullptr || std::ranges::find(mode->onlyWith, name) != mode->onlyWith.end();
+    const bool isOverridden = std::ranges::any_of(arguments.given, [&](const GivenOption& given) {
+      const std::vector<std::string>& overridden = given.option->overrides;
+      return given.option == &*option || std::ranges::find(overridden, name) != overridden.end();
+    });
+    if (applies && !isOverridden && (option->needs.empty() || isSet(option->needs))) {
+      open.insert(open.end(), {name, defaults.words[i + 1]});
+    }
+  }
+  return open;
+}
+
+// Stores the defaults of the configuration file that apply. Returns them.
+OptionWords storeDefaults(const ParsedArguments& arguments, const ConfigDefaults& defaults) {
+  const Command& command = *arguments.command;
+  const bool hasModels = arguments.inputs.empty() || !command.isScene ||
+                         !std::ranges::all_of(arguments.inputs, command.isScene);
+  if (!hasModels) {
+    return {};
+  }
+  const OptionWords open = openDefaults(arguments, defaults);
+  for (std::size_t i = 0; i + 1 < open.size(); i += 2) {
+    const auto option = std::ranges::find(command.options, open[i], &Option::LongName);
+    if (!option->take(open[i + 1])) {
+      throw UsageError(
+          {defaults.file,
+           "invalid " + open[i].substr(2) + " '" + open[i + 1] + "': expected " + option->expected,
+           didYouMean(open[i + 1], choicesOf(*option), "correct the file")});
+    }
+  }
+  return open;
+}
+
+int runConfigured(const ParsedArguments& arguments) {
+  const Command& command = *arguments.command;
+  const ConfigDefaults defaults = readDefaults(command, *command.config);
+  if (command.config->isShown) {
+    std::fputs(textOf(command, defaults).c_str(), stdout);
+    flushStandardOutput();
+    return kExitDone;
+  }
+  // Other processes get the defaults, and not where they come from.
+  std::vector<GivenOption> given = arguments.given;
+  for (const Option& option : configOptions(*command.config)) {
+    std::erase_if(given, [&](const GivenOption& one) { return one.option->names == option.names; });
+  }
+  OptionWords words = wordsOf(given);
+  command.beforeDefaults(words);
+  const OptionWords open = storeDefaults(arguments, defaults);
+  words.insert(words.end(), open.begin(), open.end());
+  const int code = command.run(words);
+  if (code == kExitUsage && !open.empty()) {
+    note(defaults.file + ": sets defaults for models; leave them out with --no-config");
+  }
+  return code;
 }
 
 }  // namespace
@@ -125,8 +203,11 @@ int runCommandLine(const Program& program, int argc, const char* const* argv) {
     checkPresence(arguments);
     checkScenes(arguments);
     storeOptions(arguments);
-    if (!arguments.command->inputName.empty()) {
+    if (!arguments.command->inputName.empty() && !arguments.inputs.empty()) {
       arguments.command->takeInputs(arguments.inputs);
+    }
+    if (arguments.command->config != nullptr) {
+      return runConfigured(arguments);
     }
     return arguments.command->run(wordsOf(arguments.given));
   });

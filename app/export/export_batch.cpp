@@ -50,6 +50,11 @@ std::string shellText(const OptionWords& words) {
   return text;
 }
 
+// Without the defaults that are for models.
+const OptionWords& wordsForScenes(const ExportOptions& options) {
+  return options.forScenes ? options.forScenes->words : options.words;
+}
+
 // The long name of an option that was given and applies to models only; empty for none.
 std::string optionForModels(const OptionWords& words) {
   ExportOptions unused;
@@ -68,9 +73,12 @@ class ExportBatch {
       : jobs_(jobs),
         options_(options),
         optionsText_(shellText(options.words)),
-        optionForModels_(jobs.size() > 1 ? optionForModels(options.words) : "") {
+        optionForModels_(jobs.size() > 1 ? optionForModels(wordsForScenes(options)) : ""),
+        sceneOptions_(options.forScenes ? *options.forScenes : options) {
+    sceneOptions_.format = options_.format;
     if (options_.batch.skipped == Skipped::kNotNewer) {
       options_.existing = Existing::kReplace;
+      sceneOptions_.existing = Existing::kReplace;
     }
     if (!options.batch.report.empty()) {
       report_.emplace(options.batch.report);
@@ -84,7 +92,7 @@ class ExportBatch {
     for (const Message& problem : problems) {
       note(sentenceOf(problem));
     }
-    if (!options_.batch.isQuiet && batch::isProgressShown() && !jobs_.empty()) {
+    if (!options_.batch.verbosity.isQuiet && batch::isProgressShown() && !jobs_.empty()) {
       progress_.emplace(jobs_.size());
     }
     std::vector<std::uint64_t> memory;
@@ -141,6 +149,9 @@ class ExportBatch {
                               if (report_) {
                                 report_->Add(record);
                               }
+                              if (options_.isJson) {
+                                PrintAsJson(record);
+                              }
                               return static_cast<int>(kExitDone);
                             }) == kExitDone;
     // Other models need the same plug-in.
@@ -167,10 +178,16 @@ class ExportBatch {
         progress_->SetStage(job.model, stage);
       }
     };
-    const int code = runExportJob(job, options_, news);
+    const int code = runExportJob(job, isSceneFile(job.model) ? sceneOptions_ : options_, news);
     record.peakMemory = news.peakMemory;
     record.facts = news.facts;
     return code;
+  }
+
+  // A line of JSON, where else a summary goes.
+  void PrintAsJson(const batch::Record& record) {
+    printLine(record.output == "-" ? stderr : stdout, batch::asciiLineOf(record));
+    flushStandardOutput();
   }
 
   int Conclude(std::size_t total) {
@@ -207,6 +224,7 @@ class ExportBatch {
   ExportOptions options_;
   std::string optionsText_;
   std::string optionForModels_;
+  ExportOptions sceneOptions_;
   std::optional<batch::ReportFile> report_;
   std::optional<batch::ProgressBar> progress_;
   std::atomic<std::size_t> drawn_ = 0;

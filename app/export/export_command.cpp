@@ -74,9 +74,6 @@ void checkBatchOptions(const ExportOptions& options, bool isForSeveral) {
   if (batch.keepsGoing && batch.failsFast) {
     throw UsageError({"", "--keep-going and --fail-fast exclude one another", "give one of them"});
   }
-  if (batch.isQuiet && batch.isVerbose) {
-    throw UsageError({"", "--quiet and --verbose exclude one another", "give one of them"});
-  }
   if (!isForSeveral) {
     return;
   }

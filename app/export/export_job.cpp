@@ -141,7 +141,7 @@ int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& opti
     news.peakMemory = std::max(news.peakMemory, peakMemory);
   }
   const std::string stages = times.Text();
-  if (options.batch.isVerbose && !stages.empty()) {
+  if (options.batch.verbosity.isVerbose && !stages.empty()) {
     note(job.model + ": " + stages);
   }
   return code;
@@ -175,7 +175,7 @@ int draw(InputTask& work, const ExportJob& job, const ExportOptions& options, Jo
   if (preview) {
     preview->Deliver();
   }
-  if (!report.summaryBeforeTime.empty() && !options.batch.isQuiet) {
+  if (!report.summaryBeforeTime.empty() && !options.batch.verbosity.isQuiet && !options.isJson) {
     say(stream,
         job.drawing + ": " + report.summaryBeforeTime + timeSince(start) + report.summaryAfterTime);
   }

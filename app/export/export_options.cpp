@@ -1,8 +1,13 @@
 // The command line of dxf2d export.
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <map>
 #include <memory>
+#include <string_view>
+#include <utility>
 
+#include "app/cli/config_file.h"
 #include "app/cli/option_values.h"
 #include "app/export/export_command.h"
 #include "app/export/import_step.h"
@@ -14,12 +19,14 @@
 namespace dxf2d {
 namespace {
 
+constexpr const char* kSummary = "Writes the drawings of models or scenes.";
+
 constexpr const char* kHelp =
-    "Writes the drawings of models or scenes. Drawings are see-through unless --hidden says "
-    "otherwise. MODEL is a scene file (.json) or a model in any "
-    "format "
-    "that assimp reads (IFC, glTF, OBJ, STL, Collada, FBX, 3DS and others). A scene file is drawn "
-    "exactly as it is; options that change how a model is drawn do not apply to it.";
+    "Drawings are see-through unless --hidden says otherwise. MODEL is a scene file (.json) or a "
+    "model in any format that assimp reads (IFC, glTF, OBJ, STL, Collada, FBX, 3DS and others). A "
+    "scene file is drawn exactly as it is; options that change how a model is drawn do not apply "
+    "to it. Defaults of most options for models may stand in a configuration file, in TOML: lines "
+    "such as hidden = \"remove\" or explode = true below [export].";
 
 constexpr const char* kOutputHelp =
     "The drawing to write; - for standard output. With several models or a folder of them, or with "
@@ -120,10 +127,7 @@ std::vector<Option> batchOptions(BatchOptions& batch) {
        setTrue(batch.keepsGoing)},
       {"--fail-fast", "", "Begin no more models when one fails", "", setTrue(batch.failsFast)},
       {"--report", "FILE", "Add a line for each model to this report: .jsonl or .csv",
-       "a file name", into(batch.report, parseText)},
-      {"-q,--quiet", "", "Print nothing but errors", "", setTrue(batch.isQuiet)},
-      {"-v,--verbose", "", "Print what is done and how long it takes", "",
-       setTrue(batch.isVerbose)}};
+       "a file name", into(batch.report, parseText)}};
 }
 
 // What applies to models only is marked so: one line per option.
@@ -193,14 +197,9 @@ std::vector<Option> listOptions(ExportOptions& options) {
                    "--source-units",  "--importer",  "--tolerance",    "--spaces",
                    "--allow-outside", "--max-nodes", "--max-vertices", "--max-memory",
                    "--max-time"};
-  Option json{"--json",
-              "",
-              "List as a JSON document",
-              "",
-              setTrue(options.isListedAsJson),
-              kModelsOnly,
-              false,
-              "--list"};
+  Option json{"--json", "",
+              "Print JSON: a record of each model, as in a report, or the list of --list", "",
+              setTrue(options.isJson)};
   return {list, json};
 }
 
@@ -269,29 +268,86 @@ bool isSceneFile(const std::string& path) {
   return std::filesystem::path(path).extension() == ".json";
 }
 
+namespace {
+
+// Puts the options of these names under a heading of their own.
+void regroup(std::vector<Option>& options, const std::vector<std::string>& names,
+             const char* group) {
+  for (Option& option : options) {
+    if (std::ranges::find(names, option.LongName()) != names.end()) {
+      option.group = group;
+    }
+  }
+}
+
+// The options that a configuration file may set: none that names files or programs, or lets more
+// happen than the user sees on the command line.
+void markConfigurable(std::vector<Option>& options) {
+  constexpr std::string_view kNames[] = {
+      "--up",        "--view",    "--scale",        "--labels",      "--label-height",
+      "--units",     "--only",    "--source-units", "--label-color", "--exclude",
+      "--repair",    "--weld",    "--creases",      "--colors",      "--hidden",
+      "--dash",      "--outline", "--sheet",        "--projection",  "--release",
+      "--layers",    "--join",    "--explode",      "--simplify",    "--true-color",
+      "--tolerance", "--spaces",  "--strict",       "--jobs",        "--threads",
+      "--quiet",     "--verbose", "--max-memory",   "--max-time",    "--max-vertices",
+      "--max-nodes"};
+  // Beside these options others are an error, which a default is not to cause.
+  const std::map<std::string, std::vector<std::string>> overrides{
+      {"--sheet", {"--view"}},
+      {"--storey", {"--view", "--sheet"}},
+      {"--view", {"--sheet"}},
+      {"--cut", {"--sheet"}},
+      {"--cut-at", {"--sheet"}},
+      {"--hidden", {"--outline", "--dash"}},
+      {"--outline", {"--hidden", "--dash", "--labels", "--label-height", "--label-color"}},
+      {"--labels", {"--outline"}},
+      {"--quiet", {"--verbose"}},
+      {"--verbose", {"--quiet"}}};
+  for (Option& option : options) {
+    const std::string name = option.LongName();
+    option.isConfigurable = std::ranges::find(kNames, name) != std::end(kNames);
+    if (const auto found = overrides.find(name); found != overrides.end()) {
+      option.overrides = found->second;
+    }
+  }
+}
+
+}  // namespace
+
 std::vector<Option> exportOptions(ExportOptions& options) {
   options.plan.view = *parseView("top");
-  std::vector<Option> all = outputOptions(options);
-  append(all, batchOptions(options.batch));
-  append(all, planOptions(options));
-  append(all, unitOptions(options.plan));
-  append(all, objectOptions(options.plan));
-  append(all, listOptions(options));
-  append(all, meshOptions(options.plan));
-  append(all, lineOptions(options));
-  append(all, finishingOptions(options.finishing));
-  append(all, sheetOptions(options.picture.sheet));
-  append(all, {{"--codepage", "N [1252]",
-                "Code page of the texts of scene files; labels of models are ASCII",
-                kExpectedCodePage, into(options.codePage, parseCodePage)},
-               {"--plugin", "FILE", "Use another plug-in than the installed one", "a file name",
-                into(options.plugin, parseText)}});
-  append(all, {importerOption(options.importers)});
-  append(all, importSettingOptions(options.importSettings));
-  append(all, modelFileOptions(options));
-  append(all, {threadsOption(options.threads)});
-  append(all, resourceLimitOptions(options.limits));
-  append(all, modelLimitOptions(options.plan.limits));
+  std::vector<Option> all = inGroup("Output", outputOptions(options));
+  append(all, inGroup("Many models", batchOptions(options.batch)));
+  append(all, inGroup("Messages", verbosityOptions(options.batch.verbosity)));
+  append(all, inGroup("View and scale", planOptions(options)));
+  append(all, inGroup("View and scale", unitOptions(options.plan)));
+  append(all, inGroup("Objects", objectOptions(options.plan)));
+  append(all, inGroup("Objects", listOptions(options)));
+  append(all, inGroup("Meshes", meshOptions(options.plan)));
+  append(all, inGroup("Lines", lineOptions(options)));
+  append(all, inGroup("Finished drawings", finishingOptions(options.finishing)));
+  append(all, inGroup("Pictures", sheetOptions(options.picture.sheet)));
+  append(all,
+         inGroup("Reading", {{"--codepage", "N [1252]",
+                              "Code page of the texts of scene files; labels of models are ASCII",
+                              kExpectedCodePage, into(options.codePage, parseCodePage)},
+                             {"--plugin", "FILE", "Use another plug-in than the installed one",
+                              "a file name", into(options.plugin, parseText)},
+                             importerOption(options.importers)}));
+  append(all, inGroup("Reading", importSettingOptions(options.importSettings)));
+  append(all, inGroup("Reading", modelFileOptions(options)));
+  append(all, inGroup("Limits", {threadsOption(options.threads)}));
+  append(all, inGroup("Limits", resourceLimitOptions(options.limits)));
+  append(all, inGroup("Limits", modelLimitOptions(options.plan.limits)));
+  regroup(all, {"--labels", "--label-height", "--label-color"}, "Labels");
+  regroup(all, {"--json"}, "Messages");
+  markConfigurable(all);
+  for (Option& option : all) {
+    if (option.LongName() == "--view") {
+      option.choices = {"top", "bottom", "front", "back", "left", "right", "iso"};
+    }
+  }
   return all;
 }
 
@@ -300,7 +356,18 @@ Command exportCommand() {
   const auto options = std::make_shared<ExportOptions>();
   Command command;
   command.name = "export";
+  command.summary = kSummary;
   command.help = kHelp;
+  command.examples = {
+      {"dxf2d export house.ifc -o house.dxf", "The plan of a house, see-through."},
+      {"dxf2d export house.ifc --storey '*Erdgeschoss' --hidden remove -o ground.dxf",
+       "Its ground floor, cut 1.2 m above the floor."},
+      {"dxf2d export house.ifc --view front --hidden remove -o front.pdf --paper a4",
+       "Its front as a picture on paper."},
+      {"dxf2d export part.step --sheet front,top,right --hidden dash -o part.dxf",
+       "Three views with dashed hidden lines."},
+      {"dxf2d export -r models/ -o plans/ --report night.jsonl",
+       "All models of a folder, and what became of each."}};
   command.inputName = "MODEL";
   command.inputHelp = "The models or scene files, or folders of models";
   command.inputsOption = "--from-file";
@@ -310,6 +377,14 @@ Command exportCommand() {
   };
   command.isScene = isSceneFile;
   command.options = exportOptions(*options);
+  command.config = std::make_shared<ConfigRequest>();
+  append(command.options, inGroup("Defaults", configOptions(*command.config)));
+  command.beforeDefaults = [options](const OptionWords& words) {
+    options->forScenes = nullptr;
+    auto plain = std::make_shared<ExportOptions>(*options);
+    plain->words = words;
+    options->forScenes = std::move(plain);
+  };
   command.run = [options](const OptionWords& words) {
     options->words = words;
     return runExport(*options);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -39,8 +40,7 @@ struct BatchOptions {
   bool failsFast = false;
   // The file that tells what became of each model; empty for none.
   std::string report;
-  bool isQuiet = false;
-  bool isVerbose = false;
+  Verbosity verbosity;
 };
 
 struct ExportOptions {
@@ -53,7 +53,8 @@ struct ExportOptions {
   Existing existing = Existing::kKeep;
   // List what the models hold instead of drawing them.
   bool isListing = false;
-  bool isListedAsJson = false;
+  // Print JSON: the list, or the record of each model.
+  bool isJson = false;
   // Only its limits apply to scene files, which are drawn exactly as they are.
   PlanOptions plan;
   // The planes of --cut and --cut-at, each with a drawing of its own; none: models are drawn whole.
@@ -87,6 +88,8 @@ struct ExportOptions {
   std::optional<unsigned> threads;
   // All of the above but the models, for worker processes.
   OptionWords words;
+  // What applies to scene files, where defaults for models are set; else null.
+  std::shared_ptr<const ExportOptions> forScenes;
 };
 
 // One model or scene, and its drawing.

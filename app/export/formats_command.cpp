@@ -106,10 +106,11 @@ Command formatsCommand() {
   const auto options = std::make_shared<FormatsOptions>();
   Command command;
   command.name = "formats";
+  command.summary = "Lists the formats of models.";
   command.help =
-      "Lists the formats of models: the ends of their files' names, which program reads them, and "
-      "what "
-      "to install for those that cannot be read.";
+      "That is the ends of their files' names, which program reads them, and what to install for "
+      "those that cannot be read.";
+  command.examples = {{"dxf2d formats", "What this installation reads."}};
   command.options = {importerOption(options->importers),
                      {"--json", "", "List as JSON", "", [options](const std::string&) {
                         options->isJson = true;

@@ -23,7 +23,7 @@ std::string listingOf(const std::string& path, const ExportOptions& options,
   if (!unit.IsKnown() && plan.sourceUnits) {
     unit = *plan.sourceUnits;
   }
-  return options.isListedAsJson ? listingAsJson(nodes, unit, path) : listingAsText(nodes, unit);
+  return options.isJson ? listingAsJson(nodes, unit, path) : listingAsText(nodes, unit);
 }
 
 }  // namespace

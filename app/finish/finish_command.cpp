@@ -26,7 +26,8 @@ void checkFiles(const FinishOptions& options) {
 int finishDrawingFile(const InputTask& work, const FinishOptions& options) {
   checkFiles(options);
   Destination destination(options.output, options.existing);
-  return deliverFrom(work, {kFinishTask, {options.drawing}}, options.words, destination);
+  return deliverFrom(work, {kFinishTask, {options.drawing}}, options.words, destination,
+                     options.verbosity);
 }
 
 std::optional<double> parseLength(const std::string& text) {
@@ -86,9 +87,10 @@ std::vector<Option> finishOptions(FinishOptions& options) {
   Option output{"-o,--output", "FILE", "The finished drawing to write; - for standard output",
                 "a file name", into(options.output, parseText)};
   output.isRequired = true;
-  std::vector<Option> all = {output, forceOption(options.existing)};
-  append(all, finishingOptions(options));
-  append(all, resourceLimitOptions(options.limits));
+  std::vector<Option> all = inGroup("Output", {output, forceOption(options.existing)});
+  append(all, inGroup("Finishing", finishingOptions(options)));
+  append(all, inGroup("Limits", resourceLimitOptions(options.limits)));
+  append(all, inGroup("Messages", verbosityOptions(options.verbosity)));
   return all;
 }
 
@@ -97,8 +99,12 @@ Command finishCommand() {
   const auto options = std::make_shared<FinishOptions>();
   Command command;
   command.name = "finish";
-  command.help =
+  command.summary =
       "Prepares a drawing for further work: a later release, units, joined and closed lines.";
+  command.examples = {
+      {"dxf2d finish house.dxf -o house-2000.dxf", "Release 2000, with joined lines."},
+      {"dxf2d finish house.dxf --source-units m --units mm --explode -o flat.dxf",
+       "In millimeters, everything in its place instead of in blocks."}};
   command.inputName = "DRAWING";
   command.inputHelp = "The drawing (.dxf), also a finished one";
   command.takeInputs = [options](const std::vector<std::string>& inputs) {

@@ -25,6 +25,7 @@ struct FinishOptions {
   ResourceLimits limits{};
   // All of the above but the drawing, for the worker process.
   OptionWords words{};
+  Verbosity verbosity{};
 };
 
 inline constexpr const char* kFinishTask = "finish";

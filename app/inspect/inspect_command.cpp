@@ -137,8 +137,9 @@ Command inspectCommand() {
   const auto options = std::make_shared<InspectOptions>();
   Command command;
   command.name = "inspect";
-  command.help =
+  command.summary =
       "Examines a plug-in: its slots, its exports, and a test walk over every kind of content.";
+  command.examples = {{"dxf2d inspect ./my_plugin.so", "What it registers, and what it does."}};
   command.inputName = "PLUGIN";
   command.inputHelp = "The plug-in, a loadable module";
   command.takeInputs = [options](const std::vector<std::string>& inputs) {

@@ -1,5 +1,8 @@
 #include "app/output/destination.h"
 
+#include <chrono>
+#include <cstdint>
+#include <cstdio>
 #include <filesystem>
 #include <random>
 #include <utility>
@@ -74,15 +77,24 @@ void Destination::Deliver() {
 }
 
 int deliverFrom(const InputTask& work, WorkerCall call, const std::vector<std::string>& options,
-                Destination& destination) {
+                Destination& destination, const Verbosity& verbosity) {
+  const auto begin = std::chrono::steady_clock::now();
   const WorkOutput output = destination.Work();
   call.descriptors.push_back(output.file);
   call.Add(output.Words());
   call.Add(options);
   std::string nothing;
-  const int code = work.Run(std::move(call), nothing);
+  std::uint64_t peakMemory = 0;
+  const int code = work.Run(std::move(call), nothing, &peakMemory);
   if (code == kExitDone) {
     destination.Deliver();
+  }
+  if (code == kExitDone && verbosity.isVerbose) {
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+    char text[64];
+    std::snprintf(text, sizeof text, ": done in %.3f s, with %llu MiB of memory", taken.count(),
+                  static_cast<unsigned long long>(peakMemory >> 20));
+    note(destination.Name() + text);
   }
   return code;
 }

@@ -57,9 +57,9 @@ class Destination {
 };
 
 // Runs a task's call, whose words already are those before the output's, and delivers what its
-// worker makes in the destination's work file. `options` follow. Returns an exit code, with a
-// message printed unless that is kExitDone. Throws OutputError.
+// worker makes in the destination's work file. `options` follow. Says what was done, if asked.
+// Returns an exit code, with a message printed unless that is kExitDone. Throws OutputError.
 int deliverFrom(const InputTask& work, WorkerCall call, const std::vector<std::string>& options,
-                Destination& destination);
+                Destination& destination, const Verbosity& verbosity = {});
 
 }  // namespace dxf2d

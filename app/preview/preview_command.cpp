@@ -81,7 +81,7 @@ int preview(const InputTask& work, const PreviewJob& job, const PreviewOptions& 
   // at once.
   Destination destination(job.picture, options.existing);
   return deliverFrom(work, {kPreviewTask, {job.drawing, endOf(job.format)}}, options.words,
-                     destination);
+                     destination, options.verbosity);
 }
 
 int previewAll(const PreviewOptions& options) {
@@ -108,25 +108,27 @@ std::vector<Option> previewOptions(PreviewOptions& options) {
                 "after their drawings",
                 "a path", into(options.output, parseText)};
   output.isRequired = true;
-  std::vector<Option> all = {
-      output,
-      forceOption(options.existing),
-      {"--format", "png|svg|pdf", "What to draw (default: what the end of the picture's name says)",
-       "png, svg or pdf",
-       into(options.format, oneOf<PictureFormat>({{"png", PictureFormat::kPng},
-                                                  {"svg", PictureFormat::kSvg},
-                                                  {"pdf", PictureFormat::kPdf}}))},
-      {"--size", "N [" + std::to_string(kDefaultPictureSize) + "]",
-       "Longer side in pixels, or in points for .pdf; not on paper",
-       "a whole number from " + std::to_string(kMinPictureSize) + " to " +
-           std::to_string(kMaxPictureSize),
-       into(options.style.size, parseSize)},
-      {"--codepage", "N [1252]", "Code page of the drawing's texts", kExpectedCodePage,
-       into(options.style.codePage, parseCodePage)},
-      {"--source-units", "UNIT", "Units of the drawing, if it does not say", kExpectedUnits,
-       into(options.sourceUnits, parseUnits)}};
-  append(all, sheetOptions(options.style.sheet));
-  append(all, resourceLimitOptions(options.limits));
+  std::vector<Option> all = inGroup(
+      "Output",
+      {output,
+       forceOption(options.existing),
+       {"--format", "png|svg|pdf",
+        "What to draw (default: what the end of the picture's name says)", "png, svg or pdf",
+        into(options.format, oneOf<PictureFormat>({{"png", PictureFormat::kPng},
+                                                   {"svg", PictureFormat::kSvg},
+                                                   {"pdf", PictureFormat::kPdf}}))},
+       {"--size", "N [" + std::to_string(kDefaultPictureSize) + "]",
+        "Longer side in pixels, or in points for .pdf; not on paper",
+        "a whole number from " + std::to_string(kMinPictureSize) + " to " +
+            std::to_string(kMaxPictureSize),
+        into(options.style.size, parseSize)},
+       {"--codepage", "N [1252]", "Code page of the drawing's texts", kExpectedCodePage,
+        into(options.style.codePage, parseCodePage)},
+       {"--source-units", "UNIT", "Units of the drawing, if it does not say", kExpectedUnits,
+        into(options.sourceUnits, parseUnits)}});
+  append(all, inGroup("Paper", sheetOptions(options.style.sheet)));
+  append(all, inGroup("Limits", resourceLimitOptions(options.limits)));
+  append(all, inGroup("Messages", verbosityOptions(options.verbosity)));
   return all;
 }
 
@@ -135,7 +137,11 @@ Command previewCommand() {
   const auto options = std::make_shared<PreviewOptions>();
   Command command;
   command.name = "preview";
-  command.help = "Draws drawings of this program as pictures.";
+  command.summary = "Draws drawings of this program as pictures.";
+  command.examples = {
+      {"dxf2d preview house.dxf -o house.png", "A picture of 1600 pixels."},
+      {"dxf2d preview house.dxf --paper a3 --plot-scale 1:50 --source-units m -o house.pdf",
+       "True to size, on paper."}};
   command.inputName = "DRAWING";
   command.inputHelp = "The drawings (.dxf); - for standard input";
   command.takesSeveralInputs = true;

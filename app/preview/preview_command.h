@@ -29,6 +29,7 @@ struct PreviewOptions {
   ResourceLimits limits{};
   // All of the above but the drawings, for worker processes.
   OptionWords words{};
+  Verbosity verbosity{};
 };
 
 inline constexpr const char* kPreviewTask = "preview";

@@ -49,7 +49,8 @@ int viewDrawing(const ExportOptions& options) {
       throw UsageError({options.output, "is the drawing itself", "give the page another name"});
     }
     Destination destination(options.output, options.existing);
-    return deliverFrom(work, {kViewTask, {drawing}}, options.words, destination);
+    return deliverFrom(work, {kViewTask, {drawing}}, options.words, destination,
+                       options.batch.verbosity);
   });
 }
 
@@ -111,11 +112,12 @@ Command viewCommand() {
   const auto options = std::make_shared<ExportOptions>();
   Command command;
   command.name = "view";
+  command.summary = "Writes a page that shows a drawing, a model or a scene file in a browser.";
   command.help =
-      "Writes a page that shows a drawing, a model or a scene file in a browser: one file that "
-      "needs "
-      "no network. Models are drawn as dxf2d export draws them, on a layer for each group (storey) "
+      "The page is one file that needs no network. Models are drawn as dxf2d export draws them, on "
+      "a layer for each group (storey) "
       "and in exact colors unless --layers or --release says otherwise.";
+  command.examples = {{"dxf2d view house.ifc -o house.html", "A house to look around in."}};
   command.inputName = "DRAWING|MODEL";
   command.inputHelp = "The drawing (.dxf; - for standard input), model or scene file";
   command.takeInputs = [options](const std::vector<std::string>& inputs) {

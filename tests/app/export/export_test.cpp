@@ -233,8 +233,8 @@ TEST_F(Dxf2d, EachWrongUsageIsOneSentenceThatNamesIt) {
   const std::string model = Write("house.obj", kTriangle);
   const std::string drawing = " -o " + Path("plan.dxf") + " ";
   const std::map<std::string, std::string> offenders{
-      {"", "no command given; use export, finish, preview, inspect, formats or report"},
-      {"draw", "unknown command 'draw'; use export, finish, preview, inspect, formats or report"},
+      {"", "no command given; use export, finish, preview, view, inspect, "},
+      {"draw", "unknown command 'draw'; use export, finish, preview, view, inspect, "},
       {"export", "no MODEL given"},
       {"export " + model, "no --output given"},
       {"export " + model + " --out plan.dxf", "unknown option '--out'"},

@@ -160,7 +160,9 @@ TEST_F(FinishingOptions, TheEndOfTheNameSaysWhatIsWritten) {
 TEST_F(FinishingOptions, AnUnknownEndIsRefused) {
   EXPECT_EQ(Run("export " + model_ + " -o " + Path("plan.dwg")), kExitUsage);
   ExpectOneSentence();
-  EXPECT_TRUE(has(error_, "the format '.dwg' is unknown; end the name in .dxf, .svg, .pdf or .png"))
+  EXPECT_TRUE(has(error_,
+                  "the format '.dwg' is unknown; end the name in .dxf, .svg, .pdf, .png "
+                  "or .html"))
       << error_;
 }
 

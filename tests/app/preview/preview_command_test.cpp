@@ -36,8 +36,9 @@ Outcome run(const PreviewOptions& options, const std::vector<std::string>& more 
     arguments.push_back(word.c_str());
   }
   testing::internal::CaptureStderr();
-  const int code = runCommandLine({"", "", "", {previewCommand()}},
-                                  static_cast<int>(arguments.size()), arguments.data());
+  Program program;
+  program.commands = {previewCommand()};
+  const int code = runCommandLine(program, static_cast<int>(arguments.size()), arguments.data());
   return {code, testing::internal::GetCapturedStderr()};
 }
 

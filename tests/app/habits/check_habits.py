@@ -1,0 +1,245 @@
+"""Manual pages, completion in bash, zsh and fish, NO_COLOR and the configuration file, as users meet them.
+
+usage: check_habits.py --program BUILD/bin/dxf2d --manuals BUILD/manuals TEST
+
+TEST is one of manuals, bash, zsh, fish, color, config and json.
+"""
+import argparse
+import json
+import os
+import pathlib
+import pty
+import re
+import select
+import subprocess
+import sys
+import tempfile
+import time
+
+CUBE = """solid
+facet normal 0 0 1
+outer loop
+vertex 0 0 0
+vertex 2 0 0
+vertex 0 2 0
+endloop
+endfacet
+endsolid
+"""
+SCENE = {"nodes": [{"graphicName": "a", "objectId": "A", "realObjectId": "A", "geometry": [{"faceSet": {
+    "coords": [0, 0, 0, 2, 0, 0, 2, 2, 0], "indices": [0, 1, 2, -7]}}]}]}
+
+
+class Checks:
+    def __init__(self, program, manuals, work):
+        self.program = program
+        self.manuals = manuals
+        self.work = work
+        self.environment = {
+            "PATH": f"{program.parent}:/usr/bin:/bin", "HOME": str(work), "LC_ALL": "C.UTF-8",
+            "TERM": "xterm", "ZDOTDIR": str(work), "XDG_CONFIG_HOME": str(work / "config")}
+
+    def run(self, *words, expect=0, **more):
+        done = subprocess.run([str(word) for word in words], cwd=self.work, text=True, check=False,
+                              env={**self.environment, **more}, stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE)
+        assert done.returncode == expect, f"{words}: {done.returncode}\n{done.stdout}{done.stderr}"
+        return done
+
+    def dxf2d(self, *words, **more):
+        return self.run(self.program, *words, **more)
+
+    # ---- Manual pages
+
+    def manuals_test(self):
+        help_text = self.dxf2d("help").stdout
+        listed = help_text.split("Commands:\n")[1].split("\nOptions:")[0]
+        commands = re.findall(r"^  ([a-z]+)", listed, re.MULTILINE)
+        pages = sorted(path.name for path in (self.manuals / "man1").iterdir())
+        assert pages == sorted(["dxf2d.1"] + [f"dxf2d-{name}.1" for name in commands]), pages
+        assert {"export", "help", "completion"} <= set(commands), commands
+        for page in pages:
+            found = self.run("mandoc", "-T", "lint", self.manuals / "man1" / page)
+            assert found.stdout == "" and found.stderr == "", found
+        # The page says what the help says, and nothing gets lost.
+        for command in commands:
+            page = self.run("mandoc", "-T", "utf8", self.manuals / "man1" / f"dxf2d-{command}.1").stdout
+            page = re.sub(".\b", "", page).replace("\N{HYPHEN}", "-")
+            for option in re.findall(r"^  (?:-\w, )?(--[\w-]+)", self.dxf2d("help", command).stdout,
+                                     re.MULTILINE):
+                assert re.search(rf"{option}\b", page), f"{option} is not in the page of {command}"
+
+    # ---- Completion
+
+    def bash_test(self):
+        script = self.manuals / "dxf2d.bash"
+
+        def complete(*words):
+            listed = " ".join(f"'{word}'" for word in words)
+            code = (f"source '{script}'; compopt() {{ :; }}; COMP_WORDS=({listed});"
+                    "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _dxf2d; printf '%s\\n' \"${COMPREPLY[@]}\"")
+            return self.run("bash", "--norc", "-c", code).stdout.split("\n")[:-1]
+
+        self.check_completions(complete)
+        assert complete("dxf2d", "export", "--hidden", "=", "re") == ["remove"]
+        assert complete("dxf2d", "export", "--hidden", "=") == ["show", "remove", "dash"]
+        # Typed, with the key that completes.
+        typed = self.type(["bash", "--norc", "-i"], f"source '{script}'; PS1='rea''dy> '\n", "dxf2d export --hidd\t", "--hidden")
+        assert "--hidden" in typed, typed
+
+    def fish_test(self):
+        script = self.manuals / "dxf2d.fish"
+
+        def complete(*words):
+            line = " ".join(words).replace("'", "\\'")
+            listed = self.run("fish", "--no-config", "-c",
+                              f"source '{script}'; complete -C '{line}'").stdout
+            return [row.split("\t")[0] for row in listed.split("\n") if row]
+
+        self.check_completions(complete)
+
+    def check_completions(self, complete):
+        (self.work / "a model.stl").touch()
+        assert "export" in complete("dxf2d", "") and "completion" in complete("dxf2d", "")
+        assert complete("dxf2d", "exp") == ["export"]
+        assert complete("dxf2d", "export", "--hid") == ["--hidden"]
+        assert sorted(complete("dxf2d", "export", "--hidden", "")) == ["dash", "remove", "show"]
+        assert complete("dxf2d", "export", "--view", "bo") == ["bottom"]
+        assert complete("dxf2d", "help", "fin") == ["finish"]
+        assert complete("dxf2d", "completion", "z") == ["zsh"]
+        files = complete("dxf2d", "export", "a")
+        assert len(files) == 1 and files[0].replace("\\", "") == "a model.stl", files
+        outputs = complete("dxf2d", "export", "-o", "a")
+        assert len(outputs) == 1 and outputs[0].replace("\\", "") == "a model.stl", outputs
+        assert "a model.stl" not in complete("dxf2d", "export", "--scale", "")
+
+    def zsh_test(self):
+        (self.work / "a model.stl").touch()
+        functions = self.work / "functions"
+        functions.mkdir()
+        (functions / "_dxf2d").write_text((self.manuals / "_dxf2d").read_text())
+        start = f"fpath=('{functions}' $fpath); autoload -Uz compinit; compinit -u -D; PS1='rea''dy> '\n"
+        for typed, expected in (
+                ("dxf2d exp\t", "dxf2d export "), ("dxf2d export --hidd\t", "--hidden"),
+                ("dxf2d export --hidden=re\t", "--hidden=remove"),
+                ("dxf2d export --view bo\t", "--view bottom"), ("dxf2d help fin\t", "help finish"),
+                ("dxf2d export -o a\t", "-o a\\ model.stl"), ("dxf2d export a\t", "a\\ model.stl"),
+                ("dxf2d export --creases\t", "--creases")):
+            shown = self.type(["zsh", "-f", "-i"], start, typed, expected)
+            assert expected in shown, f"{typed!r}: {shown!r}"
+
+    def type(self, shell, start, line, expected):
+        """What a terminal shows of the line once the shell has completed it."""
+        pid, terminal = pty.fork()
+        if pid == 0:
+            os.chdir(self.work)
+            os.execvpe(shell[0], shell, self.environment)
+        try:
+            os.write(terminal, start.encode())
+            self.read_until(terminal, lambda text: "ready> " in text, 15.0)
+            os.write(terminal, line.encode())
+            return self.read_until(terminal, lambda text: expected in text, 15.0)
+        finally:
+            os.kill(pid, 9)
+            os.waitpid(pid, 0)
+            os.close(terminal)
+
+    @staticmethod
+    def read_until(terminal, is_enough, seconds):
+        """What the terminal shows, without escape sequences."""
+        shown = ""
+        end = time.monotonic() + seconds
+        while time.monotonic() < end and not is_enough(shown):
+            if select.select([terminal], [], [], 0.1)[0]:
+                try:
+                    shown += os.read(terminal, 65536).decode(errors="replace")
+                except OSError:
+                    break
+                shown = re.sub(r"\x1b(\[[0-9;?]*[ -/]*[@-~]|[=>])", "", shown)
+        return shown
+
+    # ---- Terminals
+
+    def color_test(self):
+        def on_terminal(**more):
+            pid, terminal = pty.fork()
+            if pid == 0:
+                os.execve(self.program, ["dxf2d", "help", "export"], {**self.environment, **more})
+            shown = b""
+            try:
+                while data := os.read(terminal, 65536):
+                    shown += data
+            except OSError:
+                pass
+            os.waitpid(pid, 0)
+            return shown
+        assert b"\x1b[1m" in on_terminal()
+        assert b"\x1b" not in on_terminal(NO_COLOR="1")
+        assert b"\x1b" not in on_terminal(TERM="dumb")
+        assert "\x1b" not in self.dxf2d("help", "export").stdout
+
+    # ---- Defaults
+
+    def config_test(self):
+        (self.work / "cube.stl").write_text(CUBE)
+        (self.work / "scene.json").write_text(json.dumps(SCENE))
+        (self.work / "config").mkdir()
+        config = self.work / "config" / "dxf2d.toml"
+        plain = self.export("cube.stl", "plain.dxf")
+        scene = self.export("scene.json", "scene.dxf")
+        config.write_text("[export]\nrelease = \"r2000\"\nscale = 10\n")
+        assert "r2000" in self.dxf2d("export", "--show-config").stdout
+        assert self.export("cube.stl", "configured.dxf") != plain
+        assert self.export("cube.stl", "not.dxf", "--no-config") == plain
+        assert b"AC1015" not in self.export("cube.stl", "given.dxf", "--release", "plain")
+        # Scenes are drawn exactly as they are, also beside models.
+        assert self.export("scene.json", "scene2.dxf") == scene
+        self.dxf2d("export", "cube.stl", "scene.json", "-o", "both/")
+        assert (self.work / "both" / "scene.dxf").read_bytes() == scene
+        assert (self.work / "both" / "cube.dxf").read_bytes() == (
+            self.work / "configured.dxf").read_bytes()
+        # What is in the current directory is anybody's.
+        (self.work / "dxf2d.toml").write_text("[export]\nscale = 7\n")
+        config.unlink()
+        assert self.export("cube.stl", "here.dxf") == plain
+        for forbidden in ("plugin = \"x\"", "importer = \"x\"", "allow-outside = true", "force = true",
+                          "output = \"x\"", "from-file = \"x\"", "codepage = 1252"):
+            config.write_text(f"[export]\n{forbidden}\n")
+            error = self.dxf2d("export", "cube.stl", "-o", "never.dxf", expect=2).stderr
+            assert "cannot be set in a configuration file" in error, error
+        config.unlink()
+
+    def export(self, model, drawing, *options):
+        self.dxf2d("export", model, "-o", drawing, *options)
+        return (self.work / drawing).read_bytes()
+
+    def json_test(self):
+        (self.work / "cube.stl").write_text(CUBE)
+        record = json.loads(self.dxf2d("export", "cube.stl", "-o", "a.dxf", "--json", "--report",
+                                       "r.jsonl").stdout)
+        assert record["outcome"] == "drawn" and record["vertices"] == 4, record
+        assert record == json.loads((self.work / "r.jsonl").read_text())
+        done = self.dxf2d("export", "none.stl", "-o", "b.dxf", "--json", expect=3)
+        assert json.loads(done.stdout)["exit_code"] == 3 and done.stderr, done
+        done = self.dxf2d("export", "cube.stl", "-o", "-", "--json")
+        assert json.loads(done.stderr)["output"] == "-" and done.stdout.endswith("EOF\n"), done
+        assert json.loads(self.dxf2d("report", "--json", "r.jsonl").stdout)["drawn"] == 1
+        assert isinstance(json.loads(self.dxf2d("formats", "--json").stdout), list)
+        assert self.dxf2d("export", "cube.stl", "-o", "q.dxf", "-q").stdout == ""
+        assert "done in" in self.dxf2d("preview", "-v", "a.dxf", "-o", "a.png").stderr
+        assert self.dxf2d("preview", "-q", "a.dxf", "-o", "b.png").stderr == ""
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--program", required=True, type=pathlib.Path)
+    parser.add_argument("--manuals", required=True, type=pathlib.Path)
+    parser.add_argument("test")
+    args = parser.parse_args()
+    with tempfile.TemporaryDirectory(prefix="dxf2d-habits-") as work:
+        checks = Checks(args.program.resolve(), args.manuals.resolve(), pathlib.Path(work))
+        getattr(checks, f"{args.test}_test")()
+
+
+if __name__ == "__main__":
+    sys.exit(main())
