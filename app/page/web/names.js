@@ -76,7 +76,8 @@ class NameList {
   }
 }
 
-// For each name, the placements that have it: those that are not in another of the same name.
+// For each name, the placements that have it, and how many things that is: neither what is part of
+// another of the same name, nor a label.
 function objectRows(drawing) {
   const { placements, names } = drawing;
   const rows = new Map();
@@ -84,14 +85,17 @@ function objectRows(drawing) {
     if (number === 0) {
       return;
     }
-    const inOther = place.parent > 0 && placements[place.parent].name === place.name;
+    const block = drawing.blocks[place.block];
+    const isLabel = block.lines[0] === block.lines[1] && block.inserts[0] === block.inserts[1];
+    const isPart = isLabel || (place.parent > 0 && placements[place.parent].name === place.name);
     if (!rows.has(place.name)) {
       rows.set(place.name, { name: names[place.name], number: place.name, placements: [], count: 0, isShown: true });
     }
     const row = rows.get(place.name);
     row.placements.push(number);
-    row.count += inOther ? 0 : 1;
+    row.count += isPart ? 0 : 1;
   });
+  // Names before their numbers: "Door 2" before "Door 10".
   return [...rows.values()].sort((a, b) => a.name.localeCompare(b.name, undefined, { numeric: true }));
 }
 

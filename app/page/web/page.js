@@ -231,11 +231,15 @@ class Page {
     context.stroke();
   }
 
-  // A round length of about 120 pixels.
-  showScale() {
+  // A round length of at most 120 pixels.
+  scaleLength() {
     const most = 120 / this.camera.scale;
     const power = 10 ** Math.floor(Math.log10(most));
-    const length = [5, 2, 1].find((digit) => digit * power <= most) * power;
+    return [5, 2, 1].find((digit) => digit * power <= most) * power;
+  }
+
+  showScale() {
+    const length = this.scaleLength();
     const bar = byId('scale');
     bar.style.width = `${length * this.camera.scale}px`;
     bar.firstElementChild.textContent = `${lengthText(length)}${this.tape.unit}`;
@@ -342,8 +346,26 @@ class Page {
     const context = this.picture.getContext('2d', { alpha: false });
     this.fill(context, this.picture, PAPER);
     this.renderer.draw(context, this.camera, PAPER, fine);
-    // On paper the picture is as wide as the page.
-    byId('scale').style.width = `${(parseFloat(byId('scale').style.width) / this.camera.width) * 100}%`;
+    this.printScale(context, fine);
+  }
+
+  // The scale bar, in the lower right corner.
+  printScale(context, fine) {
+    const length = this.scaleLength();
+    const right = this.picture.width - 16 * fine;
+    const bottom = this.picture.height - 12 * fine;
+    const left = right - length * this.camera.scale * fine;
+    context.strokeStyle = '#000000';
+    context.fillStyle = '#000000';
+    context.lineWidth = fine;
+    context.beginPath();
+    context.moveTo(left, bottom - 6 * fine);
+    context.lineTo(left, bottom);
+    context.lineTo(right, bottom);
+    context.lineTo(right, bottom - 6 * fine);
+    context.stroke();
+    context.font = `${12 * fine}px sans-serif`;
+    context.fillText(`${lengthText(length)}${this.tape.unit}`, left, bottom - 8 * fine);
   }
 
   endPrint() {
