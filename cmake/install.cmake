@@ -69,6 +69,11 @@ if(TARGET dxf2d_manuals)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d)
 endif()
 
+if(TARGET dxf2d)
+  # Jobs on many machines; a program in a folder of others.
+  install(DIRECTORY share/dxf2d/ DESTINATION ${CMAKE_INSTALL_DATADIR}/dxf2d USE_SOURCE_PERMISSIONS)
+endif()
+
 # find_package(KtScene)
 install(EXPORT KtSceneTargets NAMESPACE KtScene:: DESTINATION ${KT_SCENE_PACKAGEDIR})
 set(plugin_file ${KT_SCENE_PLUGINDIR}/dxf2d_plugin.so)
