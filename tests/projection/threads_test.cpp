@@ -5,9 +5,9 @@
 #include <random>
 #include <vector>
 
-#include "tests/projection/sample_scenes.h"
 #include "projection/union_outline.h"
 #include "projection/visibility.h"
+#include "tests/projection/sample_scenes.h"
 
 namespace dxf2d::projection {
 namespace {
