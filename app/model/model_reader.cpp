@@ -173,11 +173,14 @@ Model readModel(const std::string& path, const ReadOptions& options) {
   // No post-processing: triangles and joined vertices would only be in the way of the outline,
   // which welds by itself.
   model.scene = readScene(path, *model.importer, model.source);
+  if (model.scene != nullptr) {
+    const std::vector<std::string> libraries = model.files->materialLibraries;
+    dropReadersColors(*model.scene, libraries, *model.importer->GetIOHandler());
+  }
   checkFiles(*model.files, model.scene, path);
   if (model.scene == nullptr) {
     failAsReaderSays(path, model.importer->GetErrorString());
   }
-  dropReadersColors(*model.scene, model.files->materialLibraries);
   model.source.path = path;
   model.source.importer = importerNameOf(*model.importer);
   model.source.unit = statedUnit(*model.scene, model.source.importer, path);

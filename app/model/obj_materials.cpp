@@ -3,11 +3,26 @@
 #include <assimp/material.h>
 #include <assimp/scene.h>
 
-#include <fstream>
-#include <iterator>
+#include <assimp/IOStream.hpp>
+#include <assimp/IOSystem.hpp>
 #include <sstream>
 
 namespace dxf2d {
+namespace {
+
+// What cannot be read is noted by `system`.
+std::string textOf(const std::string& path, Assimp::IOSystem& system) {
+  Assimp::IOStream* const file = system.Open(path.c_str(), "rb");
+  if (file == nullptr) {
+    return {};
+  }
+  std::string text(file->FileSize(), '\0');
+  text.resize(file->Read(text.data(), 1, text.size()));
+  system.Close(file);
+  return text;
+}
+
+}  // namespace
 
 std::set<std::string> materialsWithoutColor(const std::string& library) {
   std::set<std::string> names;
@@ -29,12 +44,11 @@ std::set<std::string> materialsWithoutColor(const std::string& library) {
   return names;
 }
 
-void dropReadersColors(const aiScene& scene, const std::vector<std::string>& paths) {
+void dropReadersColors(const aiScene& scene, const std::vector<std::string>& paths,
+                       Assimp::IOSystem& system) {
   std::set<std::string> names;
   for (const std::string& path : paths) {
-    std::ifstream file(path, std::ios::binary);
-    names.merge(materialsWithoutColor(
-        {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()}));
+    names.merge(materialsWithoutColor(textOf(path, system)));
   }
   for (unsigned i = 0; i < scene.mNumMaterials; ++i) {
     aiString name;

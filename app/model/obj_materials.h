@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+namespace Assimp {
+class IOSystem;
+}
 struct aiScene;
 
 namespace dxf2d {
@@ -13,7 +16,9 @@ namespace dxf2d {
 std::set<std::string> materialsWithoutColor(const std::string& library);
 
 // Takes the color from the materials of `scene` that have none in the material libraries at
-// `paths`: the reader gives them a gray, which another material may have of its own.
-void dropReadersColors(const aiScene& scene, const std::vector<std::string>& paths);
+// `paths`, which `system` opens: the reader gives them a gray, which another material may have of
+// its own.
+void dropReadersColors(const aiScene& scene, const std::vector<std::string>& paths,
+                       Assimp::IOSystem& system);
 
 }  // namespace dxf2d
