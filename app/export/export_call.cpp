@@ -60,7 +60,8 @@ WorkerCall callToExport(const ExportJob& job, const ExportOptions& options,
     call.Add(preview->Words());
   }
   call.Add(options.words);
-  call.Add({"--threads", std::to_string(options.threads.value_or(1))});
+  call.threads = options.threads.value_or(1);
+  call.Add({"--threads", std::to_string(call.threads)});
   if (options.plugin.empty()) {
     // The worker stands elsewhere.
     call.Add({"--plugin", pluginFile("")});

@@ -19,6 +19,10 @@ namespace dxf2d {
 
 namespace {
 
+// Address space that a thread takes: a stack, and an arena of the C library's allocator, which
+// reserves twice its size to find an aligned one.
+constexpr std::uint64_t kThreadSpace = (std::uint64_t{8} + 128) << 20U;
+
 // An imported model takes ten to twenty times the size of its file; the rest is for compressed and
 // referenced files. A file that declares more than it contains is stopped there, before it takes
 // all the memory of the machine.
@@ -83,7 +87,8 @@ int InputTask::Run(WorkerCall call, std::string& text, std::uint64_t* peakMemory
   if (const std::optional<int> own = ownDescriptor(input_)) {
     call.descriptors.push_back(*own);
   }
-  WorkerResult end = runWorker(call, {memory_, memory_, kWallTimes * timeLeft_, timeLeft_});
+  const std::uint64_t addressSpace = memory_ + (call.threads - 1) * kThreadSpace;
+  WorkerResult end = runWorker(call, {addressSpace, memory_, kWallTimes * timeLeft_, timeLeft_});
   text += end.text;
   if (peakMemory != nullptr) {
     *peakMemory = end.peakMemory;

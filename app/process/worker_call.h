@@ -36,6 +36,9 @@ struct WorkerCall {
   bool hasOutput = false;
   // Empty: the one that belongs to this program.
   std::string program{};
+  // How many threads the task may run, at least 1. The address space of those beside the first is
+  // granted in addition to the limit: memory in use is limited all the same.
+  unsigned threads = 1;
   // Called for each stage that the task begins, with its name; may be empty.
   std::function<void(std::string_view)> onStage{};
 

@@ -108,6 +108,15 @@ TEST(InputTask, MemoryRefusedToALibraryInCIsALimit) {
   expectMemoryLimit(endOf("misread a refusal", {}, limitedTo(64)));
 }
 
+TEST(InputTask, AddressSpaceOfThreadsIsGrantedBesideTheLimit) {
+  NEEDS_MEMORY_LIMITS();
+  // Sixteen more: room for the two gibibytes that the task asks for, and does not use.
+  WorkerCall call{"misread a refusal", {}, {}, false, TEST_WORKER};
+  call.threads = 17;
+  std::string text;
+  EXPECT_EQ(InputTask("importer", "house.obj", limitedTo(64)).Run(call, text), kExitDone);
+}
+
 TEST(InputTask, ASizeThatNoLimitAllowsIsAFaultOfTheFile) {
   NEEDS_MEMORY_LIMITS();
   EXPECT_EQ(endOf("misread a size", {}, limitedTo(64)).code, kExitInput);
