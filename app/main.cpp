@@ -7,6 +7,7 @@
 #include "app/batch/report_command.h"
 #include "app/cli/command_line.h"
 #include "app/cli/help_command.h"
+#include "app/cli/translation.h"
 #include "app/export/export_command.h"
 #include "app/export/formats_command.h"
 #include "app/finish/finish_command.h"
@@ -65,6 +66,7 @@ int main(int argc, char** argv) {
   dxf2d::unblockTerminationSignals();
   // Messages in the user's language, and nothing else: numbers in drawings always have a point.
   std::setlocale(LC_MESSAGES, "");
+  dxf2d::findCatalogs();
   // EPIPE and EFBIG are reported as failed writes.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);

@@ -61,7 +61,7 @@ if(TARGET dxf2d_manuals)
   set(DXF2D_ZSH_DIRECTORY ${CMAKE_INSTALL_DATADIR}/zsh/site-functions CACHE STRING
       "Where zsh looks for completions, below the prefix")
   get_target_property(manuals dxf2d_manuals DXF2D_MANUALS)
-  install(DIRECTORY ${manuals}/man1 DESTINATION ${CMAKE_INSTALL_MANDIR})
+  install(DIRECTORY ${manuals}/man1 ${manuals}/de DESTINATION ${CMAKE_INSTALL_MANDIR})
   install(FILES ${manuals}/dxf2d.bash RENAME dxf2d
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
   install(FILES ${manuals}/_dxf2d DESTINATION ${DXF2D_ZSH_DIRECTORY})

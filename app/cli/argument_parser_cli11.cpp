@@ -8,22 +8,29 @@
 #include "app/cli/help_text.h"
 #include "app/cli/suggestion.h"
 #include "app/cli/terminal.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
 
 std::string helpHint(const Command* command) {
-  return "see dxf2d " + (command == nullptr ? "" : command->name + " ") + "--help";
+  return tr("see %1", {"dxf2d " + (command == nullptr ? "" : command->name + " ") + "--help"});
 }
 
 // "export, preview or inspect".
 std::string namesOf(const std::vector<Command>& commands) {
   std::string names;
   for (std::size_t i = 0; i < commands.size(); ++i) {
-    const char* const separator = i == 0 ? "" : i + 1 == commands.size() ? " or " : ", ";
-    names += separator + commands[i].name;
+    const bool isLast = i != 0 && i + 1 == commands.size();
+    names = i == 0   ? commands[i].name
+            : isLast ? tr("%1 or %2", {names, commands[i].name})
+                     : names + ", " + commands[i].name;
   }
   return names;
+}
+
+std::string hintOfCommands(const Program& program) {
+  return tr("use %1, or %2", {namesOf(program.commands), helpHint(nullptr)});
 }
 
 // The arguments as CLI11 takes them, the last one first. It reads [a,b] as a list and ++ as the end
@@ -101,19 +108,18 @@ void checkNothingRemains(const Program& program, const CLI::App& app, const Comm
     const bool isOption = word->starts_with('-') && word->size() > 1;
     if (isOption) {
       const std::string name = word->substr(0, word->find('='));
-      throw UsageError({"", "unknown option '" + *word + "'",
+      throw UsageError({"", tr("unknown option '%1'", {*word}),
                         didYouMean(name, optionNames(command), helpHint(command))});
     }
     if (command != nullptr) {
-      throw UsageError({"", "unexpected argument '" + *word + "'", helpHint(command)});
+      throw UsageError({"", tr("unexpected argument '%1'", {*word}), helpHint(command)});
     }
-    const std::string others = "use " + namesOf(program.commands) + ", or " + helpHint(nullptr);
-    throw UsageError(
-        {"", "unknown command '" + *word + "'", didYouMean(*word, commandNames(program), others)});
+    const std::string others = hintOfCommands(program);
+    throw UsageError({"", tr("unknown command '%1'", {*word}),
+                      didYouMean(*word, commandNames(program), others)});
   }
   if (command == nullptr) {
-    throw UsageError(
-        {"", "no command given", "use " + namesOf(program.commands) + ", or " + helpHint(nullptr)});
+    throw UsageError({"", tr("no command given"), hintOfCommands(program)});
   }
 }
 
@@ -127,13 +133,13 @@ void checkNothingRemains(const Program& program, const CLI::App& app, const Comm
   if (command != nullptr) {
     const auto option = std::ranges::find_if(command->options, isNamed);
     if (option != command->options.end()) {
-      const std::string problem = option->value.empty()
-                                      ? name + " takes no value"
-                                      : name + " needs a value: expected " + option->expected;
+      const std::string problem = option->value.empty() ? tr("%1 takes no value", {name})
+                                                        : tr("%1 needs a value: expected %2",
+                                                             {name, translated(option->expected)});
       throw UsageError({"", problem, helpHint(command)});
     }
   }
-  throw UsageError({"", "the command line cannot be understood", helpHint(command)});
+  throw UsageError({"", tr("the command line cannot be understood"), helpHint(command)});
 }
 
 std::vector<GivenOption> givenOptions(const CLI::App& parser, const Command& command) {

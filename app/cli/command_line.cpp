@@ -8,11 +8,14 @@
 #include "app/cli/config_file.h"
 #include "app/cli/failure.h"
 #include "app/cli/suggestion.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
 
-std::string helpHint(const Command& command) { return "see dxf2d " + command.name + " --help"; }
+std::string helpHint(const Command& command) {
+  return tr("see %1", {"dxf2d " + command.name + " --help"});
+}
 
 [[noreturn]] void failUsage(const Command& command, const std::string& problem) {
   throw UsageError({"", problem, helpHint(command)});
@@ -35,7 +38,7 @@ void checkMode(const ParsedArguments& arguments, const Option& mode) {
   for (const GivenOption& given : arguments.given) {
     const std::string name = given.option->LongName();
     if (given.option != &mode && std::ranges::find(mode.onlyWith, name) == mode.onlyWith.end()) {
-      failUsage(*arguments.command, name + " does not apply with " + mode.LongName());
+      failUsage(*arguments.command, tr("%1 does not apply with %2", {name, mode.LongName()}));
     }
   }
 }
@@ -47,26 +50,27 @@ void checkPresence(const ParsedArguments& arguments) {
   const Option* const mode = modeOf(arguments);
   const bool needsInputs = command.needsInputs && (mode == nullptr || !mode->needsNoInputs);
   if (!command.inputName.empty() && arguments.inputs.empty() && !isNamedByOption && needsInputs) {
-    failUsage(command, "no " + command.inputName + " given");
+    failUsage(command, tr("no %1 given", {command.inputName}));
   }
   if (mode != nullptr) {
     checkMode(arguments, *mode);
   }
   for (const Option& option : command.options) {
     if (mode == nullptr && option.isRequired && !isGiven(arguments, option.LongName())) {
-      failUsage(command, "no " + option.LongName() + " given");
+      failUsage(command, tr("no %1 given", {option.LongName()}));
     }
   }
   if (isGiven(arguments, "--quiet") && isGiven(arguments, "--verbose")) {
-    throw UsageError({"", "--quiet and --verbose exclude one another", "give one of them"});
+    throw UsageError({"", tr("%1 and %2 exclude one another", {"--quiet", "--verbose"}),
+                      tr("give one of them")});
   }
   for (const GivenOption& given : arguments.given) {
     const Option& option = *given.option;
     if (given.values.size() > 1 && !option.isRepeatable) {
-      failUsage(command, option.LongName() + " is given more than once");
+      failUsage(command, tr("%1 is given more than once", {option.LongName()}));
     }
     if (!option.needs.empty() && !isGiven(arguments, option.needs)) {
-      failUsage(command, option.LongName() + " needs " + option.needs);
+      failUsage(command, tr("%1 needs %2", {option.LongName(), option.needs}));
     }
   }
 }
@@ -82,9 +86,9 @@ void checkScenes(const ParsedArguments& arguments) {
     const auto scene = std::ranges::find_if(arguments.inputs, command.isScene);
     if (scene != arguments.inputs.end()) {
       throw UsageError({*scene,
-                        given.option->LongName() +
-                            " applies to models only, and a scene file is drawn exactly as it is",
-                        "leave the option out"});
+                        tr("%1 applies to models only, and a scene file is drawn exactly as it is",
+                           {given.option->LongName()}),
+                        tr("leave the option out")});
     }
   }
 }
@@ -93,9 +97,10 @@ void storeOptions(const ParsedArguments& arguments) {
   for (const auto& [option, values] : arguments.given) {
     for (const std::string& value : values) {
       if (!option->take(value)) {
-        throw UsageError(
-            {"", "invalid " + option->LongName() + " '" + value + "': expected " + option->expected,
-             didYouMean(value, choicesOf(*option), helpHint(*arguments.command))});
+        throw UsageError({"",
+                          tr("invalid %1 '%2': expected %3",
+                             {option->LongName(), value, translated(option->expected)}),
+                          didYouMean(value, choicesOf(*option), helpHint(*arguments.command))});
       }
     }
   }
@@ -144,14 +149,14 @@ OptionWords storeDefaults(const ParsedArguments& arguments, const ConfigDefaults
   if (!hasModels) {
     return {};
   }
-  const OptionWords open = openDefaults(arguments, defaults);
+  OptionWords open = openDefaults(arguments, defaults);
   for (std::size_t i = 0; i + 1 < open.size(); i += 2) {
     const auto option = std::ranges::find(command.options, open[i], &Option::LongName);
     if (!option->take(open[i + 1])) {
-      throw UsageError(
-          {defaults.file,
-           "invalid " + open[i].substr(2) + " '" + open[i + 1] + "': expected " + option->expected,
-           didYouMean(open[i + 1], choicesOf(*option), "correct the file")});
+      throw UsageError({defaults.file,
+                        tr("invalid %1 '%2': expected %3",
+                           {open[i].substr(2), open[i + 1], translated(option->expected)}),
+                        didYouMean(open[i + 1], choicesOf(*option), tr("correct the file"))});
     }
   }
   return open;
@@ -176,7 +181,7 @@ int runConfigured(const ParsedArguments& arguments) {
   words.insert(words.end(), open.begin(), open.end());
   const int code = command.run(words);
   if (code == kExitUsage && !open.empty()) {
-    note(defaults.file + ": sets defaults for models; leave them out with --no-config");
+    note(tr("%1: sets defaults for models; leave them out with --no-config", {defaults.file}));
   }
   return code;
 }

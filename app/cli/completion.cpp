@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "app/cli/help_text.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
@@ -42,16 +43,17 @@ std::string joined(const std::vector<std::string>& words, const char* separator 
 }
 
 // The beginning of an explanation, up to its first aside.
-std::string briefly(const std::string& help) {
+std::string briefly(const std::string& text) {
+  const std::string help = translated(text);
   std::size_t end = help.size();
   for (const char* const aside : {"; ", ": ", ". ", " ("}) {
     end = std::min(end, help.find(aside));
   }
-  std::string text = help.substr(0, end);
-  if (text.ends_with('.')) {
-    text.pop_back();
+  std::string brief = help.substr(0, end);
+  if (brief.ends_with('.')) {
+    brief.pop_back();
   }
-  return text;
+  return brief;
 }
 
 // In single quotes of any shell but fish, with a backslash before each of `special`.

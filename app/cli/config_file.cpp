@@ -9,13 +9,12 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/suggestion.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr const char* kHint = "see dxf2d help export";
 
 // An absolute path from the environment.
 std::optional<fs::path> directoryFrom(const char* variable) {
@@ -30,8 +29,8 @@ std::string contentOf(const std::string& path) {
   std::error_code ignored;
   std::ifstream file(path, std::ios::binary);
   if (!file || fs::is_directory(path, ignored)) {
-    throw UsageError({path, "the configuration file cannot be read",
-                      "name another with --config, or use --no-config"});
+    throw UsageError({path, tr("the configuration file cannot be read"),
+                      tr("name another with --config, or use --no-config")});
   }
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
@@ -48,19 +47,21 @@ std::vector<std::string> configurableNames(const Command& command) {
 
 const Option& optionOf(const Command& command, const Setting& setting, const std::string& path) {
   if (setting.section != command.name) {
-    const std::string place =
-        setting.section.empty() ? "" : " in the section '" + setting.section + "'";
-    throw UsageError({path, "unknown setting '" + setting.name + "'" + place,
-                      "put defaults of " + command.name + " below [" + command.name + "]"});
+    const std::string problem =
+        setting.section.empty()
+            ? tr("unknown setting '%1'", {setting.name})
+            : tr("unknown setting '%1' in the section '%2'", {setting.name, setting.section});
+    throw UsageError({path, problem, tr("put defaults of %1 below [%1]", {command.name})});
   }
   const auto option = std::ranges::find(command.options, "--" + setting.name, &Option::LongName);
   if (option == command.options.end()) {
-    throw UsageError({path, "unknown setting '" + setting.name + "'",
-                      didYouMean(setting.name, configurableNames(command), kHint)});
+    throw UsageError({path, tr("unknown setting '%1'", {setting.name}),
+                      didYouMean(setting.name, configurableNames(command),
+                                 tr("see %1", {"dxf2d help " + command.name}))});
   }
   if (!option->isConfigurable) {
-    throw UsageError({path, "'" + setting.name + "' cannot be set in a configuration file",
-                      "give --" + setting.name + " on the command line"});
+    throw UsageError({path, tr("'%1' cannot be set in a configuration file", {setting.name}),
+                      tr("give --%1 on the command line", {setting.name})});
   }
   return *option;
 }
@@ -68,8 +69,9 @@ const Option& optionOf(const Command& command, const Setting& setting, const std
 void addFlag(const Setting& setting, const std::string& path, OptionWords& words) {
   const std::string value = setting.values.size() == 1 ? setting.values.front() : "";
   if (value != "true" && value != "false") {
-    throw UsageError({path, "invalid " + setting.name + " '" + value + "': expected true or false",
-                      "correct the file"});
+    throw UsageError(
+        {path, tr("invalid %1 '%2': expected %3", {setting.name, value, tr("true or false")}),
+         tr("correct the file")});
   }
   if (value == "true") {
     words.insert(words.end(), {"--" + setting.name, ""});
@@ -79,7 +81,7 @@ void addFlag(const Setting& setting, const std::string& path, OptionWords& words
 void addValues(const Option& option, const Setting& setting, const std::string& path,
                OptionWords& words) {
   if (setting.values.size() != 1 && !option.isRepeatable) {
-    throw UsageError({path, setting.name + " has several values", "give it one"});
+    throw UsageError({path, tr("%1 has several values", {setting.name}), tr("give it one")});
   }
   for (const std::string& value : setting.values) {
     words.insert(words.end(), {"--" + setting.name, value});
@@ -117,7 +119,8 @@ std::vector<Option> configOptions(ConfigRequest& request) {
 ConfigDefaults readDefaults(const Command& command, const ConfigRequest& request) {
   ConfigDefaults defaults{request.file, {}};
   if (request.isIgnored && !request.file.empty()) {
-    throw UsageError({"", "--config and --no-config exclude one another", "give one of them"});
+    throw UsageError({"", tr("%1 and %2 exclude one another", {"--config", "--no-config"}),
+                      tr("give one of them")});
   }
   if (request.file.empty()) {
     const std::optional<std::string> own = userConfigFile();
@@ -130,7 +133,8 @@ ConfigDefaults readDefaults(const Command& command, const ConfigRequest& request
   for (const Setting& setting : settingsOf(defaults.file, contentOf(defaults.file))) {
     const Option& option = optionOf(command, setting, defaults.file);
     if (std::ranges::find(defaults.words, option.LongName()) != defaults.words.end()) {
-      throw UsageError({defaults.file, setting.name + " is set more than once", "set it once"});
+      throw UsageError(
+          {defaults.file, tr("%1 is set more than once", {setting.name}), tr("set it once")});
     }
     if (option.value.empty()) {
       addFlag(setting, defaults.file, defaults.words);
@@ -143,7 +147,7 @@ ConfigDefaults readDefaults(const Command& command, const ConfigRequest& request
 
 std::string textOf(const Command& command, const ConfigDefaults& defaults) {
   if (defaults.file.empty()) {
-    return "# no configuration file\n";
+    return tr("# no configuration file") + "\n";
   }
   std::string text = "# " + defaults.file + "\n[" + command.name + "]\n";
   for (std::size_t i = 0; i < defaults.words.size();) {

@@ -4,6 +4,7 @@
 
 #include "app/cli/config_file.h"
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 
@@ -23,7 +24,8 @@ std::vector<Setting> settingsOf(const std::string& path, const std::string& text
       settings.push_back({section, item.name, item.inputs});
     }
   } catch (const std::exception&) {
-    throw UsageError({path, "is not a file in TOML", "write lines such as hidden = \"remove\""});
+    throw UsageError(
+        {path, tr("is not a file in TOML"), tr("write lines such as hidden = \"remove\"")});
   }
   return settings;
 }

@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "app/cli/printable.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 
@@ -38,8 +39,8 @@ int fail(int code, const Message& message) {
 
 void flushStandardOutput() {
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    throw Failure(kExitWriteFailed, {"", "standard output cannot be written",
-                                     "check the disk or choose another destination"});
+    throw Failure(kExitWriteFailed, {"", tr("standard output cannot be written"),
+                                     tr("check the disk or choose another destination")});
   }
 }
 
@@ -51,7 +52,7 @@ int failWithCurrentException() {
     return failure.Code();
   } catch (const std::exception& error) {
     return fail(kExitInternal,
-                {"", std::string("internal error: ") + error.what(), "please report this"});
+                {"", tr("internal error: %1", {error.what()}), tr("please report this")});
   }
 }
 

@@ -10,6 +10,7 @@
 #include "app/cli/manual_page.h"
 #include "app/cli/suggestion.h"
 #include "app/cli/terminal.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
@@ -29,8 +30,8 @@ const Command* commandNamed(const Program& program, const std::string& name) {
   }
   const auto command = std::ranges::find(program.commands, name, &Command::name);
   if (command == program.commands.end()) {
-    throw UsageError({"", "unknown command '" + name + "'",
-                      didYouMean(name, namesOf(program), "see dxf2d --help")});
+    throw UsageError({"", tr("unknown command '%1'", {name}),
+                      didYouMean(name, namesOf(program), tr("see %1", {"dxf2d --help"}))});
   }
   return &*command;
 }
@@ -45,6 +46,7 @@ Command helpCommand(const Program& program) {
   struct Asked {
     std::string name;
     bool isManual = false;
+    bool isForTranslators = false;
   };
   const auto asked = std::make_shared<Asked>();
   Command command;
@@ -56,8 +58,13 @@ Command helpCommand(const Program& program) {
   command.needsInputs = false;
   command.takeInputs = [asked](const auto& inputs) { asked->name = inputs.front(); };
   command.options = {{"--man", "", "Print the manual page, for man -l -", "",
-                      [asked](const std::string&) { return asked->isManual = true; }}};
+                      [asked](const std::string&) { return asked->isManual = true; }},
+                     {"--messages", "", "List the texts of all help, for translators", "",
+                      [asked](const std::string&) { return asked->isForTranslators = true; }}};
   command.run = [asked, &program](const OptionWords&) {
+    if (asked->isForTranslators) {
+      return print(translatableTexts(program));
+    }
     const Command* const explained = commandNamed(program, asked->name);
     const Headings headings = isStyled(stdout) ? Headings::kBold : Headings::kPlain;
     return print(asked->isManual ? manualPage(program, explained)
@@ -90,8 +97,8 @@ Command completionCommand(const Program& program) {
     if (*shell == "fish") {
       return print(fishCompletion(program));
     }
-    throw UsageError({"", "unknown shell '" + *shell + "'",
-                      didYouMean(*shell, shells, "use bash, zsh or fish")});
+    throw UsageError({"", tr("unknown shell '%1'", {*shell}),
+                      didYouMean(*shell, shells, tr("use bash, zsh or fish"))});
   };
   command.examples = {{"source <(dxf2d completion bash)", "Completion in this session of bash."}};
   return command;

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <set>
 #include <string_view>
+
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
@@ -63,32 +66,31 @@ std::string entryOf(const Option& option) {
   if (const std::size_t comma = names.find(','); comma != std::string::npos) {
     names.insert(comma + 1, 1, ' ');
   }
-  return entry(names + (option.value.empty() ? "" : " " + option.value),
-               option.help + (option.isRequired ? " (required)" : ""));
+  return entry(names + (option.value.empty() ? "" : " " + option.value), helpOf(option));
 }
 
 std::string listOf(const std::vector<Meaning>& meanings) {
   std::string text;
   for (const Meaning& meaning : meanings) {
-    text += entry(meaning.name, meaning.help);
+    text += entry(meaning.name, translated(meaning.help));
   }
   return text;
 }
 
 std::string programHelp(const Program& program, Headings headings) {
-  std::string text =
-      "Usage: dxf2d COMMAND [OPTION...] [FILE...]\n\n" + wrapped(program.about, 0, 0);
-  text += heading("Commands", headings);
+  std::string text = tr("Usage: %1", {"dxf2d COMMAND [OPTION...] [FILE...]"}) + "\n\n" +
+                     wrapped(translated(program.about), 0, 0);
+  text += heading(tr("Commands"), headings);
   for (const Command& command : program.commands) {
-    text += entry(command.name, command.summary);
+    text += entry(command.name, translated(command.summary));
   }
-  text += heading("Options", headings);
+  text += heading(tr("Options"), headings);
   for (const Option& option : commonOptions()) {
     text += entryOf(option);
   }
-  text += heading("Exit codes", headings) + listOf(program.exitCodes);
+  text += heading(tr("Exit codes"), headings) + listOf(program.exitCodes);
   text += '\n';
-  return text + wrapped(program.ending, 0, 0);
+  return text + wrapped(translated(program.ending), 0, 0);
 }
 
 }  // namespace
@@ -96,6 +98,45 @@ std::string programHelp(const Program& program, Headings headings) {
 std::vector<Option> commonOptions() {
   return {{"-h,--help", "", "Print this help", "", {}},
           {"-V,--version", "", "Print the version", "", {}}};
+}
+
+std::string helpOf(const Option& option) {
+  const std::string help = translated(option.help);
+  return option.isRequired ? tr("%1 (required)", {help}) : help;
+}
+
+std::string translatableTexts(const Program& program) {
+  std::set<std::string> texts{program.about, program.ending};
+  const auto addMeanings = [&](const std::vector<Meaning>& meanings) {
+    for (const Meaning& meaning : meanings) {
+      texts.insert(meaning.help);
+    }
+  };
+  const auto addOptions = [&](const std::vector<Option>& options) {
+    for (const Option& option : options) {
+      texts.insert({option.help, option.expected, option.group});
+    }
+  };
+  addMeanings(program.exitCodes);
+  addMeanings(program.environment);
+  addOptions(commonOptions());
+  for (const Command& command : program.commands) {
+    texts.insert({command.summary, command.help, command.inputHelp});
+    addOptions(command.options);
+    for (const Example& example : command.examples) {
+      texts.insert(example.help);
+    }
+  }
+  texts.erase("");
+  std::string list = "msgid \"\"\nmsgstr \"Content-Type: text/plain; charset=UTF-8\\n\"\n";
+  for (const std::string& text : texts) {
+    std::string escaped;
+    for (const char letter : text) {
+      escaped.append(letter == '"' || letter == '\\' ? 1 : 0, '\\').append(1, letter);
+    }
+    list += "\nmsgid \"" + escaped + "\"\nmsgstr \"\"\n";
+  }
+  return list;
 }
 
 std::string usageOf(const Command& command) {
@@ -113,27 +154,27 @@ std::string helpText(const Program& program, const Command* command, Headings he
   if (command == nullptr) {
     return programHelp(program, headings);
   }
-  std::string text = "Usage: dxf2d " + command->name + " " + usageOf(*command) + "\n\n" +
-                     wrapped(command->summary, 0, 0);
+  std::string text = tr("Usage: %1", {"dxf2d " + command->name + " " + usageOf(*command)}) +
+                     "\n\n" + wrapped(translated(command->summary), 0, 0);
   if (!command->help.empty()) {
     text += '\n';
-    text += wrapped(command->help, 0, 0);
+    text += wrapped(translated(command->help), 0, 0);
   }
   if (!command->inputName.empty()) {
     text += '\n';
-    text += entry(command->inputName, command->inputHelp);
+    text += entry(command->inputName, translated(command->inputHelp));
   }
   for (const std::string& group : groupsOf(*command)) {
-    text += heading(group.empty() ? "Options" : group, headings);
+    text += heading(group.empty() ? tr("Options") : translated(group), headings);
     for (const Option& option : command->options) {
       text += option.group == group ? entryOf(option) : "";
     }
   }
   if (!command->examples.empty()) {
-    text += heading("Examples", headings);
+    text += heading(tr("Examples"), headings);
     for (const Example& example : command->examples) {
       text.append(2, ' ').append(example.words).append("\n      ");
-      text += wrapped(example.help, 6, 6);
+      text += wrapped(translated(example.help), 6, 6);
     }
   }
   return text;

@@ -17,6 +17,12 @@ std::string helpText(const Program& program, const Command* command,
 // "[OPTION...] MODEL...".
 std::string usageOf(const Command& command);
 
+// With a remark on options that must be given.
+std::string helpOf(const Option& option);
+
+// Every text of the description that is translated, as a template of catalogs.
+std::string translatableTexts(const Program& program);
+
 // The options of every command.
 std::vector<Option> commonOptions();
 

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "app/cli/help_text.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
@@ -52,6 +53,17 @@ std::string inFont(char font, std::string_view text) {
 std::string bold(std::string_view text) { return inFont('B', text); }
 std::string italic(std::string_view text) { return inFont('I', text); }
 
+// In bytes, as a formatter counts that writes \[u00E4] for letters beyond ASCII.
+std::size_t lengthOf(std::string_view text) {
+  constexpr std::size_t kEscape = 8;
+  std::size_t length = 0;
+  for (const char byte : text) {
+    const auto code = static_cast<unsigned char>(byte);
+    length += code < 0x80 ? 1 : code >= 0xC0 ? kEscape : 0;
+  }
+  return length;
+}
+
 // A paragraph as lines of moderate length, none of which reads as a request.
 std::string paragraph(std::string_view text) {
   constexpr std::size_t kWidth = 76;
@@ -60,13 +72,13 @@ std::string paragraph(std::string_view text) {
   while (!text.empty()) {
     const std::size_t end = std::min(text.find(' '), text.size());
     const std::string word = escaped(text.substr(0, end));
-    const bool isFirst = at == 0 || at + 1 + word.size() > kWidth;
+    const bool isFirst = at == 0 || at + 1 + lengthOf(word) > kWidth;
     if (at != 0) {
       lines += isFirst ? '\n' : ' ';
     }
     const std::string guard = isFirst && word.starts_with('.') ? "\\&" : "";
     lines += guard + word;
-    at = isFirst ? word.size() : at + 1 + word.size();
+    at = isFirst ? lengthOf(word) : at + 1 + lengthOf(word);
     text.remove_prefix(std::min(end + 1, text.size()));
   }
   return lines + "\n";
@@ -77,10 +89,12 @@ std::string item(const std::string& term, std::string_view help) {
   return ".TP\n" + term + "\n" + paragraph(help);
 }
 
+std::string section(const std::string& title) { return ".SH " + escaped(title) + "\n"; }
+
 std::string items(const std::vector<Meaning>& meanings) {
   std::string text;
   for (const Meaning& meaning : meanings) {
-    text += item(bold(meaning.name), meaning.help);
+    text += item(bold(meaning.name), translated(meaning.help));
   }
   return text;
 }
@@ -95,13 +109,13 @@ std::string itemOf(const Option& option) {
   if (!option.value.empty()) {
     term.append(1, ' ').append(italic(option.value));
   }
-  return item(term, option.help + (option.isRequired ? " (required)" : ""));
+  return item(term, helpOf(option));
 }
 
 std::string optionsOf(const Command& command) {
   std::string text;
   for (const std::string& group : groupsOf(command)) {
-    text += group.empty() ? "" : ".SS " + escaped(group) + "\n";
+    text += group.empty() ? "" : ".SS " + escaped(translated(group)) + "\n";
     for (const Option& option : command.options) {
       text += option.group == group ? itemOf(option) : "";
     }
@@ -112,9 +126,9 @@ std::string optionsOf(const Command& command) {
 std::string examplesOf(const Command& command) {
   std::string text;
   for (const Example& example : command.examples) {
-    text += item(bold(example.words), example.help);
+    text += item(bold(example.words), translated(example.help));
   }
-  return text.empty() ? "" : ".SH EXAMPLES\n" + text;
+  return text.empty() ? "" : section(tr("EXAMPLES")) + text;
 }
 
 // "Draws pictures: of drawings." as the line NAME has it: "draws pictures".
@@ -136,24 +150,25 @@ std::string head(const Program& program, const std::string& name, const std::str
     letter = static_cast<char>(std::toupper(static_cast<unsigned char>(letter)));
   }
   return ".TH " + escaped(title) + " 1 " + program.date + " \"" + escaped(program.version) +
-         "\" \"User Commands\"\n.SH NAME\n" + escaped(name) + " \\-\n" +
-         paragraph(briefly(summary)) + ".SH SYNOPSIS\n";
+         "\" \"" + tr("User Commands") + "\"\n" + section(tr("NAME")) + escaped(name) + " \\-\n" +
+         paragraph(briefly(translated(summary))) + section(tr("SYNOPSIS"));
 }
 
 std::string programPage(const Program& program) {
   std::string page = head(program, "dxf2d", program.about);
-  page += bold("dxf2d") + " " + italic("COMMAND") + " " + escaped("[OPTION...] [FILE...]") +
-          "\n.SH DESCRIPTION\n" + paragraph(program.about);
-  page += ".SH COMMANDS\n";
+  page += bold("dxf2d") + " " + italic("COMMAND") + " " + escaped("[OPTION...] [FILE...]") + "\n" +
+          section(tr("DESCRIPTION")) + paragraph(translated(program.about));
+  page += section(tr("COMMANDS"));
   for (const Command& command : program.commands) {
-    page += item(bold(command.name), command.summary);
+    page += item(bold(command.name), translated(command.summary));
   }
-  page += ".SH OPTIONS\n";
+  page += section(tr("OPTIONS"));
   for (const Option& option : commonOptions()) {
     page += itemOf(option);
   }
-  page += ".SH EXIT STATUS\n" + items(program.exitCodes) + ".PP\n" + paragraph(program.ending);
-  page += ".SH ENVIRONMENT\n" + items(program.environment) + ".SH SEE ALSO\n";
+  page += section(tr("EXIT STATUS")) + items(program.exitCodes) + ".PP\n" +
+          paragraph(translated(program.ending));
+  page += section(tr("ENVIRONMENT")) + items(program.environment) + section(tr("SEE ALSO"));
   for (const Command& command : program.commands) {
     const bool isLast = &command == &program.commands.back();
     page += bold("dxf2d-" + command.name) + "(1)" + (isLast ? "\n" : ",\n");
@@ -168,15 +183,16 @@ std::string manualPage(const Program& program, const Command* command) {
     return programPage(program);
   }
   std::string page = head(program, "dxf2d-" + command->name, command->summary);
-  page += bold("dxf2d " + command->name) + " " + escaped(usageOf(*command)) +
-          "\n.SH DESCRIPTION\n" + paragraph(command->summary + " " + command->help);
+  page += bold("dxf2d " + command->name) + " " + escaped(usageOf(*command)) + "\n" +
+          section(tr("DESCRIPTION")) +
+          paragraph(translated(command->summary) + " " + translated(command->help));
   if (!command->inputName.empty()) {
-    page += item(italic(command->inputName), command->inputHelp);
+    page += item(italic(command->inputName), translated(command->inputHelp));
   }
   if (!command->options.empty()) {
-    page += ".SH OPTIONS\n" + optionsOf(*command);
+    page += section(tr("OPTIONS")) + optionsOf(*command);
   }
-  return page + examplesOf(*command) + ".SH SEE ALSO\n" + bold("dxf2d") + "(1)\n";
+  return page + examplesOf(*command) + section(tr("SEE ALSO")) + bold("dxf2d") + "(1)\n";
 }
 
 }  // namespace dxf2d

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
@@ -58,7 +59,7 @@ std::optional<std::string> nearestOf(const std::string& word,
 std::string didYouMean(const std::string& word, const std::vector<std::string>& names,
                        const std::string& otherwise) {
   const std::optional<std::string> nearest = nearestOf(word, names);
-  return nearest ? "did you mean " + *nearest + "? If not, " + otherwise : otherwise;
+  return nearest ? tr("did you mean %1? If not, %2", {*nearest, otherwise}) : otherwise;
 }
 
 }  // namespace dxf2d

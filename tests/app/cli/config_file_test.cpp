@@ -164,7 +164,7 @@ TEST_F(ConfiguredProgram, RefusesWhatItDoesNotKnowOrMustNotSet) {
       "[draw]\nplugin = \"x.so\"\n",
       "'plugin' cannot be set in a configuration file; give --plugin on the command line");
   ExpectRefused("[draw]\nsise = 2\n",
-                "unknown setting 'sise'; did you mean size? If not, see dxf2d help export");
+                "unknown setting 'sise'; did you mean size? If not, see dxf2d help draw");
   ExpectRefused("size = 2\n", "unknown setting 'size'; put defaults of draw below [draw]");
   ExpectRefused("[paint]\nsize = 2\n",
                 "unknown setting 'size' in the section 'paint'; put defaults of draw below [draw]");

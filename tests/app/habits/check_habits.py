@@ -2,7 +2,7 @@
 
 usage: check_habits.py --program BUILD/bin/dxf2d --manuals BUILD/manuals TEST
 
-TEST is one of manuals, bash, zsh, fish, color, config and json.
+TEST is one of manuals, bash, zsh, fish, color, config, json, catalog and german.
 """
 import argparse
 import json
@@ -16,6 +16,7 @@ import sys
 import tempfile
 import time
 
+ROOT = pathlib.Path(__file__).resolve().parents[3]
 CUBE = """solid
 facet normal 0 0 1
 outer loop
@@ -228,6 +229,79 @@ class Checks:
         assert self.dxf2d("export", "cube.stl", "-o", "q.dxf", "-q").stdout == ""
         assert "done in" in self.dxf2d("preview", "-v", "a.dxf", "-o", "a.png").stderr
         assert self.dxf2d("preview", "-q", "a.dxf", "-o", "b.png").stderr == ""
+
+
+    # ---- Translations
+
+    def catalog_test(self):
+        """Every text that is marked, and every text of the help, is in each catalog and translated."""
+        template = self.work / "help.pot"
+        template.write_text(self.dxf2d("help", "--messages").stdout)
+        sources = [str(path) for path in sorted((ROOT / "app").rglob("*.cpp"))]
+        self.run("xgettext", "-C", "-ktr", "--from-code=UTF-8", "-o", "marked.pot", *sources)
+        self.run("msgcat", "help.pot", "marked.pot", "-o", "all.pot")
+        assert (self.work / "all.pot").read_text().count("\nmsgid ") > 200
+        for catalog in sorted((ROOT / "app" / "cli" / "po").glob("*.po")):
+            self.run("msgfmt", "--check", "-o", "checked.mo", catalog)
+            # Also says which texts of the catalog are used no longer.
+            found = self.run("msgcmp", catalog, "all.pot")
+            assert found.stderr == "", found.stderr
+            self.check_placeholders(catalog)
+        self.check_marks()
+
+    @staticmethod
+    def check_placeholders(catalog):
+        text = re.sub(r'"\n"', "", catalog.read_text(encoding="utf-8"))
+        for source, target in re.findall(r'^msgid "(.+)"\nmsgstr "(.+)"$', text, re.MULTILINE):
+            for number in range(1, 10):
+                assert (f"%{number}" in source) == (f"%{number}" in target), source
+
+    @staticmethod
+    def check_marks():
+        """What the room of the command line tells its user is marked: every literal with a blank in it."""
+        literal = re.compile(r'"(?:[^"\\\n]|\\.)*"')
+        for path in sorted((ROOT / "app" / "cli").glob("*.cpp")):
+            # Scripts of shells and requests of the manual's language; texts that help lists.
+            if path.name in ("completion.cpp", "manual_page.cpp"):
+                continue
+            code = re.sub(r"//[^\n]*", "", path.read_text(encoding="utf-8"))
+            code = re.sub(r'"\s*\n\s*"', "", code)
+            for match in literal.finditer(code):
+                before = code[:match.start()].rstrip()
+                isProse = re.search(r"[a-z]{2,} [a-z]{2,}", match.group()) is not None
+                isListed = re.search(r"(help|summary|inputHelp) =\s*$|[{,(]\s*$", code[:match.start()])
+                isForUs = "logic_error(" in code[match.start() - 60:match.start()]
+                if isProse and not isForUs and not before.endswith("tr("):
+                    assert isListed and "UsageError" not in code[match.start() - 120:match.start()], (
+                        f"{path.name}: {match.group()} is not marked")
+
+    def german_test(self):
+        german = {"LC_ALL": "C.UTF-8", "LANGUAGE": "de"}
+        assert self.dxf2d("help", "export", **german).stdout.startswith("Aufruf: dxf2d export")
+        error = self.dxf2d("exprt", expect=2, **german).stderr
+        assert "unbekannter Befehl 'exprt'; meinten Sie export?" in error, error
+        error = self.dxf2d("export", "a.stl", "-o", "a.dxf", "--hidden", "x", expect=2, **german).stderr
+        assert "erwartet wird show, remove oder dash" in error, error
+        # In any language without a catalog: English.
+        assert "Usage: " in self.dxf2d("help", LC_ALL="C.UTF-8", LANGUAGE="fr").stdout
+        for command in ("", "export", "view"):
+            page = self.work / "page.1"
+            page.write_text(self.dxf2d("help", "--man", *command.split(), **german).stdout)
+            found = self.run("mandoc", "-T", "lint", page)
+            assert found.stdout == "" and found.stderr == "", found
+            assert "BEZEICHNUNG" in page.read_text()
+        # A tree that was moved takes its catalog with it.
+        moved = self.work / "moved here"
+        (moved / "bin").mkdir(parents=True)
+        (moved / "bin" / "dxf2d").write_bytes(self.program.read_bytes())
+        (moved / "bin" / "dxf2d").chmod(0o755)
+        catalog = moved / "share" / "locale" / "de" / "LC_MESSAGES" / "dxf2d.mo"
+        catalog.parent.mkdir(parents=True)
+        environment = {**german, "LD_LIBRARY_PATH": str(self.program.parent.parent / "lib")}
+        self.run("msgfmt", "-o", catalog, ROOT / "app" / "cli" / "po" / "de.po")
+        assert "Aufruf: " in self.run(moved / "bin" / "dxf2d", "help", **environment).stdout
+        catalog.unlink()
+        assert "Usage: " in self.run(moved / "bin" / "dxf2d", "help", **environment).stdout
 
 
 def main():
