@@ -1,6 +1,7 @@
 #include "app/page/page.h"
 
 #include <array>
+#include <cmath>
 #include <nlohmann/json.hpp>
 #include <string_view>
 #include <utility>
@@ -27,7 +28,7 @@ std::int32_t rgbOf(int color, std::int32_t trueColor) {
   const DisplayColor shown = displayColor(color);
   std::int32_t rgb = 0;
   for (const double component : {shown.red, shown.green, shown.blue}) {
-    rgb = rgb << 8 | static_cast<std::int32_t>(component * kMost + 0.5);
+    rgb = rgb << 8 | static_cast<std::int32_t>(std::lround(component * kMost));
   }
   return rgb;
 }
