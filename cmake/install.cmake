@@ -22,10 +22,13 @@ install(DIRECTORY platform DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
   PATTERN path_text.h)
 install(DIRECTORY ktscene DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
   PATTERN export.h
+  PATTERN kt_callbacks.h
   PATTERN kt_g.h
   PATTERN kt_geometry.h
   PATTERN kt_graphic_attribute.h
   PATTERN kt_graphic_node.h
+  PATTERN kt_host.h
+  PATTERN kt_locale.h
   PATTERN kt_matrix.h
   PATTERN kt_point3.h
   PATTERN kt_reserved.h
@@ -34,6 +37,7 @@ install(DIRECTORY ktscene DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
   PATTERN kt_scene_error.h
   PATTERN kt_scene_reader.h
   PATTERN kt_traverser.h
+  PATTERN kt_traverser_error.h
   PATTERN kt_v.h
   PATTERN kt_version.h
   PATTERN zu_message.h

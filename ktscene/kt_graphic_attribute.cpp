@@ -27,7 +27,7 @@ void KtGraphicAttribute::GetMatrix(double* data) const { node_->matrix.GetData(d
 
 KtGraphicItem* KtGraphicAttribute::GetGraphicItem(const double* /*matrix*/, bool /*create*/,
                                                   KTV_GRAPHIC_CREATE_TYPE /*type*/) const {
-  return node_->hasGraphicItem ? node_ : nullptr;
+  return node_->hasGraphicItem ? const_cast<KtSceneNode*>(node_) : nullptr;
 }
 
 bool KtGraphicAttribute::GetColorOrMaterial(double* color, KtMaterial*& material) const {

@@ -12,7 +12,7 @@ enum KTV_GRAPHIC_CREATE_TYPE { KTV_GRAPHIC_CREATE_DEFAULT = 0 };
 // A view of one scene node. The walk owns it and lends it for one call; the node must outlive it.
 class KT_SCENE_API KtGraphicAttribute {
  public:
-  explicit KtGraphicAttribute(KtSceneNode& node) : node_(&node) {}
+  explicit KtGraphicAttribute(const KtSceneNode& node) : node_(&node) {}
 
   // Each sets the string to the node's name of that kind (see KtSceneNode). Returns false, and
   // leaves the string empty, when the node has no such name.
@@ -25,7 +25,8 @@ class KT_SCENE_API KtGraphicAttribute {
 
   // Returns the node's drawable, null when it has none. It belongs to the scene.
   // The arguments select among drawables in hosts that build them on demand; here a node has at
-  // most one and they are ignored (`matrix` may be null).
+  // most one and they are ignored (`matrix` may be null). A plug-in takes its address for an
+  // identity and does not change it.
   KtGraphicItem* GetGraphicItem(const double* matrix, bool create,
                                 KTV_GRAPHIC_CREATE_TYPE type) const;
 
@@ -35,5 +36,5 @@ class KT_SCENE_API KtGraphicAttribute {
   bool GetColorOrMaterial(double* color, KtMaterial*& material) const;
 
  private:
-  KtSceneNode* node_;
+  const KtSceneNode* node_;
 };

@@ -1,190 +1,125 @@
 #include "ktscene/kt_traverser.h"
 
-#include <cassert>
-#include <cmath>
-#include <initializer_list>
+#include <algorithm>
+#include <exception>
+#include <optional>
+#include <string_view>
+#include <utility>
 
-#include "ktscene/kt_geometry.h"
-#include "ktscene/kt_graphic_node.h"
+#include "ktscene/kt_locale.h"
+#include "ktscene/label_commas.h"
+#include "ktscene/loaded_module.h"
+#include "ktscene/node_walk.h"
+#include "ktscene/running_walks.h"
 
 namespace {
 
-template <typename Callback, typename... Arguments>
-void call(Callback callback, const Arguments&... arguments) {
-  if (callback != nullptr) {
-    callback(arguments...);
-  }
-}
+constexpr const char* kEntryName = "InitializeTraverser";
+constexpr const char* kAnother = "; name another plug-in";
 
-// An analytic shape as its kind and its sizes.
-class Shape final : public KtGeometry {
- public:
-  Shape(KTV_GRAPHIC_TYPE type, std::initializer_list<double> sizes)
-      : KtGeometry(type), sizes_(sizes) {}
-  bool GetParameters(std::vector<double>& parameters) const override {
-    parameters = sizes_;
-    return true;
-  }
-
- private:
-  std::vector<double> sizes_;
-};
-
-// A scene node's label, or the lack of one.
-class LabelView final : public KtGraphicNode {
- public:
-  explicit LabelView(const KtLabel* label) : KtGraphicNode(label != nullptr), label_(label) {}
-  bool GetLabelText(std::u16string& text) const override {
-    if (label_ == nullptr) {
-      return false;
-    }
-    text = label_->text;
-    return true;
-  }
-
- private:
-  const KtLabel* label_;
-};
-
-// Passes one geometry item to the callbacks.
-class GeometryCalls {
- public:
-  explicit GeometryCalls(const KtCallbacks& callbacks) : callbacks_(callbacks) {}
-
-  void operator()(const std::shared_ptr<const KtFaceSet>& set) const {
-    assert(set != nullptr);
-    ShowFaces(*set);
-  }
-  void operator()(const std::shared_ptr<const KtLineSet>& set) const {
-    assert(set != nullptr);
-    call(callbacks_.lineSet, set->coords, set->indices);
-  }
-  void operator()(const KtBox& box) const {
-    Shape shape(KTV_GRAPHIC_TYPE_BOX, {box.a, box.b, box.c});
-    if (!IsTaken(shape)) {
-      ShowFaces(MakeBoxMesh(box));
-    }
-  }
-  void operator()(const KtCylinder& cylinder) const {
-    Shape shape(KTV_GRAPHIC_TYPE_CYLINDER, {cylinder.radius, cylinder.height});
-    if (!IsTaken(shape)) {
-      ShowFaces(MakeCylinderMesh(cylinder));
-    }
-  }
-
- private:
-  bool IsTaken(Shape& shape) const {
-    return callbacks_.specialGeometry != nullptr && callbacks_.specialGeometry(&shape, false);
-  }
-
-  void ShowFaces(const KtFaceSet& set) const {
-    if (callbacks_.faceGeometry != nullptr && ShowFaceGeometry(set)) {
-      return;
-    }
-    call(callbacks_.faceSet, set.coords, set.indices, set.reverseOrientation, set.closedSurface);
-  }
-
-  bool ShowFaceGeometry(const KtFaceSet& set) const {
-    const std::vector<double> noReals;
-    const std::vector<int> noIndices;
-    constexpr bool kNormalPerVertex = false;
-    constexpr bool kConvex = false;
-    return callbacks_.faceGeometry(set.coords, set.indices, noReals, noIndices, noReals, noIndices,
-                                   set.reverseOrientation, set.closedSurface, kNormalPerVertex,
-                                   kConvex, nullptr);
-  }
-
-  const KtCallbacks& callbacks_;
-};
-
-void showBounds(const KtCallbacks& callbacks, const KtBounds& bounds) {
-  const double x = bounds.max[0] - bounds.min[0];
-  const double y = bounds.max[1] - bounds.min[1];
-  const double z = bounds.max[2] - bounds.min[2];
-  call(callbacks.boundingBox, bounds.min.data(), bounds.max.data(),
-       std::sqrt((x * x + y * y) + z * z));
-}
-
-void showMaterial(const KtCallbacks& callbacks, const KtSceneNode& node) {
-  const double* color = node.color ? node.color->data() : nullptr;
-  const KtMaterial* own = node.material.get();
-  if (own != nullptr) {
-    call(callbacks.material, own->ambient, color != nullptr ? color : own->diffuse, own->specular,
-         own->emission, &own->shininess, &own->transparency);
-  } else if (color != nullptr) {
-    call(callbacks.material, nullptr, color, nullptr, nullptr, nullptr, nullptr);
-  }
-}
-
-// The way down from the node where the walk began to the one it has reached.
-class NodeWalk {
- public:
-  explicit NodeWalk(const KtCallbacks& callbacks) : callbacks_(callbacks) {}
-
-  void Run(KtSceneNode& node) {
-    Enter(node);
-    while (!open_.empty()) {
-      OpenNode& top = open_.back();
-      if (top.next != top.end) {
-        Enter(*top.next++);
-      } else {
-        call(top.isLod ? callbacks_.closeLod : callbacks_.closeNode);
-        open_.pop_back();
-      }
-    }
-  }
-
- private:
-  // A node whose closing call is still to come.
-  struct OpenNode {
-    KtSceneNode* next;  // below it, to be entered next
-    KtSceneNode* end;
-    bool isLod;
+// A point and 1 to 15 letters or digits, or nothing.
+bool isExtension(std::string_view text) {
+  constexpr std::size_t kMost = 16;
+  const auto isPart = [](char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
   };
+  return text.empty() || (text.size() >= 2 && text.size() <= kMost && text.front() == '.' &&
+                          std::ranges::all_of(text.substr(1), isPart));
+}
 
-  void Enter(KtSceneNode& node) {
-    if (node.lod) {
-      EnterLod(*node.lod);
-      return;
-    }
-    KtGraphicAttribute attribute(node);
-    if (callbacks_.reuse != nullptr && callbacks_.reuse(&attribute)) {
-      call(callbacks_.closeNode);
-      return;
-    }
-    ShowNode(node, attribute);
-    KtSceneNode* children = node.children.data();
-    open_.push_back({children, children + node.children.size(), false});
+// `member` of `description` where its version has it, else the default's.
+const char* textOf(const KtPluginDescription& description,
+                   const char* KtPluginDescription::*member) {
+  static constexpr KtPluginDescription kDefault{};
+  const auto* begin = reinterpret_cast<const char*>(&description);
+  const auto* text = reinterpret_cast<const char*>(&(description.*member));
+  const auto end = static_cast<std::size_t>(text - begin) + sizeof(const char*);
+  return end <= description.size ? description.*member : kDefault.*member;
+}
+
+// Calls the entry. What it throws becomes an error that names the plug-in.
+bool enter(const std::string& path, bool (*entry)(KtTraverser*, void*), KtTraverser& traverser,
+           const KtHost* host) {
+  const auto refuse = [&path](const std::string& thrown) {
+    throw KtTraverserError(path + ": the plug-in throws " + thrown + " from its entry" + kAnother);
+  };
+  try {
+    return entry(&traverser, const_cast<KtHost*>(host));
+  } catch (const std::exception& error) {
+    refuse(std::string("\"") + error.what() + '"');
+  } catch (...) {
+    refuse("an object that is not a std::exception");
   }
-
-  void EnterLod(KtSceneNode::Lod& lod) {
-    constexpr double kDistance = 0.0;
-    call(callbacks_.openLod, lod.ranges, kDistance);
-    KtSceneNode* first = lod.levels.data();
-    open_.push_back({first, lod.levels.empty() ? first : first + 1, true});
-  }
-
-  void ShowNode(const KtSceneNode& node, KtGraphicAttribute& attribute) const {
-    call(callbacks_.openNode, &attribute);
-    call(callbacks_.matrix, node.matrix.Data());
-    if (node.bounds) {
-      showBounds(callbacks_, *node.bounds);
-    }
-    showMaterial(callbacks_, node);
-    for (const KtSceneGeometry& item : node.geometry) {
-      std::visit(GeometryCalls(callbacks_), item);
-    }
-    LabelView view(node.label.get());
-    call(callbacks_.label, &view, false, node.label ? node.label->colorIndex : 0);
-  }
-
-  const KtCallbacks& callbacks_;
-  std::vector<OpenNode> open_;
-};
+  return false;
+}
 
 }  // namespace
 
+struct KtTraverser::State {
+  std::shared_ptr<dxf2d::LoadedModule> module{};
+  std::string name{};
+  std::string version{};
+  std::string extension = KtPluginDescription().extension;
+  std::string format = KtPluginDescription().format;
+};
+
 KtTraverser::KtTraverser() = default;
+KtTraverser::KtTraverser(const KtTraverser& other)
+    : callbacks_(other.callbacks_),
+      state_(other.state_ ? std::make_unique<State>(*other.state_) : nullptr) {}
+KtTraverser::KtTraverser(KtTraverser&& other) noexcept = default;
+KtTraverser& KtTraverser::operator=(const KtTraverser& other) {
+  if (this != &other) {
+    *this = KtTraverser(other);
+  }
+  return *this;
+}
+KtTraverser& KtTraverser::operator=(KtTraverser&& other) noexcept = default;
+KtTraverser::~KtTraverser() = default;
+
+void KtTraverser::Load(const std::string& path, const KtLoadOptions& options) {
+  // A name without a slash would be looked for among the system's libraries.
+  const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
+  const auto module = std::make_shared<dxf2d::LoadedModule>(file, options.isPrivate);
+  const auto entry = reinterpret_cast<bool (*)(KtTraverser*, void*)>(module->Find(kEntryName));
+  if (entry == nullptr) {
+    throw KtTraverserError(path + ": is not a plug-in: it has no " + kEntryName + kAnother);
+  }
+  KtTraverser loaded;
+  if (!enter(path, entry, loaded, options.host)) {
+    throw KtTraverserError(path + ": the plug-in refuses this program" + kAnother);
+  }
+  if (!loaded.state_) {
+    loaded.state_ = std::make_unique<State>();
+  }
+  loaded.state_->module = module;
+  *this = std::move(loaded);
+}
+
+KtPluginDescription KtTraverser::Description() const {
+  if (!state_) {
+    return {};
+  }
+  return {sizeof(KtPluginDescription), state_->name.c_str(), state_->version.c_str(),
+          state_->extension.c_str(), state_->format.c_str()};
+}
+
+bool KtTraverser::Describe(const KtPluginDescription& description) {
+  const char* const name = textOf(description, &KtPluginDescription::name);
+  const char* const version = textOf(description, &KtPluginDescription::version);
+  const char* const extension = textOf(description, &KtPluginDescription::extension);
+  const char* const format = textOf(description, &KtPluginDescription::format);
+  if (name == nullptr || version == nullptr || extension == nullptr || format == nullptr ||
+      !isExtension(extension)) {
+    return false;
+  }
+  auto state = std::make_unique<State>(State{{}, name, version, extension, format});
+  if (state_) {
+    state->module = std::move(state_->module);
+  }
+  state_ = std::move(state);
+  return true;
+}
 
 void KtTraverser::Init(KtCallbacks::OpenNode openNode, KtCallbacks::CloseNode closeNode,
                        KtCallbacks::Reuse reuse, KtCallbacks::OpenLod openLod,
@@ -197,6 +132,9 @@ void KtTraverser::Init(KtCallbacks::OpenNode openNode, KtCallbacks::CloseNode cl
                        KtCallbacks::Label label, KtCallbacks::Name beginFile,
                        KtCallbacks::Event endFile, KtCallbacks::OpenFile openFile,
                        KtCallbacks::CloseFile closeFile) {
+  if (state_) {
+    *state_ = State{.module = std::move(state_->module)};
+  }
   callbacks_ = {.openNode = openNode,
                 .closeNode = closeNode,
                 .reuse = reuse,
@@ -219,14 +157,34 @@ void KtTraverser::Init(KtCallbacks::OpenNode openNode, KtCallbacks::CloseNode cl
                 .closeFile = closeFile};
 }
 
-bool KtTraverser::Walk(KtScene& scene, const std::u16string& path) const {
+bool KtTraverser::Walk(const KtScene& scene, const std::u16string& path) const {
+  return Walk(scene, path, {});
+}
+
+bool KtTraverser::Walk(const KtScene& scene, const std::u16string& path,
+                       const KtWalkOptions& options) const {
+  const dxf2d::RunningWalk running(callbacks_);
+  std::optional<KtNumericLocale> point;
+  if (options.usesPoint) {
+    point.emplace();
+  }
+  if (options.refusesCommas && callbacks_.label != nullptr) {
+    dxf2d::refuseLabelsWithCommas(scene);
+  }
   if (callbacks_.openFile != nullptr && !callbacks_.openFile(path)) {
     return false;
   }
-  for (KtSceneNode& node : scene.nodes) {
-    WalkNode(node);
+  dxf2d::NodeWalk walk(callbacks_, options.progress);
+  bool goesOn = true;
+  for (auto node = scene.nodes.begin(); goesOn && node != scene.nodes.end(); ++node) {
+    goesOn = walk.Run(*node);
   }
-  return callbacks_.closeFile == nullptr || callbacks_.closeFile();
+  const bool isClosed = callbacks_.closeFile == nullptr || callbacks_.closeFile();
+  return goesOn && isClosed;
 }
 
-void KtTraverser::WalkNode(KtSceneNode& node) const { NodeWalk(callbacks_).Run(node); }
+void KtTraverser::WalkNode(const KtSceneNode& node) const {
+  const dxf2d::RunningWalk running(callbacks_);
+  const std::function<bool(std::size_t)> noProgress;
+  dxf2d::NodeWalk(callbacks_, noProgress).Run(node);
+}

@@ -1,207 +1,95 @@
-// The walk over a scene and the callbacks that a plug-in registers for it.
+// Loads a plug-in and walks scenes with its callbacks.
 #pragma once
 
+#include <cstddef>
+#include <functional>
+#include <memory>
 #include <string>
-#include <vector>
 
 #include "ktscene/export.h"
-#include "ktscene/kt_graphic_attribute.h"
+#include "ktscene/kt_callbacks.h"
+#include "ktscene/kt_host.h"
+#include "ktscene/kt_reserved.h"
 #include "ktscene/kt_scene.h"
+#include "ktscene/kt_traverser_error.h"
 
-class KtGeometry;
-class KtGraphicNode;
-// A host structure that plug-ins pass on at most and never look into.
-struct Texture;
-
-// The 20 callback slots, in the order in which KtTraverser::Init takes them.
-//
-// The following holds for all of them.
-//
-// Null: any slot may be null. The walk then skips that kind of call.
-//
-// Lifetime: pointers and references are valid until the callback returns. A plug-in copies what it
-// wants to keep, and must not change what it is shown.
-//
-// Thread: all callbacks of an export run on one thread, the caller's of KtTraverser::Walk, one at a
-// time. They carry no context, so a plug-in keeps its session in module-wide state: one walk at a
-// time for each loaded plug-in.
-//
-// Errors: what a callback throws leaves KtTraverser::Walk unchanged, and no further callback is
-// made. The plug-in of this SDK throws CFileException (a std::exception) from slots that write when
-// the file cannot be written, and std::bad_alloc.
-//
-// Units: coordinates and lengths are in drawing units, angles in radians, color components from 0
-// to 1.
-//
-// "Host only" below: KtTraverser never makes the call; only hosts with a walk of their own may.
-struct KtCallbacks {
-  // Slot 1: a node opens. Called once for each node that slot 3 did not take, before anything else
-  // of the node; the matching slot 2 follows after its content and children. The attributes give
-  // the node's names, local matrix, color and drawable. Never null in a walk.
-  using OpenNode = void (*)(KtGraphicAttribute*);
-  OpenNode openNode = nullptr;
-
-  // Slot 2: the node that was opened last closes. Called exactly once for each slot 1, and once for
-  // each slot 3 that returned true.
-  using CloseNode = void (*)();
-  CloseNode closeNode = nullptr;
-
-  // Slot 3: may this node be drawn as an instance of an earlier one? Called first of all for every
-  // node but level-of-detail groups; the attributes are those that slot 1 would get.
-  // True: the plug-in has taken the node as an instance. Slot 2 is next, and the node's content and
-  // children are skipped. False: slot 1 follows.
-  using Reuse = bool (*)(KtGraphicAttribute*);
-  Reuse reuse = nullptr;
-
-  // Slot 4: a level-of-detail group opens. Called in place of slots 1 and 3, before its first
-  // level, the only one that is walked. `ranges`: the distances at which the levels change, as the
-  // scene has them; may be empty. `distance`: that of the viewer; 0 in a walk.
-  using OpenLod = void (*)(const std::vector<double>& ranges, double distance);
-  OpenLod openLod = nullptr;
-
-  // Slot 5: the level-of-detail group that was opened last closes. Once for each slot 4.
-  using CloseLod = void (*)();
-  CloseLod closeLod = nullptr;
-
-  // Slot 6: the bounds of the open node. Called after slots 1 and 8, only for nodes that have
-  // bounds. `min`, `max`: the lower and the upper corner, 3 doubles each, in the node's
-  // coordinates. `size`: the length of the diagonal between them.
-  using BoundingBox = void (*)(const double* min, const double* max, double size);
-  BoundingBox boundingBox = nullptr;
-
-  // Slot 7: the open node has a color or a material of its own. Called after slot 6 and before the
-  // geometry and the children, which inherit it.
-  // The first four: red, green, blue, 3 doubles each from 0 to 1. The last two: 1 double each, from
-  // 0 (dull, opaque) to 1 (shiny, transparent). A mere color comes as `diffuse`, and the five
-  // others are null. Where a node has both, its color stands in for the material's diffuse one. A
-  // plug-in ignores what is null.
-  using Material = void (*)(const double* ambient, const double* diffuse, const double* specular,
-                            const double* emission, const double* shininess,
-                            const double* transparency);
-  Material material = nullptr;
-
-  // Slot 8: the local transform of the open node. Called right after slot 1, for every node.
-  // `matrix`: 16 doubles, laid out as in KtMatrix. Slot 1's attributes have the same matrix, so
-  // most plug-ins leave this slot null.
-  using Matrix = void (*)(const double* matrix);
-  Matrix matrix = nullptr;
-
-  // Slot 9: a face set with normals and texture. Called for each face set of the open node, and for
-  // each shape that slot 14 declined.
-  // `coords`: x, y, z triples in the node's coordinates; a remainder of one or two is ignored.
-  // `coordIndex`: runs of point numbers, each ended by a KtRunCode.
-  // `normals`, `texCoords`: x, y, z and u, v in a row, with indices of the shape of `coordIndex`;
-  // all four lists are empty in a walk. `reverseOrientation`: false where counter-clockwise is the
-  // front. `closedSurface`: whether the set bounds a solid. `normalPerVertex`, `convex`: false in a
-  // walk. `texture`: null in a walk. True: the plug-in took the set. False: slot 10 gets it.
-  using FaceGeometry = bool (*)(const std::vector<double>& coords,
-                                const std::vector<int>& coordIndex,
-                                const std::vector<double>& normals,
-                                const std::vector<int>& normalIndex,
-                                const std::vector<double>& texCoords,
-                                const std::vector<int>& texIndex, bool reverseOrientation,
-                                bool closedSurface, bool normalPerVertex, bool convex,
-                                const Texture* texture);
-  FaceGeometry faceGeometry = nullptr;
-
-  // Slot 10: a face set. Called for each face set of the open node, and for each shape that slot 14
-  // declined, unless slot 9 returned true. Arguments as in slot 9.
-  // Indices may name points that do not exist, and coordinates need not be finite: a plug-in skips
-  // the edges concerned. True: the plug-in took the set, even if it has no edge to draw. False: it
-  // did not, since no export is open or one of the lists is empty. The walk ignores the result.
-  using FaceSet = bool (*)(const std::vector<double>& coords, const std::vector<int>& indices,
-                           bool reverseOrientation, bool closedSurface);
-  FaceSet faceSet = nullptr;
-
-  // Slot 11: a line set. Called for each line set of the open node; `coords` and `indices` as in
-  // slot 9, and as unreliable as in slot 10.
-  // The result is that of slot 10.
-  using LineSet = bool (*)(const std::vector<double>& coords, const std::vector<int>& indices);
-  LineSet lineSet = nullptr;
-
-  // Slot 12, host only: points of the open node. `coords`: x, y, z triples. `colors`: red, green,
-  // blue for each point, or empty. True: the plug-in took them.
-  using PointSet = bool (*)(const std::vector<double>& coords, const std::vector<double>& colors);
-  PointSet pointSet = nullptr;
-
-  // Slot 13, host only: a graphic node before its content is read. True: the plug-in took it.
-  using GraphicNode = bool (*)(KtGraphicNode*);
-  GraphicNode graphicNode = nullptr;
-
-  // Slot 14: an analytic shape of the open node, a box or a cylinder. Called in the place of the
-  // geometry list where the shape stands. Null is allowed and returns false.
-  // The shape gives its type and sizes. The flag is reserved; false in a walk.
-  // True: the plug-in took the shape. False: it goes to slots 9 and 10 as a face set.
-  using SpecialGeometry = bool (*)(KtGeometry*, bool reserved);
-  SpecialGeometry specialGeometry = nullptr;
-
-  // Slot 15, host only: a text of the open node. The flag is reserved. True: the plug-in took it.
-  using Text = bool (*)(const std::u16string&, bool reserved);
-  Text text = nullptr;
-
-  // Slot 16: the label of the open node. Called for every node, after its geometry and before its
-  // children; the graphic node says whether it is a label at all and gives its text. Null is
-  // allowed and returns false. The flag is reserved; false in a walk. `colorIndex`: 1 to 255 in the
-  // drawing's palette; any other value stands for the color in the label's text; 0 where there is
-  // no label. True: the plug-in took the label, even if it drew nothing. False: it did not, since
-  // the node has no label, its text does not follow the syntax, or no export is open. The walk
-  // ignores the result.
-  using Label = bool (*)(KtGraphicNode*, bool reserved, int colorIndex);
-  Label label = nullptr;
-
-  // Slot 17, host only: a file of the scene begins; its name. Plug-ins may group what follows by
-  // it.
-  using Name = void (*)(const std::u16string&);
-  Name beginFile = nullptr;
-
-  // Slot 18, host only: the file that slot 17 began ends.
-  using Event = void (*)();
-  Event endFile = nullptr;
-
-  // Slot 19: an export begins. Called first, once for each walk.
-  // `path`: where the plug-in shall write, as KtTraverser::Walk got it.
-  // True: the file is open and the walk begins. False: it could not be created and an error box
-  // (ZuErrorBox) has said why; there is no walk and no slot 20.
-  using OpenFile = bool (*)(const std::u16string& path);
-  OpenFile openFile = nullptr;
-
-  // Slot 20: the export ends. Called last, once for each walk that slot 19 let begin. After a walk
-  // that an exception ended, the host calls it itself: whether it returns or throws, the session is
-  // over and the file closed.
-  // True: the export was open and has ended. False: no export was open. Throws when what is left
-  // cannot be written.
-  using CloseFile = bool (*)();
-  CloseFile closeFile = nullptr;
+// What a plug-in says of itself. A struct of the caller's, of which the first `size` bytes are
+// read: later versions add members at the end. The texts are UTF-8 and never null.
+struct KtPluginDescription {
+  std::size_t size = sizeof(KtPluginDescription);
+  // For messages; empty: the name of the plug-in's file.
+  const char* name = "";
+  const char* version = "";
+  // The end of the files that it writes: a point and 1 to 15 ASCII letters or digits. Empty: it
+  // writes none, since it counts or checks.
+  const char* extension = ".dxf";
+  // What these files hold, such as "SVG 1.1".
+  const char* format = "DXF";
 };
 
-// Holds the callbacks of one plug-in and walks scenes with them. Copyable. Not safe for use from
-// several threads at a time; since a plug-in has one session for the whole process, two traversers
-// with the callbacks of one plug-in must not walk at the same time either.
+// How KtTraverser::Load loads.
+struct KtLoadOptions {
+  // Load a copy of the module that no other traverser has, so that exports run in parallel, each
+  // with a traverser of its own on a thread of its own. The copy has the module's own state alone
+  // (its libraries are shared with the other copies) and goes when the last copy of the traverser
+  // does.
+  bool isPrivate = false;
+  // What the plug-in gets as the second argument of its entry; may be null. Outlives the traverser.
+  const KtHost* host = nullptr;
+  KtReserved<4> reserved{};
+};
+
+// How KtTraverser::Walk walks.
+struct KtWalkOptions {
+  // Have numbers written with a point, by a KtNumericLocale. False: with the decimal separator of
+  // the thread's locale, as when the host calls the slots itself; a drawing with commas is invalid.
+  bool usesPoint = true;
+  // Refuse a scene with a label whose text would fit the syntax with points for its decimal commas,
+  // which no plug-in could draw. False: plug-ins get such labels, and leave them out.
+  bool refusesCommas = true;
+  // Called before each node that slot 1 or 3 gets, with the number of those before it; may be
+  // empty. False cancels: the walk closes the nodes that are open, calls slot 20 and returns false.
+  std::function<bool(std::size_t)> progress{};
+  KtReserved<8> reserved{};
+};
+
+// Holds the callbacks of one plug-in and walks scenes with them. Copies share what is loaded. Not
+// safe for use from several threads at a time, but for walks; since a plug-in has one session for
+// each loaded module, a walk with callbacks that another one is using is refused.
 class KT_SCENE_API KtTraverser {
  public:
   // All slots null.
   KtTraverser();
+  KtTraverser(const KtTraverser&);
+  KtTraverser(KtTraverser&&) noexcept;
+  KtTraverser& operator=(const KtTraverser&);
+  KtTraverser& operator=(KtTraverser&&) noexcept;
+  ~KtTraverser();
 
-  // Registers the callbacks, in slot order; each may be null. A plug-in calls this in its entry,
-  // InitializeTraverser. A second call replaces all of them.
-  void Init(KtCallbacks::OpenNode openNode, KtCallbacks::CloseNode closeNode,
-            KtCallbacks::Reuse reuse, KtCallbacks::OpenLod openLod, KtCallbacks::CloseLod closeLod,
-            KtCallbacks::BoundingBox boundingBox, KtCallbacks::Material material,
-            KtCallbacks::Matrix matrix, KtCallbacks::FaceGeometry faceGeometry,
-            KtCallbacks::FaceSet faceSet, KtCallbacks::LineSet lineSet,
-            KtCallbacks::PointSet pointSet, KtCallbacks::GraphicNode graphicNode,
-            KtCallbacks::SpecialGeometry specialGeometry, KtCallbacks::Text text,
-            KtCallbacks::Label label, KtCallbacks::Name beginFile, KtCallbacks::Event endFile,
-            KtCallbacks::OpenFile openFile, KtCallbacks::CloseFile closeFile);
-  // What Init registered, for hosts that make the calls themselves.
-  const KtCallbacks& Callbacks() const { return callbacks_; }
+  // ---- For hosts
+
+  // Loads the plug-in at `path` (the operating system's bytes) and lets it register its callbacks
+  // in place of those that are here. Unless the options say otherwise, the module is shared with
+  // others that load it, and stays loaded to the end of the process. Throws KtTraverserError, and
+  // changes nothing, when the file is not a plug-in, when the plug-in refuses this program or when
+  // it throws.
+  void Load(const std::string& path, const KtLoadOptions& options = {});
+
+  // What the plug-in says of itself, or the default, which is that of a plug-in that says nothing.
+  // The texts are valid until the traverser changes.
+  KtPluginDescription Description() const;
 
   // Walks `scene` into the file at `path` (UTF-16; see platform/path_text.h): slot 19, the nodes in
-  // order, slot 20. Returns false when slot 19 does (there is then no walk and no slot 20) or slot
-  // 20 does. What a callback throws comes out of here as it is, with no further callback made.
-  bool Walk(KtScene& scene, const std::u16string& path) const;
+  // order, slot 20. Returns false when slot 19 does (there is then no walk and no slot 20), slot 20
+  // does, or options.progress does. What a callback throws comes out of here as it is, with no
+  // further callback made. Throws KtTraverserError, with no callback made, when another walk with
+  // these callbacks is running, on whatever thread, and for labels with decimal commas.
+  bool Walk(const KtScene& scene, const std::u16string& path) const;
+  bool Walk(const KtScene& scene, const std::u16string& path, const KtWalkOptions& options) const;
 
-  // Walks one node and what is below it, without the file's callbacks. Any depth is safe: the walk
+  // Walks one node and what is below it, without the file's callbacks, for hosts that call slots 19
+  // and 20 themselves. Takes the thread's locale as it is. Throws KtTraverserError, with no
+  // callback made, when another walk with these callbacks is running. Any depth is safe: the walk
   // keeps its place on the heap. For each node:
   //  1. a level-of-detail group: slot 4 (seen from distance 0), its first level, slot 5, and
   //     nothing else;
@@ -212,8 +100,33 @@ class KT_SCENE_API KtTraverser {
   //     set to slot 9 and, unless that returns true, to slot 10; a line set to slot 11;
   //  5. slot 16 with the node's graphic node, false, and its label's color index (0 if none);
   //  6. the children in order; slot 2.
-  void WalkNode(KtSceneNode& node) const;
+  void WalkNode(const KtSceneNode& node) const;
+
+  // What Init registered, for hosts that make the calls themselves.
+  const KtCallbacks& Callbacks() const { return callbacks_; }
+
+  // ---- For plug-ins, in their entry
+
+  // Registers the callbacks, in slot order; each may be null. A second call replaces all of them.
+  // The description becomes the default.
+  void Init(KtCallbacks::OpenNode openNode, KtCallbacks::CloseNode closeNode,
+            KtCallbacks::Reuse reuse, KtCallbacks::OpenLod openLod, KtCallbacks::CloseLod closeLod,
+            KtCallbacks::BoundingBox boundingBox, KtCallbacks::Material material,
+            KtCallbacks::Matrix matrix, KtCallbacks::FaceGeometry faceGeometry,
+            KtCallbacks::FaceSet faceSet, KtCallbacks::LineSet lineSet,
+            KtCallbacks::PointSet pointSet, KtCallbacks::GraphicNode graphicNode,
+            KtCallbacks::SpecialGeometry specialGeometry, KtCallbacks::Text text,
+            KtCallbacks::Label label, KtCallbacks::Name beginFile, KtCallbacks::Event endFile,
+            KtCallbacks::OpenFile openFile, KtCallbacks::CloseFile closeFile);
+
+  // Describes the plug-in, after Init; the texts are copied. A plug-in need not: a host then takes
+  // it for one that writes DXF. Returns false, and changes nothing, for a null text and for an
+  // extension that is none.
+  bool Describe(const KtPluginDescription& description);
 
  private:
+  struct State;
+
   KtCallbacks callbacks_;
+  std::unique_ptr<State> state_;
 };

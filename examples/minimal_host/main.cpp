@@ -1,18 +1,14 @@
 // A minimal host: builds a scene of two crates and has a plug-in draw its plan.
 //
 // usage: minimal_host DRAWING.dxf [PLUGIN]
-#include <dlfcn.h>
 #include <ktscene/kt_traverser.h>
 #include <platform/path_text.h>
 
 #include <cstdio>
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 
 namespace {
-
-using Entry = bool (*)(KtTraverser*, void*);
 
 // Both ids must be there: objectId has the crate placed in the drawing, realObjectId makes its own
 // frame the one that holds the lines. Crates share a graphic name, because they look the same: the
@@ -27,19 +23,6 @@ KtSceneNode makeCrate(const char16_t* id, double x, double y) {
   return node;
 }
 
-// Has the plug-in register its callbacks. It is never unloaded: they are its code.
-void enter(const char* plugin, KtTraverser& traverser) {
-  void* module = dlopen(plugin, RTLD_NOW | RTLD_LOCAL);
-  if (module == nullptr) {
-    throw std::runtime_error(dlerror());
-  }
-  const auto entry = reinterpret_cast<Entry>(dlsym(module, "InitializeTraverser"));
-  if (entry == nullptr || !entry(&traverser, nullptr)) {
-    throw std::runtime_error(std::string(plugin) +
-                             ": not a plug-in, or it refused to start; check the path");
-  }
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -52,7 +35,8 @@ int main(int argc, char** argv) {
   const std::string part = drawing + ".part";
   try {
     KtTraverser traverser;
-    enter(argc == 3 ? argv[2] : DEFAULT_PLUGIN, traverser);
+    // The plug-in stays loaded.
+    traverser.Load(argc == 3 ? argv[2] : DEFAULT_PLUGIN);
     KtScene scene;
     scene.nodes.push_back(makeCrate(u"crate-1", 0.0, 0.0));
     scene.nodes.push_back(makeCrate(u"crate-2", 5.0, 3.0));
@@ -67,8 +51,8 @@ int main(int argc, char** argv) {
     }
     return 0;
   } catch (const std::exception& error) {
-    // The file could be created and not written, as when the disk is full (CFileException); or the
-    // loader's message, or a lack of memory.
+    // The file could be created and not written, as when the disk is full (CFileException); or no
+    // plug-in was loaded (KtTraverserError), or memory has run out.
     std::fprintf(stderr, "minimal_host: %s\n", error.what());
   }
   std::error_code ignored;

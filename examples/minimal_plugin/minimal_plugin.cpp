@@ -103,5 +103,11 @@ extern "C" __attribute__((visibility("default"))) bool InitializeTraverser(KtTra
                   nullptr,     // 18 end file
                   openFile,    // 19
                   closeFile);  // 20
-  return true;
+  // Without a description a host expects a drawing in DXF.
+  KtPluginDescription description;
+  description.name = "node counter";
+  description.version = "1.0";
+  description.extension = "";
+  description.format = "none";
+  return traverser->Describe(description);
 }

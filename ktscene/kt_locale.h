@@ -1,0 +1,27 @@
+// Numbers with a decimal point, whatever the host's locale.
+#pragma once
+
+#include "ktscene/export.h"
+
+// For as long as it lives, the C library writes and reads numbers on this thread with a point
+// (LC_NUMERIC is that of "C"); all else of the locale, and other threads, stay as they are. Takes
+// nothing but a look when the point is in force already. Objects on one thread end in the reverse
+// order of their beginning. Throws std::bad_alloc.
+//
+// KtTraverser::Walk has one of its own. A host that calls the slots itself needs one, and one that
+// makes a label's text with printf:
+//
+//   const KtNumericLocale point;
+//   std::swprintf(...);
+class KT_SCENE_API KtNumericLocale {
+ public:
+  KtNumericLocale();
+  ~KtNumericLocale();
+  KtNumericLocale(const KtNumericLocale&) = delete;
+  KtNumericLocale& operator=(const KtNumericLocale&) = delete;
+
+ private:
+  // The C library's locale_t; both null while the thread's locale is left as it is.
+  void* before_ = nullptr;
+  void* own_ = nullptr;
+};

@@ -1,0 +1,3 @@
+#include "ktscene/kt_traverser_error.h"
+
+KtTraverserError::~KtTraverserError() = default;
