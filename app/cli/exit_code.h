@@ -12,7 +12,7 @@ enum ExitCode : int {
   kExitOutputNotMade = 5,  // the output cannot be created
   kExitWriteFailed = 6,    // the output was created and writing it failed
   kExitLimit = 7,          // the input exceeds a limit on memory, time, nodes or vertices
-  kExitPlugin = 8,         // the plug-in is missing or invalid
+  kExitPlugin = 8,         // the plug-in is missing, invalid or fails
   kExitOutputExists = 9,   // the output exists and --force was not given
   kExitSomeFailed = 10,    // some of several inputs failed
 };

@@ -11,6 +11,7 @@
 #include "app/batch/progress.h"
 #include "app/batch/report_file.h"
 #include "app/cli/failure.h"
+#include "app/export/export_call.h"
 #include "app/export/export_job.h"
 #include "app/process/termination_signals.h"
 #include "platform/parallel.h"
@@ -122,12 +123,13 @@ class ExportBatch {
     batch::Record record{job.model, job.drawing, optionsText_, batch::Outcome::kDrawn, 0, {}, 0.0,
                          0,         {}};
     const Clock::time_point start = Clock::now();
+    bool hasBegunToDraw = false;
     if (const auto reason = reasonToSkip(job, options_.batch.skipped)) {
       record.outcome = batch::Outcome::kSkipped;
       record.sentence = *reason;
       ++skipped_;
     } else {
-      record.exitCode = Draw(job, record);
+      record.exitCode = Draw(job, record, hasBegunToDraw);
       if (isTerminationPending()) {
         return false;
       }
@@ -141,7 +143,7 @@ class ExportBatch {
       ++drawn_;
     }
     lastCode_ = record.exitCode;
-    hasNoPlugin_ = hasNoPlugin_ || record.exitCode == kExitPlugin;
+    hasNoPlugin_ = hasNoPlugin_ || (record.exitCode == kExitPlugin && !hasBegunToDraw);
     if (progress_) {
       progress_->AddDone();
     }
@@ -160,7 +162,7 @@ class ExportBatch {
     return isReported && !(isFailed && options_.batch.failsFast) && !hasNoPlugin_;
   }
 
-  int Draw(const ExportJob& job, batch::Record& record) {
+  int Draw(const ExportJob& job, batch::Record& record, bool& hasBegunToDraw) {
     if (isSceneFile(job.model) && !optionForModels_.empty()) {
       return fail(kExitUsage, {job.model,
                                optionForModels_ + " applies to models only, and a scene file is "
@@ -174,6 +176,7 @@ class ExportBatch {
     }
     JobNews news;
     news.onStage = [&](std::string_view stage) {
+      hasBegunToDraw = hasBegunToDraw || stage == kDrawingStage;
       if (progress_) {
         progress_->SetStage(job.model, stage);
       }

@@ -9,8 +9,8 @@ namespace dxf2d {
 
 namespace {
 
-// The job, the format, and whether there is a preview.
-constexpr std::size_t kJobWords = 5;
+// The job, the format, whether there is a preview, and what is known of the plug-in.
+constexpr std::size_t kJobWords = 7;
 
 // Those of ImportedFile.
 constexpr std::size_t kImportedWords = 4;
@@ -51,7 +51,8 @@ WorkerCall callToExport(const ExportJob& job, const ExportOptions& options,
   assert(options.format);
   WorkerCall call{kExportTask,
                   {job.model, job.drawing, std::to_string(cutOf(job, options)),
-                   endOfFormat(*options.format).substr(1), preview ? "1" : "0"},
+                   endOfFormat(*options.format).substr(1), preview ? "1" : "0",
+                   options.pluginFacts.isOwn ? "1" : "0", options.pluginFacts.end},
                   {output.file}};
   addImported(imported, call);
   call.Add(output.Words());
@@ -83,6 +84,8 @@ ExportArguments exportArgumentsOf(std::span<const std::string> words) {
   const std::size_t cut = std::stoul(words[2]);
   const std::optional<OutputFormat> format = parseOutputFormat(words[3]);
   const bool hasPreview = words[4] == "1";
+  const bool hasOwnPlugin = words[5] == "1";
+  const std::string pluginEnd = words[6];
   words = words.subspan(kJobWords);
   arguments.imported = importedOf(words);
   words = words.subspan(kImportedWords);
@@ -94,6 +97,8 @@ ExportArguments exportArgumentsOf(std::span<const std::string> words) {
   }
   arguments.options = optionsOf(words);
   arguments.options.format = format;
+  arguments.options.pluginFacts.isOwn = hasOwnPlugin;
+  arguments.options.pluginFacts.end = pluginEnd;
   if (cut < arguments.options.cuts.size()) {
     arguments.job.cut = arguments.options.cuts[cut];
   }

@@ -14,6 +14,10 @@ namespace dxf2d {
 inline constexpr const char* kExportTask = "export";
 inline constexpr const char* kListTask = "list";
 inline constexpr const char* kFormatsTask = "formats";
+inline constexpr const char* kDescribeTask = "describe";
+
+// The stage of an export in which the plug-in works.
+inline constexpr const char* kDrawingStage = "drawing";
 
 // What was made of a model before the worker reads it.
 struct ImportedFile {

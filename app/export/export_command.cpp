@@ -17,6 +17,7 @@
 #include "app/export/line_options.h"
 #include "app/export/model_ends.h"
 #include "app/export/model_list.h"
+#include "app/export/plugin_facts.h"
 #include "app/importer/unpacked_model.h"
 #include "app/output/destination.h"
 #include "app/process/file_identity.h"
@@ -146,8 +147,16 @@ bool isTitleOnly(const Sheet& sheet) {
 
 int exportModels(ExportOptions options) {
   checkLineOptions(options);
+  if (const int code = askPlugin(options, options.pluginFacts); code != kExitDone) {
+    return code;
+  }
   const bool isForSeveral = isForDirectory(options);
-  if (!options.format) {
+  checkForeignFormat(options, isForSeveral);
+  const bool isForeign = !options.pluginFacts.WritesDxf();
+  if (isForeign) {
+    // What the plug-in writes stays as it is.
+    options.format = OutputFormat::kDxf;
+  } else if (!options.format) {
     options.format = isForSeveral ? OutputFormat::kDxf : formatOfName(options.output);
   }
   if (options.picture.sheet && *options.format == OutputFormat::kDxf && options.preview.empty()) {
@@ -166,7 +175,8 @@ int exportModels(ExportOptions options) {
   }
   const batch::Inputs inputs = inputsOf(options);
   ExportJobs jobs =
-      jobsIntoDirectory(inputs.inputs, options.output, options.cuts, endOfFormat(*options.format));
+      jobsIntoDirectory(inputs.inputs, options.output, options.cuts,
+                        isForeign ? options.pluginFacts.end : endOfFormat(*options.format));
   makeDirectory(options.output);
   for (const std::string& clash : jobs.clashes) {
     note(clash);

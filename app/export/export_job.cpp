@@ -120,8 +120,10 @@ int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& opti
                 const WorkOutput& output, const std::optional<WorkOutput>& preview,
                 std::string& told, JobNews& news) {
   StageTimes times;
+  const std::string foreign = options.pluginFacts.isOwn ? "" : options.plugin;
   const auto beginStage = [&](std::string_view stage) {
     times.Begin(stage);
+    work.Blame(stage == kDrawingStage ? foreign : "", " while it draws '" + job.model + "'");
     if (news.onStage) {
       news.onStage(stage);
     }
@@ -136,6 +138,8 @@ int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& opti
     WorkerCall call = callToExport(job, options, output, preview, import.File());
     call.onStage = beginStage;
     std::uint64_t peakMemory = 0;
+    // Before the worker reads the model it loads the plug-in.
+    work.Blame(foreign, " while it is loaded");
     // Some importers crash on malformed files.
     code = work.Run(std::move(call), told, &peakMemory);
     news.peakMemory = std::max(news.peakMemory, peakMemory);

@@ -10,6 +10,7 @@
 #include "app/cli/command.h"
 #include "app/export/finishing_request.h"
 #include "app/export/output_format.h"
+#include "app/host/plugin_module.h"
 #include "app/importer/importer.h"
 #include "app/model/linework_options.h"
 #include "app/model/plan_scene.h"
@@ -76,6 +77,7 @@ struct ExportOptions {
   unsigned codePage = 1252;
   // Empty: the one that belongs to this program.
   std::string plugin;
+  PluginFacts pluginFacts;
   // Descriptions of importers beside those that are installed.
   std::vector<std::string> importers;
   // --tolerance and --spaces, where they are given.

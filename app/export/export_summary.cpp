@@ -124,6 +124,17 @@ Summary summaryOf(const PlanContent& content, const DrawingCounts& counts) {
           "; skipped: " + skippedOf(content, counts)};
 }
 
+Summary summaryOf(const PlanContent& content) {
+  const std::string repairs = repairsOf(content.meshWork);
+  const std::string views =
+      content.views == 0 ? "" : counted(content.views, "view", "views") + ", ";
+  return {views + counted(content.objects, "object", "objects") + " (" + instancesOf(content) +
+              "), " + counted(content.parts, "part", "parts") + "; " + extentOf(content.extent) +
+              "; " + unitOf(content) + (repairs.empty() ? "" : "; meshes: " + repairs) +
+              gapsOf(content) + "; ",
+          "; made by the plug-in, which says no more of it"};
+}
+
 std::string finishingSummary(const FinishingPlan& plan, const CompletionReport& report) {
   if (!plan.IsFinished()) {
     return "";

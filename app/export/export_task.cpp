@@ -93,7 +93,9 @@ class ExportTask {
   int Draw() {
     [[maybe_unused]] const bool isKnown = SetThreadCodePage(options_.codePage);
     assert(isKnown);
+    setDrawingName(job_.drawing == "-" ? "" : job_.drawing);
     enterPlugin(options_.plugin, traverser_);
+    CheckFormat();
     if (pictureFormatOf(*options_.format) || preview_) {
       // The fonts that the user has are opened here, wherever they are.
       static_cast<void>(TextShaper(options_.codePage));
@@ -121,6 +123,18 @@ class ExportTask {
       report_.facts = factsOfScene(job_.model, CountDrawing());
     }
     return code == kExitDone ? Complete(scene, {}, {}, completed) : code;
+  }
+
+  // Throws PluginError for a plug-in that writes another format than it said when it was asked, or
+  // that could not be asked, since another library of its describes it.
+  void CheckFormat() const {
+    const KtPluginDescription description = traverser_.Description();
+    if (description.extension != options_.pluginFacts.end) {
+      throw PluginError({options_.plugin,
+                         std::string("writes ") + description.format + " and not '" +
+                             options_.pluginFacts.end + "', as is expected of it",
+                         "have the plug-in itself call KtTraverser::Describe, or name another"});
+    }
   }
 
   KtScene SceneOfFile() const {
@@ -153,8 +167,12 @@ class ExportTask {
     if (code != kExitDone) {
       return code;
     }
+    if (!options_.pluginFacts.WritesDxf()) {
+      return ReportForeign(plan.content, *model.files, model.source);
+    }
     const DrawingCounts counts = CountDrawing();
-    if (counts.polylines != 0) {
+    // Of another plug-in, what it returns is what counts: it may draw with other entities.
+    if (counts.polylines != 0 || !options_.pluginFacts.isOwn) {
       CompletionReport completed;
       const int completion = Complete(plan.scene, plan.sources, plan.content, completed);
       const Summary summary = summaryOf(plan.content, counts);
@@ -169,6 +187,19 @@ class ExportTask {
     }
     return fail(kExitNothingToDraw, {job_.model, "nothing to draw: no edge is visible in this view",
                                      "choose another --view"});
+  }
+
+  // Of a file that is no drawing in DXF.
+  int ReportForeign(const PlanContent& content, const ModelFiles& files,
+                    const ModelSource& source) {
+    const Summary summary = summaryOf(content);
+    report_.summaryBeforeTime = summary.beforeTime;
+    report_.summaryAfterTime = summary.afterTime + absentFilesOf(files) +
+                               statementOf(source, imported_, options_.importSettings);
+    if (!options_.batch.report.empty()) {
+      report_.facts = factsOfModel(job_.model, source.importer, content, {});
+    }
+    return kExitDone;
   }
 
   // Makes of the plug-in's drawing what the user wants. Returns an exit code.
@@ -208,21 +239,57 @@ class ExportTask {
     }
   }
 
-  int Walk(KtScene& scene) {
-    beginStage("drawing");
+  int Walk(const KtScene& scene) {
+    beginStage(kDrawingStage);
     captureErrorBoxes();
+    const int code = options_.pluginFacts.isOwn ? CallPlugin(scene) : CallForeignPlugin(scene);
+    if (code == kExitDone && !options_.pluginFacts.isOwn &&
+        MappedFile(output_.path, output_.name).Bytes().empty()) {
+      return FailForPlugin("returns true and writes nothing");
+    }
+    return code;
+  }
+
+  int CallPlugin(const KtScene& scene) {
+    KtWalkOptions walk;
+    // A scene file is drawn as it is: such a label does not fit the syntax and is left out.
+    walk.refusesCommas = false;
     try {
-      if (recordingTraverser(traverser_).Walk(scene, pathFromBytes(output_.path))) {
+      if (recordingTraverser(traverser_).Walk(scene, pathFromBytes(output_.path), walk)) {
         return kExitDone;
       }
     } catch (const CFileException& error) {
       return FailToWrite(error);
     }
     const std::string reason = output_.AsUserNamesIt(lastErrorBox());
+    if (!options_.pluginFacts.isOwn && (hasWalkBegun() || reason.empty())) {
+      return FailForPlugin(std::string("returns false from ") +
+                           (hasWalkBegun() ? "slot 20" : "slot 19") +
+                           (reason.empty() ? "" : " (" + reason + ")"));
+    }
     return fail(kExitOutputNotMade,
                 {output_.name,
                  "cannot be created: " + (reason.empty() ? "the plug-in gives no reason" : reason),
                  output_.remedy});
+  }
+
+  int CallForeignPlugin(const KtScene& scene) {
+    try {
+      return CallPlugin(scene);
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const Failure&) {
+      throw;
+    } catch (const std::exception& error) {
+      return FailForPlugin("throws \"" + output_.AsUserNamesIt(error.what()) + '"');
+    } catch (...) {
+      return FailForPlugin("throws an object that is not a std::exception");
+    }
+  }
+
+  int FailForPlugin(const std::string& what) const {
+    return fail(kExitPlugin, {options_.plugin, what + " while it draws '" + job_.model + "'",
+                              "fix the plug-in or name another with --plugin"});
   }
 
   int FailToWrite(const CFileException& error) const {

@@ -62,6 +62,9 @@ std::optional<page::PageStyle> pageOf(const ExportJob& job, const ExportOptions&
 }  // namespace
 
 FinishingPlan finishingOf(const ExportJob& job, const ExportOptions& options) {
+  if (!options.pluginFacts.WritesDxf()) {
+    return {};
+  }
   if (!isSceneFile(job.model)) {
     const bool isPicture = options.format.value_or(OutputFormat::kDxf) != OutputFormat::kDxf;
     return planFinishing(options.finishing,

@@ -13,5 +13,7 @@ namespace dxf2d {
 // carry no context; takenInstances returns the list of the last one.
 KtTraverser recordingTraverser(const KtTraverser& traverser);
 const std::vector<std::uint8_t>& takenInstances();
+// Whether the plug-in has begun the last one, that is, returned true from slot 19.
+bool hasWalkBegun();
 
 }  // namespace dxf2d

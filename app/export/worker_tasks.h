@@ -12,6 +12,9 @@ WorkerTask exportTask();
 // Tells the list of a model, as text or as JSON.
 WorkerTask listTask();
 
+// Tells how the files of a plug-in end and, on a line of its own, what they hold.
+WorkerTask describeTask();
+
 // Tells which models are read here: a line for each reader with its name and, after a tab, the ends
 // of its files' names, as ".3ds .prj".
 WorkerTask formatsTask();

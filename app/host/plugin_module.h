@@ -19,10 +19,25 @@ class PluginError : public Failure {
 // gone.
 std::string pluginFile(const std::string& path);
 
+// What is known of a plug-in before it draws.
+struct PluginFacts {
+  // Whether it is the one that belongs to this program.
+  bool isOwn = true;
+  // What its files hold and how their names end; no end where it writes none.
+  std::string format = "DXF";
+  std::string end = ".dxf";
+
+  bool WritesDxf() const { return end == ".dxf"; }
+};
+
 // Loads the plug-in at `path`, or, when that is empty, the one that belongs to this program, and
 // lets it register its callbacks with `traverser`. It stays loaded to the end of the process: the
-// callbacks are its code. Throws PluginError.
+// callbacks are its code. It is offered this program's log, and the name of the drawing. Throws
+// PluginError.
 void enterPlugin(const std::string& path, KtTraverser& traverser);
+
+// How plug-ins may call the file that the user gets, in the operating system's bytes.
+void setDrawingName(const std::string& name);
 
 // Forgets earlier error boxes and keeps later ones from being shown.
 void captureErrorBoxes();

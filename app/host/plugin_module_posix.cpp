@@ -1,9 +1,10 @@
-#include <dlfcn.h>
-
+#include <algorithm>
+#include <cstring>
 #include <filesystem>
 #include <vector>
 
 #include "app/host/plugin_module.h"
+#include "ktscene/kt_host.h"
 #include "ktscene/zu_message.h"
 #include "platform/path_text.h"
 
@@ -13,10 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using Entry = bool (*)(KtTraverser*, void*);
-
 constexpr const char* kFileName = "dxf2d_plugin.so";
-constexpr const char* kEntryName = "InitializeTraverser";
 
 // Where the plug-in stands from the directory of the program: once installed, and in the build
 // tree.
@@ -55,15 +53,45 @@ void keepBoxText(void*, const char16_t*, const char16_t* text, int) {
   boxText() = text == nullptr ? "" : pathToBytes(text);
 }
 
-// The loader's message, without the path that our message begins with.
-std::string loaderReason(const std::string& path) {
-  const char* message = dlerror();
-  std::string reason = message == nullptr ? "unknown error" : message;
-  const std::string prefix = path + ": ";
-  if (reason.rfind(prefix, 0) == 0) {
-    reason.erase(0, prefix.size());
+std::string& drawingName() {
+  static std::string name;
+  return name;
+}
+
+void writeLog(const KtHost* /*host*/, int severity, const char* sentence) {
+  const char* const kind = severity >= KT_LOG_ERROR     ? "error of the plug-in: "
+                           : severity == KT_LOG_WARNING ? "warning of the plug-in: "
+                                                        : "the plug-in: ";
+  note(std::string(kind) + (sentence == nullptr ? "" : sentence));
+}
+
+const char* finalName(const KtHost* /*host*/) {
+  return drawingName().empty() ? nullptr : drawingName().c_str();
+}
+
+// A worker may write the one file that its parent has made.
+int companionPath(const KtHost* /*host*/, const char* /*suffix*/, char* /*path*/, size_t /*size*/) {
+  return 0;
+}
+
+const void* extensionOf(const KtHost* /*host*/, const char* id) {
+  static constexpr KtHostLog kLog{sizeof(KtHostLog), &writeLog};
+  static constexpr KtHostFiles kFiles{sizeof(KtHostFiles), &finalName, &companionPath};
+  if (std::strcmp(id, KT_HOST_LOG) == 0) {
+    return &kLog;
   }
-  return reason;
+  return std::strcmp(id, KT_HOST_FILES) == 0 ? &kFiles : nullptr;
+}
+
+constexpr KtHost kHost{sizeof(KtHost), KTSCENE_VERSION, "dxf2d", nullptr, &extensionOf};
+
+// The traverser's message about `file`, with the name that the user gave.
+PluginError pluginError(const std::string& file, const std::string& name, std::string problem) {
+  if (const std::string prefix = file + ": "; problem.starts_with(prefix)) {
+    problem.erase(0, prefix.size());
+  }
+  problem.resize(std::min(problem.rfind("; "), problem.size()));
+  return PluginError({name, problem, "name another plug-in with --plugin"});
 }
 
 }  // namespace
@@ -84,20 +112,16 @@ std::string pluginFile(const std::string& path) {
 
 void enterPlugin(const std::string& path, KtTraverser& traverser) {
   const std::string file = pluginFile(path);
-  const std::string name = path.empty() ? file : path;
-  const std::string remedy = "name another plug-in with --plugin";
-  void* module = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-  if (module == nullptr) {
-    throw PluginError({name, "cannot be loaded as a plug-in: " + loaderReason(file), remedy});
-  }
-  const auto entry = reinterpret_cast<Entry>(dlsym(module, kEntryName));
-  if (entry == nullptr) {
-    throw PluginError({name, std::string("is not a plug-in: it has no ") + kEntryName, remedy});
-  }
-  if (!entry(&traverser, nullptr)) {
-    throw PluginError({name, "the plug-in refuses this program", remedy});
+  KtLoadOptions options;
+  options.host = &kHost;
+  try {
+    traverser.Load(file, options);
+  } catch (const KtTraverserError& error) {
+    throw pluginError(file, path.empty() ? file : path, error.what());
   }
 }
+
+void setDrawingName(const std::string& name) { drawingName() = name; }
 
 void captureErrorBoxes() {
   boxText().clear();

@@ -2,15 +2,17 @@
 
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <vector>
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
 #include "app/cli/printable.h"
-#include "app/inspect/inspection_scenes.h"
+#include "app/inspect/inspection_checks.h"
 #include "app/output/output_file.h"
 #include "app/output/scratch_directory.h"
 #include "app/process/confinement.h"
@@ -24,72 +26,144 @@ namespace {
 constexpr const char* kFixPlugin = "fix the plug-in or name another";
 
 WorkerResult runInTime(const InspectOptions& options, WorkerCall call) {
-  call.hasOutput = true;
+  // What a plug-in prints does not get into a report for programs.
+  call.hasOutput = !options.isJson;
   WorkerLimits limits;
   limits.time = options.time;
-  WorkerResult end = runWorker(call, limits);
-  for (const std::string& sentence : end.notes) {
-    note(sentence);
-  }
-  return end;
+  return runWorker(call, limits);
 }
 
 std::string timeOf(const InspectOptions& options) {
   return std::to_string(options.time.count()) + " seconds";
 }
 
-void printResult(const InspectionScene& kind, const std::string& result) {
-  std::printf("  %-22s %s\n", kind.name, printable(result).c_str());
-  flushStandardOutput();
-}
+// Where the report goes.
+class Report {
+ public:
+  Report(const InspectOptions& options, const std::string& facts) : isJson_(options.isJson) {
+    json_["plugin"] = options.plugin;
+    // The plug-in's process wrote it; the plug-in may have had a hand in it.
+    if (const Json parsed = Json::parse(facts, nullptr, false); parsed.is_object()) {
+      json_.update(parsed);
+    }
+    const ConfinementStatus status = availableConfinement();
+    json_["confinement"] = {{"landlock", status.fileRules}, {"seccomp", status.callFilter}};
+    json_["checks"] = Json::array();
+    if (!isJson_) {
+      PrintHead();
+    }
+  }
 
-// What the walk itself could not print.
-void printEnd(const InspectOptions& options, const InspectionScene& kind, const WorkerResult& end) {
+  void Add(const std::string& check, const std::string& fault) {
+    json_["checks"].push_back({{"name", check}, {"passed", fault.empty()}});
+    if (!fault.empty()) {
+      json_["checks"].back()["fault"] = fault;
+      ++failed_;
+    }
+    if (!isJson_) {
+      std::printf("  %-22s %s\n", check.c_str(),
+                  fault.empty() ? "passes" : printable("fails: " + fault).c_str());
+      flushStandardOutput();
+    }
+  }
+
+  // Returns the number of checks that failed.
+  std::size_t Finish() {
+    json_["passed"] = failed_ == 0;
+    if (isJson_) {
+      std::printf("%s\n", json_.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+      flushStandardOutput();
+    }
+    return failed_;
+  }
+
+ private:
+  using Json = nlohmann::ordered_json;
+
+  static std::string TextOf(const Json& object, const char* key) {
+    const auto found = object.find(key);
+    return found != object.end() && found->is_string() ? found->get<std::string>() : "";
+  }
+
+  void PrintHead() const {
+    const Json description = json_.value("description", Json::object());
+    std::printf("Description:\n");
+    for (const char* key : {"name", "version", "extension", "format"}) {
+      const std::string value = TextOf(description, key);
+      std::printf("  %-10s %s\n", key, value.empty() ? "none" : printable(value).c_str());
+    }
+    std::printf("Slots:\n");
+    int number = 0;
+    for (const Json& slot : json_.value("slots", Json::array())) {
+      std::printf("  %2d  %-28s %s\n", ++number, printable(TextOf(slot, "name")).c_str(),
+                  slot.value("filled", false) ? "filled" : "null");
+    }
+    const Json exports = json_.value("exports", Json::array());
+    std::printf("Exports (%zu):\n", exports.size());
+    for (const Json& name : exports) {
+      std::printf("  %s\n", printable(name.is_string() ? name.get<std::string>() : "").c_str());
+    }
+    PrintConfinement();
+    std::printf("Checks:\n");
+    flushStandardOutput();
+  }
+
+  void PrintConfinement() const {
+    const Json& status = json_["confinement"];
+    const int version = status["landlock"].get<int>();
+    std::printf("Confinement of checks and of readers of models:\n");
+    const std::string files =
+        version == 0 ? "none" : "Landlock, version " + std::to_string(version);
+    std::printf("  %-22s %s\n", "files", files.c_str());
+    std::printf("  %-22s %s\n", "system calls", status["seccomp"].get<bool>() ? "seccomp" : "none");
+  }
+
+  bool isJson_;
+  Json json_;
+  std::size_t failed_ = 0;
+};
+
+// What is wrong with the plug-in when a check has ended so; empty for nothing.
+std::string faultOf(const InspectOptions& options, const WorkerResult& end) {
   switch (end.how) {
     case WorkerResult::How::kExited:
-      return printResult(kind,
-                         "makes its host exit (exit code " + std::to_string(end.number) + ")");
+      return "makes its host exit (exit code " + std::to_string(end.number) + ")";
     case WorkerResult::How::kSignal:
-      return printResult(kind, std::string("crashes its host (") + strsignal(end.number) + ")");
+      return std::string("crashes its host (") + strsignal(end.number) + ")";
     case WorkerResult::How::kTimedOut:
-      return printResult(kind, "does not finish within " + timeOf(options));
+      return "does not finish within " + timeOf(options);
+    case WorkerResult::How::kMemoryExceeded:
+      return "takes too much memory";
     case WorkerResult::How::kNotStarted:
     case WorkerResult::How::kNotLoaded:
       throw startFailure(options.plugin, end);
-    case WorkerResult::How::kMemoryExceeded:
     case WorkerResult::How::kReturned:
     case WorkerResult::How::kTerminated:
-      return;
+      break;
   }
+  return end.Returned(kExitDone) ? "" : end.text.empty() ? "fails to be loaded again" : end.text;
 }
 
-int tryWalks(const InspectOptions& options) {
-  const ScratchDirectory scratch("dxf2d-inspect");
-  std::printf("Walks:\n");
-  flushStandardOutput();
-  std::size_t failed = 0;
-  std::size_t number = 0;
-  for (const InspectionScene& kind : inspectionScenes()) {
-    const WorkerResult end =
-        runInTime(options, {kWalkTask, {options.plugin, std::to_string(number++), scratch.Path()}});
+int makeChecks(const InspectOptions& options, Report& report) {
+  const std::vector<InspectionCheck> checks = inspectionChecks(options.seeds);
+  for (std::size_t i = 0; i < checks.size(); ++i) {
+    const ScratchDirectory scratch("dxf2d-inspect");
+    const WorkerResult end = runInTime(options, {kCheckTask,
+                                                 {options.plugin, std::to_string(i), scratch.Path(),
+                                                  std::to_string(options.seeds)}});
     // The signal takes effect when the directory is gone.
     if (end.how == WorkerResult::How::kTerminated) {
       return kExitInternal;
     }
-    if (end.Returned(kExitWriteFailed)) {
-      return kExitWriteFailed;
-    }
-    printEnd(options, kind, end);
-    if (!end.Returned(kExitDone)) {
-      ++failed;
-    }
+    report.Add(checks[i].name, faultOf(options, end));
   }
+  const std::size_t failed = report.Finish();
   if (failed == 0) {
     return kExitDone;
   }
   return fail(kExitPlugin, {options.plugin,
                             "fails " + std::to_string(failed) + " of " +
-                                std::to_string(inspectionScenes().size()) + " walks",
+                                std::to_string(checks.size()) + " checks",
                             "see the report above"});
 }
 
@@ -120,16 +194,6 @@ int failToLook(const InspectOptions& options, const WorkerResult& end) {
   return end.number;
 }
 
-void printConfinement() {
-  const ConfinementStatus status = availableConfinement();
-  std::printf("Confinement of walks and of readers of models:\n");
-  const std::string files =
-      status.fileRules == 0 ? "none" : "Landlock, version " + std::to_string(status.fileRules);
-  std::printf("  %-22s %s\n", "files", files.c_str());
-  std::printf("  %-22s %s\n", "system calls", status.callFilter ? "seccomp" : "none");
-  flushStandardOutput();
-}
-
 }  // namespace
 
 Command inspectCommand() {
@@ -138,7 +202,8 @@ Command inspectCommand() {
   Command command;
   command.name = "inspect";
   command.summary =
-      "Examines a plug-in: its slots, its exports, and a test walk over every kind of content.";
+      "Examines a plug-in: its slots, its exports, walks over every kind of content, and whether "
+      "hosts can rely on it.";
   command.examples = {{"dxf2d inspect ./my_plugin.so", "What it registers, and what it does."}};
   command.inputName = "PLUGIN";
   command.inputHelp = "The plug-in, a loadable module";
@@ -149,9 +214,14 @@ Command inspectCommand() {
     const std::optional<std::uint32_t> count = parseCount(text);
     return count ? std::optional(std::chrono::seconds(*count)) : std::nullopt;
   };
-  command.options = {{"--max-time", "SECONDS [" + std::to_string(options->time.count()) + "]",
-                      "Time limit for loading the plug-in, and for each walk", kExpectedCount,
-                      into(options->time, parseSeconds)}};
+  command.options = {
+      {"--max-time", "SECONDS [" + std::to_string(options->time.count()) + "]",
+       "Time limit for loading the plug-in, and for each check", kExpectedCount,
+       into(options->time, parseSeconds)},
+      {"--seeds", "COUNT [" + std::to_string(options->seeds) + "]",
+       "Number of hosts that call at random", kExpectedCount, into(options->seeds, parseCount)},
+      {"--json", "", "Print the report as JSON", "",
+       [options](const std::string&) { return options->isJson = true; }}};
   command.run = [options](const OptionWords&) { return runInspect(*options); };
   return command;
 }
@@ -159,9 +229,13 @@ Command inspectCommand() {
 int runInspect(const InspectOptions& options) {
   return reporting([&] {
     const WorkerResult end = runInTime(options, {kLookTask, {options.plugin}});
+    // Of checks they are what the plug-in says of faulty content.
+    for (const std::string& sentence : end.notes) {
+      note(sentence);
+    }
     if (end.Returned(kExitDone)) {
-      printConfinement();
-      return tryWalks(options);
+      Report report(options, end.text);
+      return makeChecks(options, report);
     }
     return failToLook(options, end);
   });

@@ -1,7 +1,8 @@
-// dxf2d inspect: what is in a plug-in, and whether it stands a walk.
+// dxf2d inspect: what is in a plug-in, and whether hosts can rely on it.
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <string>
 
 #include "app/cli/command.h"
@@ -12,20 +13,23 @@ struct InspectOptions {
   std::string plugin;
   // For loading it, which runs its constructors, and for each walk: both take milliseconds.
   std::chrono::seconds time{60};
+  // How many hosts call at random.
+  std::uint32_t seeds = 4;
+  bool isJson = false;
 };
 
 // Names of worker tasks. The words of the first are the plug-in; of the second the plug-in, the
-// number of the scene, and a directory for its drawing.
+// number of the check, a directory for its drawings, and the number of seeds.
 inline constexpr const char* kLookTask = "look";
-inline constexpr const char* kWalkTask = "walk";
+inline constexpr const char* kCheckTask = "check";
 
 // The command with its options.
 Command inspectCommand();
 
-// Prints the plug-in's slots, its exports, how walks are confined, and the result of a walk over
-// every kind of content. The plug-in runs in worker processes, so that its crash is reported and
-// not shared. Returns an ExitCode; unless that is kExitDone, there is one message on stderr. Leaves
-// no file behind. Throws nothing.
+// Prints the plug-in's description, slots and exports, how its process is confined, and the result
+// of each of inspectionChecks, as text or as one JSON object. The plug-in runs in worker processes,
+// one for each check, so that its crash is reported and not shared. Returns an ExitCode; unless
+// that is kExitDone, there is one message on stderr. Leaves no file behind. Throws nothing.
 int runInspect(const InspectOptions& options);
 
 }  // namespace dxf2d

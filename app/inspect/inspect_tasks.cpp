@@ -1,8 +1,7 @@
 #include "app/inspect/inspect_tasks.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <exception>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -11,35 +10,39 @@
 #include "app/host/plugin_module.h"
 #include "app/inspect/callback_slots.h"
 #include "app/inspect/inspect_command.h"
-#include "app/inspect/inspection_scenes.h"
+#include "app/inspect/inspection_checks.h"
 #include "app/inspect/module_exports.h"
-#include "app/process/confinement.h"
 #include "ktscene/kt_traverser.h"
-#include "platform/path_text.h"
 
 namespace dxf2d {
 
 namespace {
 
+using Json = nlohmann::ordered_json;
+
 constexpr const char* kEntryName = "InitializeTraverser";
 
-// ---- Slots and exports
-
-void printSlots(const KtTraverser& traverser) {
-  std::printf("Slots:\n");
+Json slotsAsJson(const KtTraverser& traverser) {
+  Json list = Json::array();
   int number = 0;
   for (const CallbackSlot& slot : slotsOf(traverser.Callbacks())) {
-    std::printf("  %2d  %-28s %s\n", ++number, slot.name, slot.filled ? "filled" : "null");
+    list.push_back({{"number", ++number}, {"name", slot.name}, {"filled", slot.filled}});
   }
+  return list;
 }
 
-void printExports(std::vector<std::string> names) {
+Json exportsAsJson(std::vector<std::string> names) {
   std::ranges::transform(names, names.begin(), writtenInCpp);
   std::ranges::sort(names);
-  std::printf("Exports (%zu):\n", names.size());
-  for (const std::string& name : names) {
-    std::printf("  %s\n", printable(name).c_str());
-  }
+  std::ranges::transform(names, names.begin(), printable);
+  return names;
+}
+
+Json descriptionAsJson(const KtPluginDescription& description) {
+  return {{"name", printable(description.name)},
+          {"version", printable(description.version)},
+          {"extension", description.extension},
+          {"format", printable(description.format)}};
 }
 
 // Loads the plug-in. Returns an exit code.
@@ -52,48 +55,29 @@ int look(std::span<const std::string> words) {
   }
   KtTraverser traverser;
   enterPlugin(plugin, traverser);
-  printSlots(traverser);
-  printExports(exports);
-  flushStandardOutput();
+  const Json facts{{"description", descriptionAsJson(traverser.Description())},
+                   {"slots", slotsAsJson(traverser)},
+                   {"exports", exportsAsJson(exports)}};
+  tellParent(facts.dump(-1, ' ', false, Json::error_handler_t::replace));
   return kExitDone;
 }
 
-// ---- Walks
-
-// Walks the plug-in over one kind of content. Empty when that passes, else what is wrong.
-std::string faultInWalk(const std::string& plugin, const InspectionScene& kind,
-                        const std::string& directory) {
-  try {
-    KtTraverser traverser;
-    enterPlugin(plugin, traverser);
-    captureErrorBoxes();
-    confine({systemFiles(), {}, {directory}});
-    KtScene scene = kind.make();
-    if (traverser.Walk(scene, pathFromBytes(directory + "/drawing.dxf"))) {
-      return {};
-    }
-    const std::string box = lastErrorBox();
-    return "fails: returns false from opening or closing the file" +
-           (box.empty() ? "" : " (" + box + ")");
-  } catch (const std::exception& error) {
-    return std::string("fails: throws \"") + error.what() + '"';
-  } catch (...) {
-    return "fails: throws an object that is not a std::exception";
+// Returns an exit code.
+int check(std::span<const std::string> words) {
+  const auto seeds = static_cast<std::uint32_t>(std::stoul(words[3]));
+  const InspectionCheck check = inspectionChecks(seeds)[std::stoul(words[1])];
+  const InspectedPlugin plugin(words[0], words[2]);
+  std::string fault = check.run(plugin);
+  if (fault.empty()) {
+    fault = plugin.TracesLeft();
   }
-}
-
-// Walks the plug-in over one kind of content and prints the result. Returns an exit code.
-int walk(std::span<const std::string> words) {
-  const InspectionScene& kind = inspectionScenes()[std::stoul(words[1])];
-  const std::string fault = faultInWalk(words[0], kind, words[2]);
-  std::printf("  %-22s %s\n", kind.name, fault.empty() ? "passes" : printable(fault).c_str());
-  flushStandardOutput();
+  tellParent(fault);
   return fault.empty() ? kExitDone : kExitPlugin;
 }
 
 }  // namespace
 
 WorkerTask lookTask() { return {kLookTask, &look}; }
-WorkerTask walkTask() { return {kWalkTask, &walk}; }
+WorkerTask checkTask() { return {kCheckTask, &check}; }
 
 }  // namespace dxf2d

@@ -5,10 +5,11 @@
 
 namespace dxf2d {
 
-// Prints the slots and exports of a plug-in.
+// Tells the description, slots and exports of a plug-in as JSON.
 WorkerTask lookTask();
 
-// Walks a plug-in over one kind of content, confined to a scratch directory, and prints the result.
-WorkerTask walkTask();
+// Makes one of inspectionChecks, confined to a scratch directory, and tells what is wrong, or
+// nothing.
+WorkerTask checkTask();
 
 }  // namespace dxf2d

@@ -125,6 +125,9 @@ int InputTask::ReportEnd(const WorkerResult& end) const {
     case WorkerResult::How::kReturned:
       return end.number;
     case WorkerResult::How::kExited:
+      if (!plugin_.empty()) {
+        return FailForPlugin("makes its host exit (exit code " + std::to_string(end.number) + ")");
+      }
       return Fail(kExitInput,
                   "makes the " + reader_ + " exit (exit code " + std::to_string(end.number) + ")",
                   kRepairFile);
@@ -166,10 +169,22 @@ int InputTask::FailForSignal(int signal) const {
                     strsignal(signal) + "), perhaps for lack of memory",
                 "free some memory and try again");
   }
+  if (!plugin_.empty()) {
+    return FailForPlugin(std::string("crashes its host (") + strsignal(signal) + ")");
+  }
   return Fail(kExitInput, "crashes the " + reader_ + " (" + strsignal(signal) + ")", kRepairFile);
 }
 
+int InputTask::FailForPlugin(const std::string& what) const {
+  return fail(kExitPlugin,
+              {plugin_, what + circumstance_, "fix the plug-in or name another with --plugin"});
+}
+
 int InputTask::FailForTime() const {
+  if (!plugin_.empty()) {
+    return FailForPlugin("does not finish within the " + std::to_string(time_.count()) +
+                         " s that --max-time allows");
+  }
   return Fail(
       kExitLimit,
       "takes longer than the " + std::to_string(time_.count()) + " s that --max-time allows",

@@ -51,6 +51,12 @@ class InputTask {
   int RunProgram(const WorkerCall& call, std::optional<int>& end, std::uint64_t& peakMemory);
   // The input was unpacked to `file`: the limit of memory that the user did not give goes by that.
   void UseUnpacked(const std::string& file);
+  // From now on it is the plug-in `plugin` that makes a worker crash, exit or hang, and not what is
+  // read; empty: the latter. `circumstance` ends the sentence about it.
+  void Blame(const std::string& plugin, const std::string& circumstance) {
+    plugin_ = plugin;
+    circumstance_ = circumstance;
+  }
   // Runs `step` in this process. What it throws is printed and becomes an exit code (see
   // `reporting`); std::bad_alloc becomes kExitLimit.
   int Reporting(const std::function<int()>& step) const;
@@ -62,10 +68,14 @@ class InputTask {
   int FailForMemory() const;
   int FailForTime() const;
   int Fail(int code, const std::string& problem, const std::string& remedy) const;
+  // `what` says what happens to the host.
+  int FailForPlugin(const std::string& what) const;
 
   std::string reader_;
   std::string input_;
   ResourceLimits limits_;
+  std::string plugin_;
+  std::string circumstance_;
   std::uint64_t memory_;
   // False when the system's own limits are lower.
   bool isMemoryGranted_;

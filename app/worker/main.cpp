@@ -9,8 +9,8 @@
 
 int main(int argc, char** argv) {
   const dxf2d::WorkerTask tasks[] = {
-      dxf2d::exportTask(),  dxf2d::listTask(),   dxf2d::formatsTask(),
-      dxf2d::previewTask(), dxf2d::finishTask(), dxf2d::importTask(),
-      dxf2d::lookTask(),    dxf2d::walkTask(),   dxf2d::viewTask()};
+      dxf2d::exportTask(),  dxf2d::listTask(),   dxf2d::formatsTask(), dxf2d::describeTask(),
+      dxf2d::previewTask(), dxf2d::finishTask(), dxf2d::importTask(),  dxf2d::lookTask(),
+      dxf2d::checkTask(),   dxf2d::viewTask()};
   dxf2d::runWorkerProgram(tasks, argc, argv);
 }

@@ -13,7 +13,7 @@ from dataclasses import dataclass
 from pathlib import Path
 
 # Exit codes of dxf2d.
-DONE, INTERNAL, INPUT, NOT_MADE, WRITE_FAILED, LIMIT = 0, 1, 3, 5, 6, 7
+DONE, INTERNAL, INPUT, NOT_MADE, WRITE_FAILED, LIMIT, PLUGIN = 0, 1, 3, 5, 6, 7, 8
 
 # Of a test that could not run at all; CMakeLists.txt tells ctest.
 SKIPPED = 77

@@ -11,7 +11,7 @@ import shutil
 import subprocess
 import unittest
 
-from promise import DONE, INPUT, LIMIT, NOT_MADE, WRITE_FAILED, FaultTests, run_tests
+from promise import DONE, INPUT, LIMIT, NOT_MADE, PLUGIN, WRITE_FAILED, FaultTests, run_tests
 
 # Anyone but root.
 STRANGER = 65534
@@ -278,7 +278,7 @@ class ForeignCode(Commands):
                 continue
             output.arguments += ["--plugin", self.options.ends_in_the_middle]
             run = output.run()
-            self.assertEqual(INPUT, run.code)
+            self.assertEqual(PLUGIN, run.code)
             self.assertRegex(run.error, rb"\Adxf2d: .*exit code 0.*\n\Z")
             self.assertEqual("old", output.state())
             self.assertEqual([], output.leftovers())

@@ -151,7 +151,7 @@ def check_hosts(hosts, plugin, work):
             assert not os.path.lexists(full) and not os.path.lexists(f"{full}.part")
 
 
-def check_program(program, plugin, work):
+def check_program(program, plugin, svg_plugin, work):
     """dxf2d of the installed tree draws with the plug-in beside it, and looks into another."""
     scene = work / "square.json"
     scene.write_text(json.dumps(SQUARE), encoding="utf-8")
@@ -159,6 +159,9 @@ def check_program(program, plugin, work):
     run(program, "export", scene, "-o", drawing)
     assert placements(drawing) == [("GO_1", "0.000000", "0.000000")], placements(drawing)
     assert "InitializeTraverser" in run(program, "inspect", plugin)
+    picture = work / "square.svg"
+    run(program, "export", "--plugin", svg_plugin, scene, "-o", picture)
+    assert 'd="M0 0L2 0L2 2L0 2Z"' in picture.read_text(encoding="utf-8").replace("-", "")
 
 
 def check(args, work):
@@ -177,7 +180,8 @@ def check(args, work):
     check_hosts(hosts, plugin, work)
     program = prefix / args.bindir / "dxf2d"
     if program.exists():
-        check_program(program, plugin, work)
+        svg_plugin = build_with_cmake(args, examples / "svg_plugin", prefix) / "svg_plugin.so"
+        check_program(program, plugin, svg_plugin, work)
 
 
 def main():

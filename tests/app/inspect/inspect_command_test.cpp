@@ -10,10 +10,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "app/cli/exit_code.h"
-#include "app/inspect/inspection_scenes.h"
+#include "app/inspect/inspection_checks.h"
 #include "app/process/confinement.h"
 #include "tests/support/scratch_directory.h"
 
@@ -30,15 +31,24 @@ struct Outcome {
   std::string errors;
 };
 
-Outcome inspect(const std::string& plugin, std::chrono::seconds time = InspectOptions().time) {
+Outcome inspect(const InspectOptions& options) {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   Outcome outcome;
-  outcome.code = runInspect({plugin, time});
+  outcome.code = runInspect(options);
   outcome.output = testing::internal::GetCapturedStdout();
   outcome.errors = testing::internal::GetCapturedStderr();
   return outcome;
 }
+
+Outcome inspect(const std::string& plugin, std::chrono::seconds time = InspectOptions().time) {
+  InspectOptions options;
+  options.plugin = plugin;
+  options.time = time;
+  return inspect(options);
+}
+
+std::size_t checkCount() { return inspectionChecks(InspectOptions().seeds).size(); }
 
 std::size_t count(const std::string& text, const std::string& part) {
   std::size_t found = 0;
@@ -54,11 +64,11 @@ std::string lineOf(const std::string& text, const std::string& heading, const st
   return at == std::string::npos ? "" : text.substr(at + 1, text.find('\n', at + 1) - at - 1);
 }
 
-TEST(Inspect, OwnPluginPassesEveryWalk) {
+TEST(Inspect, OwnPluginPassesEveryCheck) {
   const Outcome outcome = inspect(PLUGIN);
   EXPECT_EQ(outcome.code, kExitDone);
   EXPECT_EQ(outcome.errors, "");
-  EXPECT_EQ(count(outcome.output, " passes\n"), inspectionScenes().size());
+  EXPECT_EQ(count(outcome.output, " passes\n"), checkCount());
 }
 
 TEST(Inspect, OwnPluginFillsThirteenSlots) {
@@ -158,32 +168,114 @@ TEST(Inspect, TellsHowReadersAreConfined) {
 TEST(Inspect, CrashInAWalkNamesTheContent) {
   const Outcome outcome = inspect(CRASHES_ON_LABELS);
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  labels"),
+  EXPECT_THAT(lineOf(outcome.output, "Checks:", "  labels"),
               HasSubstr("crashes its host (Aborted)"));
-  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  everything"), HasSubstr("crashes its host"));
-  EXPECT_EQ(count(outcome.output, " passes\n"), inspectionScenes().size() - 2);
-  EXPECT_THAT(outcome.errors, HasSubstr("fails 2 of 14 walks"));
+  EXPECT_THAT(lineOf(outcome.output, "Checks:", "  everything"), HasSubstr("crashes its host"));
+  EXPECT_THAT(lineOf(outcome.output, "Checks:", "  line sets"), HasSubstr(" passes"));
+  EXPECT_THAT(outcome.errors, HasSubstr("fails "));
+  EXPECT_THAT(outcome.errors, HasSubstr(" of " + std::to_string(checkCount()) + " checks"));
 }
 
 TEST(Inspect, PluginThatEndsItsHostFails) {
   const Outcome outcome = inspect(ENDS_ITS_HOST);
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  bounds  "),
+  EXPECT_THAT(lineOf(outcome.output, "Checks:", "  bounds  "),
               HasSubstr("makes its host exit (exit code 77)"));
 }
 
 TEST(Inspect, ExceptionIsQuoted) {
   const Outcome outcome = inspect(THROWS_ON_LINES);
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  line sets"),
+  EXPECT_THAT(lineOf(outcome.output, "Checks:", "  line sets"),
               HasSubstr("fails: throws \"lines are beyond me\""));
 }
 
 TEST(Inspect, RefusedFileComesWithTheErrorBox) {
   const Outcome outcome = inspect(WRITES_NOWHERE);
   EXPECT_EQ(outcome.code, kExitPlugin);
-  EXPECT_THAT(lineOf(outcome.output, "Walks:", "  empty scene"), HasSubstr("(the pen is dry)"));
+  EXPECT_THAT(lineOf(outcome.output, "Checks:", "  empty scene"), HasSubstr("(the pen is dry)"));
   EXPECT_THAT(outcome.output, Not(HasSubstr(" passes\n")));
+}
+
+// ---- Conduct
+
+TEST(Inspect, ExamplesAndASoundPluginPass) {
+  for (const char* plugin : {MINIMAL_PLUGIN, SVG_PLUGIN, SOUND}) {
+    const Outcome outcome = inspect(plugin);
+    EXPECT_EQ(outcome.code, kExitDone) << outcome.output;
+    EXPECT_EQ(outcome.errors, "");
+  }
+}
+
+// Each plug-in has one fault; `check` is where it is found.
+void expectFault(const std::string& plugin, const std::string& check, const std::string& fault) {
+  const Outcome outcome = inspect(plugin);
+  EXPECT_EQ(outcome.code, kExitPlugin) << plugin;
+  EXPECT_THAT(lineOf(outcome.output, "Checks:", "  " + check), HasSubstr("fails: " + fault))
+      << outcome.output;
+}
+
+TEST(Inspect, RefusedSecondWalkIsFound) {
+  expectFault(REFUSES_SECOND_WALK, "second walk", "returns false from opening or closing the file");
+}
+
+TEST(Inspect, FileThatIsNotWrittenIsFound) {
+  expectFault(WRITES_NOTHING, "empty scene", "returns true and writes nothing");
+}
+
+TEST(Inspect, FileThatStaysOpenIsFound) {
+  expectFault(LEAKS_ITS_FILE, "empty scene", "leaves a file open (");
+}
+
+TEST(Inspect, ChangedLocaleIsFound) {
+  expectFault(SETS_THE_LOCALE, "empty scene", "changes the locale of the process to C.UTF-8");
+}
+
+TEST(Inspect, KeptPointerIsFound) {
+  expectFault(KEEPS_A_LENT_POINTER, "objects taken back", "crashes its host (Segmentation fault)");
+}
+
+TEST(Inspect, KeptNumbersAreFound) {
+  expectFault(KEEPS_LENT_NUMBERS, "objects taken back",
+              "draws something else when what it was lent is gone");
+}
+
+TEST(Inspect, IgnoredFileErrorIsFound) {
+  expectFault(IGNORES_AN_UNCREATABLE_FILE, "file not to be created",
+              "returns true for a file that cannot be written");
+  expectFault(IGNORES_AN_UNCREATABLE_FILE, "full disk",
+              "returns true for a file that cannot be written");
+}
+
+TEST(Inspect, ThreadThatStaysIsFound) {
+  expectFault(LEAVES_A_THREAD, "empty scene", "leaves 2 threads where there was 1");
+}
+
+TEST(Inspect, CallsAtRandomAreTheSameForASeed) {
+  InspectOptions options;
+  options.plugin = SOUND;
+  options.seeds = 7;
+  const std::string output = inspect(options).output;
+  EXPECT_THAT(output, HasSubstr("  random calls, seed 7   passes\n"));
+  EXPECT_EQ(output, inspect(options).output);
+}
+
+TEST(Inspect, ReportAsJsonHasTheSame) {
+  InspectOptions options;
+  options.plugin = SETS_THE_LOCALE;
+  options.isJson = true;
+  const Outcome outcome = inspect(options);
+  EXPECT_EQ(outcome.code, kExitPlugin);
+  // The plug-in prints, too.
+  const auto json = nlohmann::json::parse(outcome.output);
+  EXPECT_EQ(json["plugin"], SETS_THE_LOCALE);
+  EXPECT_EQ(json["passed"], false);
+  EXPECT_EQ(json["slots"].size(), 20U);
+  EXPECT_EQ(json["exports"][0], "InitializeTraverser");
+  EXPECT_EQ(json["description"]["extension"], ".dxf");
+  EXPECT_EQ(json["checks"].size(), checkCount());
+  EXPECT_EQ(json["checks"][0]["passed"], false);
+  EXPECT_EQ(json["checks"][0]["fault"], "changes the locale of the process to C.UTF-8");
 }
 
 // The directory for temporary files, for as long as this lives.
@@ -214,7 +306,9 @@ TEST(Inspect, LeavesNoFileBehind) {
 TEST(Inspect, TerminationSignalLeavesNoFileAndPrintsNothing) {
   const ScratchDirectory scratch;
   const TemporaryDirectoryIs temporary(scratch / "");
-  EXPECT_EXIT(std::_Exit(runInspect({TERMINATES_ITS_HOST})), testing::KilledBySignal(SIGTERM),
+  InspectOptions options;
+  options.plugin = TERMINATES_ITS_HOST;
+  EXPECT_EXIT(std::_Exit(runInspect(options)), testing::KilledBySignal(SIGTERM),
               testing::IsEmpty());
   EXPECT_EQ(scratch.FileCount(), 0U);
 }
@@ -222,7 +316,9 @@ TEST(Inspect, TerminationSignalLeavesNoFileAndPrintsNothing) {
 TEST(Inspect, ReportIntoAClosedPipeIsAFailedWrite) {
   const auto inspectUnheard = [] {
     static_cast<void>(std::freopen("/dev/full", "w", stdout));
-    std::_Exit(runInspect({PLUGIN}));
+    InspectOptions options;
+    options.plugin = PLUGIN;
+    std::_Exit(runInspect(options));
   };
   EXPECT_EXIT(inspectUnheard(), testing::ExitedWithCode(kExitWriteFailed), "standard output");
 }
@@ -230,13 +326,15 @@ TEST(Inspect, ReportIntoAClosedPipeIsAFailedWrite) {
 TEST(Inspect, ReportThatIsCutIsAFailedWrite) {
   const ScratchDirectory scratch;
   // Room for all but the walks.
-  const rlim_t room = inspect(PLUGIN).output.find("Walks:") + 20;
+  const rlim_t room = inspect(PLUGIN).output.find("Checks:") + 20;
   const auto inspectHalfHeard = [&] {
     const rlimit limit{room, room};
     std::signal(SIGXFSZ, SIG_IGN);
     static_cast<void>(std::freopen((scratch / "report").c_str(), "w", stdout));
     setrlimit(RLIMIT_FSIZE, &limit);
-    std::_Exit(runInspect({PLUGIN}));
+    InspectOptions options;
+    options.plugin = PLUGIN;
+    std::_Exit(runInspect(options));
   };
   EXPECT_EXIT(inspectHalfHeard(), testing::ExitedWithCode(kExitWriteFailed), "standard output");
 }

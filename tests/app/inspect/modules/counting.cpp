@@ -18,5 +18,6 @@ bool closeFile() {
 
 PLUGIN_ENTRY {
   registerCallbacks(*traverser, {.openNode = openNode, .closeFile = closeFile});
+  describeAsCounter(*traverser);
   return true;
 }

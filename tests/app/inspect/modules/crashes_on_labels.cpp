@@ -1,7 +1,7 @@
 #include <cstdlib>
 
+#include "drawing_file.h"
 #include "ktscene/kt_graphic_node.h"
-#include "plugin_entry.h"
 
 namespace {
 
@@ -15,6 +15,6 @@ bool label(KtGraphicNode* node, bool /*flag*/, int /*colorIndex*/) {
 }  // namespace
 
 PLUGIN_ENTRY {
-  registerCallbacks(*traverser, {.label = label});
+  registerDrawing(*traverser, {.label = label});
   return true;
 }

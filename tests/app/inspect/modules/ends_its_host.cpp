@@ -1,6 +1,6 @@
 #include <cstdlib>
 
-#include "plugin_entry.h"
+#include "drawing_file.h"
 
 namespace {
 
@@ -9,6 +9,6 @@ void boundingBox(const double* /*min*/, const double* /*max*/, double /*size*/) 
 }  // namespace
 
 PLUGIN_ENTRY {
-  registerCallbacks(*traverser, {.boundingBox = boundingBox});
+  registerDrawing(*traverser, {.boundingBox = boundingBox});
   return true;
 }

@@ -7,6 +7,14 @@
   extern "C" __attribute__((visibility("default"))) bool InitializeTraverser( \
       KtTraverser* traverser, void* /*reserved*/)
 
+// Says that a test's plug-in writes no file. One that says nothing is expected to write DXF.
+inline void describeAsCounter(KtTraverser& traverser) {
+  KtPluginDescription description;
+  description.name = "test";
+  description.extension = "";
+  traverser.Describe(description);
+}
+
 // Registers the callbacks that a test's plug-in has.
 inline void registerCallbacks(KtTraverser& traverser, const KtCallbacks& given) {
   traverser.Init(given.openNode, given.closeNode, given.reuse, given.openLod, given.closeLod,

@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "plugin_entry.h"
+#include "drawing_file.h"
 
 namespace {
 
@@ -14,6 +14,6 @@ bool lineSet(const std::vector<double>& /*coords*/, const std::vector<int>& indi
 }  // namespace
 
 PLUGIN_ENTRY {
-  registerCallbacks(*traverser, {.lineSet = lineSet});
+  registerDrawing(*traverser, {.lineSet = lineSet});
   return true;
 }
