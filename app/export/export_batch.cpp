@@ -77,6 +77,7 @@ class ExportBatch {
         optionForModels_(jobs.size() > 1 ? optionForModels(wordsForScenes(options)) : ""),
         sceneOptions_(options.forScenes ? *options.forScenes : options) {
     sceneOptions_.format = options_.format;
+    sceneOptions_.pluginFacts = options_.pluginFacts;
     if (options_.batch.skipped == Skipped::kNotNewer) {
       options_.existing = Existing::kReplace;
       sceneOptions_.existing = Existing::kReplace;
