@@ -86,16 +86,9 @@ std::vector<std::string> optionNames(const Command* command) {
     append(options, command->options);
   }
   std::vector<std::string> names;
+  names.reserve(options.size());
   for (const Option& option : options) {
     names.push_back(option.LongName());
-  }
-  return names;
-}
-
-std::vector<std::string> commandNames(const Program& program) {
-  std::vector<std::string> names;
-  for (const Command& command : program.commands) {
-    names.push_back(command.name);
   }
   return names;
 }

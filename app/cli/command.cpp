@@ -41,6 +41,15 @@ bool takesFile(const Option& option) {
   return placeholder == "FILE" || placeholder == "PATH" || placeholder == "LIST";
 }
 
+std::vector<std::string> commandNames(const Program& program) {
+  std::vector<std::string> names;
+  names.reserve(program.commands.size());
+  for (const Command& command : program.commands) {
+    names.push_back(command.name);
+  }
+  return names;
+}
+
 std::vector<std::string> groupsOf(const Command& command) {
   std::vector<std::string> groups;
   for (const Option& option : command.options) {

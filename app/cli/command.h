@@ -151,6 +151,8 @@ std::vector<std::string> choicesOf(const Option& option);
 // Whether its value is a file or directory.
 bool takesFile(const Option& option);
 
+std::vector<std::string> commandNames(const Program& program);
+
 // The headings of a command's options, in the order of their first ones.
 std::vector<std::string> groupsOf(const Command& command);
 

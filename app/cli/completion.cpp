@@ -26,14 +26,6 @@ std::vector<Option> optionsOf(const Command& command) {
   return options;
 }
 
-std::vector<std::string> commandNames(const Program& program) {
-  std::vector<std::string> names;
-  for (const Command& command : program.commands) {
-    names.push_back(command.name);
-  }
-  return names;
-}
-
 std::string joined(const std::vector<std::string>& words, const char* separator = " ") {
   std::string text;
   for (const std::string& word : words) {

@@ -15,14 +15,6 @@
 namespace dxf2d {
 namespace {
 
-std::vector<std::string> namesOf(const Program& program) {
-  std::vector<std::string> names;
-  for (const Command& command : program.commands) {
-    names.push_back(command.name);
-  }
-  return names;
-}
-
 // Null for an empty name.
 const Command* commandNamed(const Program& program, const std::string& name) {
   if (name.empty()) {
@@ -31,7 +23,7 @@ const Command* commandNamed(const Program& program, const std::string& name) {
   const auto command = std::ranges::find(program.commands, name, &Command::name);
   if (command == program.commands.end()) {
     throw UsageError({"", tr("unknown command '%1'", {name}),
-                      didYouMean(name, namesOf(program), tr("see %1", {"dxf2d --help"}))});
+                      didYouMean(name, commandNames(program), tr("see %1", {"dxf2d --help"}))});
   }
   return &*command;
 }
@@ -54,7 +46,7 @@ Command helpCommand(const Program& program) {
   command.summary = "Explains a command.";
   command.inputName = "COMMAND";
   command.inputHelp = "The command; all of them in short without one";
-  command.inputChoices = namesOf(program);
+  command.inputChoices = commandNames(program);
   command.needsInputs = false;
   command.takeInputs = [asked](const auto& inputs) { asked->name = inputs.front(); };
   command.options = {{"--man", "", "Print the manual page, for man -l -", "",
@@ -112,7 +104,7 @@ void addHelpCommands(Program& program) {
   // All that one can ask for.
   for (Command& command : program.commands) {
     if (command.name == "help") {
-      command.inputChoices = namesOf(program);
+      command.inputChoices = commandNames(program);
     }
   }
 }
