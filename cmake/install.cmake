@@ -23,19 +23,24 @@ install(DIRECTORY platform DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
 install(DIRECTORY ktscene DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
   PATTERN export.h
   PATTERN kt_callbacks.h
+  PATTERN kt_decompose.h
   PATTERN kt_g.h
   PATTERN kt_geometry.h
   PATTERN kt_graphic_attribute.h
   PATTERN kt_graphic_node.h
   PATTERN kt_host.h
+  PATTERN kt_label.h
   PATTERN kt_locale.h
   PATTERN kt_matrix.h
+  PATTERN kt_output_file.h
   PATTERN kt_point3.h
   PATTERN kt_reserved.h
   PATTERN kt_run_code.h
   PATTERN kt_scene.h
+  PATTERN kt_scene_check.h
   PATTERN kt_scene_error.h
   PATTERN kt_scene_reader.h
+  PATTERN kt_scene_writer.h
   PATTERN kt_traverser.h
   PATTERN kt_traverser_error.h
   PATTERN kt_v.h

@@ -23,6 +23,8 @@ bool KtGraphicAttribute::GetRealObjectID(std::u16string& id) const {
   return readName(node_->realObjectId, id);
 }
 
+void* KtGraphicAttribute::GetUserData() const { return node_->userData.get(); }
+
 void KtGraphicAttribute::GetMatrix(double* data) const { node_->matrix.GetData(data); }
 
 KtGraphicItem* KtGraphicAttribute::GetGraphicItem(const double* /*matrix*/, bool /*create*/,

@@ -20,6 +20,9 @@ class KT_SCENE_API KtGraphicAttribute {
   bool GetObjectID(std::u16string& id) const;
   bool GetRealObjectID(std::u16string& id) const;
 
+  // Returns KtSceneNode::userData, null when there is none. It belongs to the scene.
+  void* GetUserData() const;
+
   // Writes the node's local transform to `data`: 16 doubles, laid out as in KtMatrix.
   void GetMatrix(double* data) const;
 

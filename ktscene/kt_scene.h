@@ -18,6 +18,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -62,6 +63,43 @@ struct KtLineSet {
   KtReserved<4> reserved{};
 };
 
+// Lists that stay where the host has them, such as a viewer's buffers. The walk reads them when it
+// comes to them, one set at a time, so that there is never a second copy of a whole scene.
+struct KtBorrowedLists {
+  // x, y, z triples, as floats or as doubles; the other pointer is null. `coordCount` counts
+  // numbers.
+  const float* floats = nullptr;
+  const double* doubles = nullptr;
+  std::size_t coordCount = 0;
+  // Point numbers and codes as in KtFaceSet. (Unsigned 32-bit numbers may be cast to these.)
+  const int* indices = nullptr;
+  std::size_t indexCount = 0;
+  // A KtRunCode if `indices` are point numbers of a single run, such as KtRunCode::kTriangles; 0 if
+  // the codes are in the list.
+  int runCode = 0;
+  // What keeps the lists alive; null if the host sees to that while scenes are walked.
+  std::shared_ptr<const void> owner{};
+  KtReserved<4> reserved{};
+};
+
+// A KtFaceSet in lists that are borrowed.
+struct KtBorrowedFaces {
+  KtBorrowedLists lists{};
+  bool reverseOrientation = false;
+  bool closedSurface = true;
+  KtReserved<4> reserved{};
+};
+
+// A KtLineSet in lists that are borrowed.
+struct KtBorrowedLines {
+  KtBorrowedLists lists{};
+  KtReserved<4> reserved{};
+};
+
+// Copies what is borrowed.
+KT_SCENE_API KtFaceSet KtCopyLists(const KtBorrowedFaces& faces);
+KT_SCENE_API KtLineSet KtCopyLists(const KtBorrowedLines& lines);
+
 // A box of extents a, b, c, each above 0, centered on the origin in x and y, from z = 0 to c.
 struct KtBox {
   double a = 1.0;
@@ -82,8 +120,10 @@ KT_SCENE_API KtFaceSet MakeBoxMesh(const KtBox& box);
 KT_SCENE_API KtFaceSet MakeCylinderMesh(const KtCylinder& cylinder);
 
 // One item of a node's geometry. Sets are shared, so that many nodes can show one mesh; never null.
-using KtSceneGeometry = std::variant<std::shared_ptr<const KtFaceSet>,
-                                     std::shared_ptr<const KtLineSet>, KtBox, KtCylinder>;
+using KtSceneGeometry =
+    std::variant<std::shared_ptr<const KtFaceSet>, std::shared_ptr<const KtLineSet>, KtBox,
+                 KtCylinder, std::shared_ptr<const KtBorrowedFaces>,
+                 std::shared_ptr<const KtBorrowedLines>>;
 
 struct KtLabel {
   // A tag of two characters and a label string, see KtV::ParseLabelString.
@@ -146,6 +186,11 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
   std::unique_ptr<Lod> lod;
 
   std::vector<KtSceneNode> children;
+
+  // The host's own, such as the viewer's node from which this one was made; kept as long as the
+  // node. Plug-ins of the same author find it by KtGraphicAttribute::GetUserData; a drawing does
+  // not depend on it.
+  std::shared_ptr<void> userData;
 
   KtReserved<8> reserved{};
 };

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <initializer_list>
 
+#include "ktscene/borrowed_lists.h"
 #include "ktscene/kt_geometry.h"
 #include "ktscene/kt_graphic_node.h"
 
@@ -51,7 +52,9 @@ class LabelView final : public KtGraphicNode {
 // Passes one geometry item to the callbacks.
 class GeometryCalls {
  public:
-  explicit GeometryCalls(const KtCallbacks& callbacks) : callbacks_(callbacks) {}
+  // What is borrowed is copied into `scratch`, which keeps its memory from one set to the next.
+  GeometryCalls(const KtCallbacks& callbacks, KtFaceSet& scratch)
+      : callbacks_(callbacks), scratch_(scratch) {}
 
   void operator()(const std::shared_ptr<const KtFaceSet>& set) const {
     assert(set != nullptr);
@@ -60,6 +63,18 @@ class GeometryCalls {
   void operator()(const std::shared_ptr<const KtLineSet>& set) const {
     assert(set != nullptr);
     call(callbacks_.lineSet, set->coords, set->indices);
+  }
+  void operator()(const std::shared_ptr<const KtBorrowedFaces>& faces) const {
+    assert(faces != nullptr);
+    copyLists(faces->lists, scratch_.coords, scratch_.indices);
+    scratch_.reverseOrientation = faces->reverseOrientation;
+    scratch_.closedSurface = faces->closedSurface;
+    ShowFaces(scratch_);
+  }
+  void operator()(const std::shared_ptr<const KtBorrowedLines>& lines) const {
+    assert(lines != nullptr);
+    copyLists(lines->lists, scratch_.coords, scratch_.indices);
+    call(callbacks_.lineSet, scratch_.coords, scratch_.indices);
   }
   void operator()(const KtBox& box) const {
     Shape shape(KTV_GRAPHIC_TYPE_BOX, {box.a, box.b, box.c});
@@ -97,6 +112,7 @@ class GeometryCalls {
   }
 
   const KtCallbacks& callbacks_;
+  KtFaceSet& scratch_;
 };
 
 void showBounds(const KtCallbacks& callbacks, const KtBounds& bounds) {
@@ -160,7 +176,7 @@ void NodeWalk::EnterLod(const KtSceneNode::Lod& lod) {
   open_.push_back({first, lod.levels.empty() ? first : first + 1, true});
 }
 
-void NodeWalk::ShowNode(const KtSceneNode& node, KtGraphicAttribute& attribute) const {
+void NodeWalk::ShowNode(const KtSceneNode& node, KtGraphicAttribute& attribute) {
   call(callbacks_.openNode, &attribute);
   call(callbacks_.matrix, node.matrix.Data());
   if (node.bounds) {
@@ -168,7 +184,7 @@ void NodeWalk::ShowNode(const KtSceneNode& node, KtGraphicAttribute& attribute) 
   }
   showMaterial(callbacks_, node);
   for (const KtSceneGeometry& item : node.geometry) {
-    std::visit(GeometryCalls(callbacks_), item);
+    std::visit(GeometryCalls(callbacks_, scratch_), item);
   }
   LabelView view(node.label.get());
   call(callbacks_.label, &view, false, node.label ? node.label->colorIndex : 0);

@@ -31,12 +31,13 @@ class NodeWalk {
 
   bool Enter(const KtSceneNode& node);
   void EnterLod(const KtSceneNode::Lod& lod);
-  void ShowNode(const KtSceneNode& node, KtGraphicAttribute& attribute) const;
+  void ShowNode(const KtSceneNode& node, KtGraphicAttribute& attribute);
 
   const KtCallbacks& callbacks_;
   const std::function<bool(std::size_t)>& progress_;
   std::size_t count_ = 0;
   std::vector<OpenNode> open_;
+  KtFaceSet scratch_;
 };
 
 }  // namespace dxf2d

@@ -13,6 +13,7 @@
 #include "app/cli/option_values.h"
 #include "app/cli/printable.h"
 #include "app/inspect/inspection_checks.h"
+#include "app/inspect/scene_findings.h"
 #include "app/output/output_file.h"
 #include "app/output/scratch_directory.h"
 #include "app/process/confinement.h"
@@ -203,10 +204,10 @@ Command inspectCommand() {
   command.name = "inspect";
   command.summary =
       "Examines a plug-in: its slots, its exports, walks over every kind of content, and whether "
-      "hosts can rely on it.";
+      "hosts can rely on it. Of a scene file, what its drawing would lack.";
   command.examples = {{"dxf2d inspect ./my_plugin.so", "What it registers, and what it does."}};
   command.inputName = "PLUGIN";
-  command.inputHelp = "The plug-in, a loadable module";
+  command.inputHelp = "The plug-in, a loadable module; or a scene file (.json)";
   command.takeInputs = [options](const std::vector<std::string>& inputs) {
     options->plugin = inputs.front();
   };
@@ -227,6 +228,9 @@ Command inspectCommand() {
 }
 
 int runInspect(const InspectOptions& options) {
+  if (isSceneInput(options.plugin)) {
+    return inspectScene(options);
+  }
   return reporting([&] {
     const WorkerResult end = runInTime(options, {kLookTask, {options.plugin}});
     // Of checks they are what the plug-in says of faulty content.

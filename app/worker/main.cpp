@@ -3,6 +3,7 @@
 #include "app/finish/finish_task.h"
 #include "app/importer/program_run.h"
 #include "app/inspect/inspect_tasks.h"
+#include "app/inspect/scene_findings.h"
 #include "app/preview/preview_task.h"
 #include "app/process/worker_program.h"
 #include "app/view/view_task.h"
@@ -11,6 +12,6 @@ int main(int argc, char** argv) {
   const dxf2d::WorkerTask tasks[] = {
       dxf2d::exportTask(),  dxf2d::listTask(),   dxf2d::formatsTask(), dxf2d::describeTask(),
       dxf2d::previewTask(), dxf2d::finishTask(), dxf2d::importTask(),  dxf2d::lookTask(),
-      dxf2d::checkTask(),   dxf2d::viewTask()};
+      dxf2d::checkTask(),   dxf2d::sceneTask(),  dxf2d::viewTask()};
   dxf2d::runWorkerProgram(tasks, argc, argv);
 }

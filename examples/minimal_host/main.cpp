@@ -1,12 +1,11 @@
 // A minimal host: builds a scene of two crates and has a plug-in draw its plan.
 //
 // usage: minimal_host DRAWING.dxf [PLUGIN]
+#include <ktscene/kt_output_file.h>
 #include <ktscene/kt_traverser.h>
 #include <platform/path_text.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <string>
 
 namespace {
 
@@ -30,9 +29,6 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "usage: minimal_host DRAWING.dxf [PLUGIN]\n");
     return 2;
   }
-  const std::string drawing = argv[1];
-  // The drawing is renamed once it is complete, so that a failure never leaves half of one.
-  const std::string part = drawing + ".part";
   try {
     KtTraverser traverser;
     // The plug-in stays loaded.
@@ -40,14 +36,16 @@ int main(int argc, char** argv) {
     KtScene scene;
     scene.nodes.push_back(makeCrate(u"crate-1", 0.0, 0.0));
     scene.nodes.push_back(makeCrate(u"crate-2", 5.0, 3.0));
+    // Under its name once it is complete, so that a failure never leaves half of one.
+    KtOutputFile drawing(argv[1]);
     // False: the file cannot be created. An error box, which is a line on standard error unless
     // ZuSetErrorBoxHandler says otherwise, has named the reason.
-    if (!traverser.Walk(scene, pathFromBytes(part))) {
+    if (!traverser.Walk(scene, pathFromBytes(drawing.Path()))) {
       return 1;
     }
     // Not every plug-in draws: one may count, or check.
-    if (std::filesystem::exists(part)) {
-      std::filesystem::rename(part, drawing);
+    if (*traverser.Description().extension != '\0') {
+      drawing.Commit();
     }
     return 0;
   } catch (const std::exception& error) {
@@ -55,7 +53,5 @@ int main(int argc, char** argv) {
     // plug-in was loaded (KtTraverserError), or memory has run out.
     std::fprintf(stderr, "minimal_host: %s\n", error.what());
   }
-  std::error_code ignored;
-  std::filesystem::remove(part, ignored);
   return 1;
 }

@@ -278,6 +278,60 @@ TEST(Inspect, ReportAsJsonHasTheSame) {
   EXPECT_EQ(json["checks"][0]["fault"], "changes the locale of the process to C.UTF-8");
 }
 
+// ---- Scene files
+
+constexpr const char* kSoundScene =
+    R"({"nodes": [{"graphicName": "g", "objectId": "o", "realObjectId": "o",
+                   "geometry": [{"box": [1, 1, 1]}]}]})";
+constexpr const char* kFaultyScene = R"({"nodes": [{"geometry": [{"box": [1, 1, 1]}]}]})";
+
+TEST(InspectScene, WithoutFindingsPasses) {
+  const ScratchDirectory scratch;
+  const std::string scene = scratch / "scene.json";
+  ScratchDirectory::Fill(scene, kSoundScene);
+  const Outcome outcome = inspect(scene);
+  EXPECT_EQ(outcome.code, kExitDone) << outcome.errors;
+  EXPECT_EQ(outcome.output, scene + ": no findings\n");
+}
+
+TEST(InspectScene, NamesTheNodeAndWhatToDo) {
+  const ScratchDirectory scratch;
+  const std::string scene = scratch / "scene.json";
+  ScratchDirectory::Fill(scene, kFaultyScene);
+  const Outcome outcome = inspect(scene);
+  EXPECT_EQ(outcome.code, kExitInput);
+  EXPECT_EQ(outcome.output,
+            scene +
+                ": /nodes/0: error: is in no object, and nothing places it; give it "
+                "or a node above it an objectId\n");
+  EXPECT_EQ(
+      outcome.errors,
+      "dxf2d: " + scene +
+          ": has 1 part that is missing from its drawing or wrong in it; see the report above\n");
+}
+
+TEST(InspectScene, ReportAsJsonHasTheSame) {
+  const ScratchDirectory scratch;
+  InspectOptions options;
+  options.plugin = scratch / "scene.json";
+  options.isJson = true;
+  ScratchDirectory::Fill(options.plugin, kFaultyScene);
+  const auto json = nlohmann::json::parse(inspect(options).output);
+  EXPECT_EQ(json["passed"], false);
+  EXPECT_EQ(json["findings"][0]["node"], "/nodes/0");
+  EXPECT_EQ(json["findings"][0]["severity"], "error");
+}
+
+TEST(InspectScene, ThatIsNoneIsRefused) {
+  const ScratchDirectory scratch;
+  const std::string scene = scratch / "scene.json";
+  ScratchDirectory::Fill(scene, "{");
+  const Outcome outcome = inspect(scene);
+  EXPECT_EQ(outcome.code, kExitInput);
+  EXPECT_EQ(outcome.output, "");
+  EXPECT_THAT(outcome.errors, HasSubstr(scene + ": is not JSON"));
+}
+
 // The directory for temporary files, for as long as this lives.
 class TemporaryDirectoryIs {
  public:

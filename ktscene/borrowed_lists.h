@@ -1,0 +1,14 @@
+// Lists of the host's as callbacks take them.
+#pragma once
+
+#include <vector>
+
+#include "ktscene/kt_scene.h"
+
+namespace dxf2d {
+
+// Replaces both vectors by what `lists` lends, with the code of its run; they keep their memory.
+void copyLists(const KtBorrowedLists& lists, std::vector<double>& coords,
+               std::vector<int>& indices);
+
+}  // namespace dxf2d

@@ -1,0 +1,20 @@
+// Splits a transform into what a placement in a drawing carries and the rest.
+#pragma once
+
+#include "ktscene/export.h"
+#include "ktscene/kt_matrix.h"
+
+struct KtDecomposition {
+  // A turn about z and a shift: the matrix of an object's node.
+  KtMatrix placement;
+  // Tilt, scale, mirroring and shear, without a shift: for the vertices, or the matrix of a child
+  // without ids.
+  KtMatrix residual;
+};
+
+// Splits `matrix` so that it equals `residual` first, then `placement`, but for rounding. The turn
+// is that of the image of the x axis in plan, of the y axis where that has no length in plan, or
+// else of the z axis; so all matrices that differ only by a turn and a shift have one residual, and
+// one drawing of it serves for all of them. Turns by right angles are exact. A turn of at most
+// 0.001 radians, which placements do not carry, stays in the residual.
+KT_SCENE_API KtDecomposition KtDecompose(const KtMatrix& matrix);
