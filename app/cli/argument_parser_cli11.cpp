@@ -19,12 +19,12 @@ std::string helpHint(const Command* command) {
 
 // "export, preview or inspect".
 std::string namesOf(const std::vector<Command>& commands) {
-  std::string names;
-  for (std::size_t i = 0; i < commands.size(); ++i) {
-    const bool isLast = i != 0 && i + 1 == commands.size();
-    names = i == 0   ? commands[i].name
-            : isLast ? tr("%1 or %2", {names, commands[i].name})
-                     : names + ", " + commands[i].name;
+  std::string names = commands.front().name;
+  for (std::size_t i = 1; i + 1 < commands.size(); ++i) {
+    names.append(", ").append(commands[i].name);
+  }
+  if (commands.size() > 1) {
+    names = tr("%1 or %2", {names, commands.back().name});
   }
   return names;
 }
