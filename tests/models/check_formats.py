@@ -3,9 +3,9 @@
 
     tests/models/check_formats.py --dxf2d build/release/bin/dxf2d [--make-assembly PROGRAM]
 
-Every cell but the reader's: units, names, colors and instances as dxf2d export --list tells them of all
-samples of a format, and the up axis by drawings with and without --up. Of formats that an importer
-reads, only if it is there. Exit status 1 when a cell is wrong.
+Units, names, colors and instances are as dxf2d export --list tells them of all samples of a format; the
+reader is the one that a report names; up axis and edges show in drawings with and without --up and with
+two angles of creases. Formats that an importer reads are checked if it is there. Exit status 1 when a cell is wrong.
 """
 
 import argparse
@@ -71,6 +71,18 @@ class Sample:
         lines = self._run("-q", "-o", "-").splitlines()
         return {value.strip() for code, value in zip(lines[::2], lines[1::2]) if code.strip() == "62"}
 
+    def reader(self):
+        """What a report says."""
+        with tempfile.TemporaryDirectory(prefix="dxf2d-report-") as folder:
+            report = Path(folder) / "report.jsonl"
+            self._run("-q", "-o", "-", "--report", str(report))
+            return json.loads(report.read_text(encoding="utf-8").splitlines()[0])["reader"]
+
+    def has_creases(self):
+        """Whether creases are looked for."""
+        return len({self._run("-q", "-o", "-", "--view", "iso", "--creases", angle)
+                    for angle in ("1", "179")}) > 1
+
     def ups(self):
         """The axes that give the same drawing as the file itself."""
         drawn = {up: self._run("-q", "-o", "-", "--up", up) for up in ("auto", "y", "z")}
@@ -94,6 +106,14 @@ def check(row, samples):
         yield wrong("unit", units)
     if row["up"] != "file" and not all(row["up"] in sample.ups() for sample in samples):
         yield wrong("up", [sample.ups() for sample in samples])
+    readers = {sample.reader() for sample in samples}
+    programs = {reader for reader in readers if reader.startswith("dxf2d-import-")}
+    if not all(f"[{program}]" in row["read by"] for program in programs) or (
+            readers - programs and "assimp" not in row["read by"]):
+        yield wrong("read by", readers)
+    has_creases = any(sample.has_creases() for sample in samples)
+    if row["edges"] != ("creases" if has_creases else "the model's"):
+        yield wrong("edges", "creases" if has_creases else "none")
     for heading in ("names", "colors", "instances"):
         has = any(getattr(sample, f"has_{heading}") for sample in samples)
         if heading == "instances" and row["format"] in INSTANCED:
