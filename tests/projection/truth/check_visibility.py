@@ -71,11 +71,22 @@ def models(options, folder):
         sample_models.write_stl(path, make(options.triangles))
         yield path, options.views.split(",")
     if options.real:
-        yield HOUSE
+        yield as_both_read_it(options, HOUSE[0], folder), HOUSE[1]
         yield ENGINE
         chosen = argparse.Namespace(few=False, each=options.real, root="/")
         for _, model in chosen_models(chosen, folder):
             yield from as_triangles(options, model, folder)
+
+
+def as_both_read_it(options, model, folder):
+    """An IFC model as its importer writes it, where that is installed: dxf2d would read it so, and the
+    other program with assimp."""
+    importer = Path(options.dxf2d).resolve().parent / "importers" / "dxf2d-import-ifc"
+    if not importer.exists():
+        return model
+    path = folder / f"{model.stem}.glb"
+    subprocess.run([importer, model, path], check=True)
+    return path
 
 
 def as_triangles(options, model, folder):
