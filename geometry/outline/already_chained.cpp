@@ -8,6 +8,7 @@
 #include "ktscene/kt_run_code.h"
 #include "platform/large_memory.h"
 #include "platform/prefetch.h"
+#include "platform/scratch_pool.h"
 
 namespace dxf2d {
 
@@ -96,10 +97,12 @@ bool arePlacesDistinct(const PlacedCoords& placed, DistinctHashes& hashes) {
 bool isAlreadyChained(const PlacedCoords& placed, const std::vector<int>& indices) {
   // Kept from call to call, because small sets come by the thousand; freed after a huge one.
   constexpr std::size_t kKeptBytes = std::size_t{1} << 20U;
-  thread_local DistinctHashes hashes;
+  static ScratchPool<DistinctHashes> pool;
   if (!areAscendingStrips(indices, placed.Count())) {
     return false;
   }
+  const ScratchPool<DistinctHashes>::Loan loan(pool);
+  DistinctHashes& hashes = *loan;
   const bool distinct = arePlacesDistinct(placed, hashes);
   if (hashes.CapacityBytes() > kKeptBytes) {
     hashes = DistinctHashes();

@@ -12,6 +12,7 @@
 #include "geometry/outline/silhouette.h"
 #include "geometry/outline/weld.h"
 #include "platform/large_memory.h"
+#include "platform/scratch_pool.h"
 
 namespace dxf2d {
 
@@ -38,26 +39,28 @@ struct OutlineScratch {
   }
 };
 
-// Lends the thread's scratch for one call.
+ScratchPool<OutlineScratch>& scratchPool() {
+  static ScratchPool<OutlineScratch> pool;
+  return pool;
+}
+
+// Lends scratch for one call.
 class ScratchLoan {
  public:
   ScratchLoan() = default;
   ~ScratchLoan() {
     constexpr std::size_t kKeptBytes = std::size_t{16} << 20U;
-    if (Scratch().CapacityBytes() > kKeptBytes) {
-      Scratch() = OutlineScratch();
+    if ((*loan_).CapacityBytes() > kKeptBytes) {
+      *loan_ = OutlineScratch();
     }
   }
   ScratchLoan(const ScratchLoan&) = delete;
   ScratchLoan& operator=(const ScratchLoan&) = delete;
 
-  OutlineScratch& operator*() const { return Scratch(); }
+  OutlineScratch& operator*() const { return *loan_; }
 
  private:
-  static OutlineScratch& Scratch() {
-    thread_local OutlineScratch scratch;
-    return scratch;
-  }
+  ScratchPool<OutlineScratch>::Loan loan_{scratchPool()};
 };
 
 bool drawsBorder(bool closedSurface) {
