@@ -1,22 +1,10 @@
 // dxf2d inspect: what is in a plug-in, and whether hosts can rely on it.
 #pragma once
 
-#include <chrono>
-#include <cstdint>
-#include <string>
-
 #include "app/cli/command.h"
+#include "app/inspect/inspect_options.h"
 
 namespace dxf2d {
-
-struct InspectOptions {
-  std::string plugin;
-  // For loading it, which runs its constructors, and for each walk: both take milliseconds.
-  std::chrono::seconds time{60};
-  // How many hosts call at random.
-  std::uint32_t seeds = 4;
-  bool isJson = false;
-};
 
 // Names of worker tasks. The words of the first are the plug-in; of the second the plug-in, the
 // number of the check, a directory for its drawings, and the number of seeds.

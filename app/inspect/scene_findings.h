@@ -1,7 +1,7 @@
 // dxf2d inspect of a scene file: what a drawing of it would lack.
 #pragma once
 
-#include "app/inspect/inspect_command.h"
+#include "app/inspect/inspect_options.h"
 #include "app/process/worker_program.h"
 
 namespace dxf2d {
