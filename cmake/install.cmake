@@ -49,7 +49,9 @@ install(DIRECTORY ktscene DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
   PATTERN po EXCLUDE)
 
 install(TARGETS KtPlatform KtScene EXPORT KtSceneTargets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(TARGETS dxf2d_plugin LIBRARY DESTINATION ${KT_SCENE_PLUGINDIR})
 set_target_properties(KtPlatform KtScene PROPERTIES INSTALL_RPATH $ORIGIN)
 set_target_properties(dxf2d_plugin PROPERTIES INSTALL_RPATH $ORIGIN/..)
@@ -85,7 +87,7 @@ endif()
 
 # find_package(KtScene)
 install(EXPORT KtSceneTargets NAMESPACE KtScene:: DESTINATION ${KT_SCENE_PACKAGEDIR})
-set(plugin_file ${KT_SCENE_PLUGINDIR}/dxf2d_plugin.so)
+set(plugin_file ${KT_SCENE_PLUGINDIR}/dxf2d_plugin${CMAKE_SHARED_MODULE_SUFFIX})
 configure_package_config_file(cmake/KtSceneConfig.cmake.in ${PROJECT_BINARY_DIR}/KtSceneConfig.cmake
   INSTALL_DESTINATION ${KT_SCENE_PACKAGEDIR}
   PATH_VARS plugin_file

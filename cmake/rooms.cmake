@@ -27,6 +27,10 @@ function(dxf2d_add_room target)
   else()
     add_library(${target} ${kind} ${room_SOURCES})
   endif()
+  if(WIN32 AND kind STREQUAL SHARED)
+    # Libraries of Windows are not called lib...; import libraries of gcc are.
+    set_target_properties(${target} PROPERTIES PREFIX "")
+  endif()
 
   # A directory that holds nothing but a link to the folder, so that a room is found under its full
   # name and its neighbors are not found at all.
@@ -56,6 +60,10 @@ endfunction()
 # dxf2d_version_symbols(<target> <map>): has a shared library export what the linker's version script
 # says, under its versions, and nothing else.
 function(dxf2d_version_symbols target map)
+  if(WIN32)
+    # Symbols have no versions there, and __declspec(dllexport) says what is exported.
+    return()
+  endif()
   target_link_options(${target} PRIVATE LINKER:--version-script=${map})
   set_target_properties(${target} PROPERTIES LINK_DEPENDS ${map})
 endfunction()

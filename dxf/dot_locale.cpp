@@ -20,7 +20,9 @@ CString& savedName() {
 
 DotLocale::DotLocale() {
   if (guards == 0) {
-    savedName() = CString(_wsetlocale(LC_NUMERIC, nullptr));
+    // Typed: on Windows the C runtime has a function of this name too.
+    constexpr const char16_t* kQuery = nullptr;
+    savedName() = CString(_wsetlocale(LC_NUMERIC, kQuery));
     _wsetlocale(LC_NUMERIC, u"C");
   }
   ++guards;

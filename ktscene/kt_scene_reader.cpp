@@ -16,6 +16,7 @@
 #include "ktscene/number_text.h"
 #include "ktscene/scene_builder.h"
 #include "ktscene/utf_text.h"
+#include "platform/input_file.h"
 #include "platform/path_text.h"
 
 namespace {
@@ -177,7 +178,7 @@ std::string readAll(const std::string& path, const std::string& name) {
   const auto refuse = [&name](int error) {
     throw KtSceneError(name + ": " + describeFileError({error, std::generic_category()}));
   };
-  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen(path.c_str(), "rb"),
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(dxf2d::openForReading(path),
                                                              &std::fclose);
   if (!file) {
     refuse(errno);

@@ -1,6 +1,7 @@
 // A plug-in's module in memory.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "ktscene/kt_traverser_error.h"
@@ -23,9 +24,10 @@ class LoadedModule {
 
  private:
   void* handle_ = nullptr;
-  // Of a private copy: its file in memory. It stays open, since the loader knows modules by their
-  // names, and this one's is that of the descriptor.
-  int file_ = -1;
+  // Of a private copy: its file, a descriptor or a handle. It stays open: on POSIX the loader knows
+  // modules by their names, and this one's is that of the descriptor; on Windows the file is gone
+  // once it is closed.
+  std::intptr_t file_ = -1;
 };
 
 }  // namespace dxf2d

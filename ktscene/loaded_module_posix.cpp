@@ -100,7 +100,7 @@ LoadedModule::LoadedModule(const std::string& path, bool isPrivate) {
     try {
       handle_ = open("/proc/self/fd/" + std::to_string(file_), path);
     } catch (...) {
-      close(file_);
+      close(static_cast<int>(file_));
       throw;
     }
   }
@@ -109,7 +109,7 @@ LoadedModule::LoadedModule(const std::string& path, bool isPrivate) {
 LoadedModule::~LoadedModule() {
   if (file_ >= 0) {
     dlclose(handle_);
-    close(file_);
+    close(static_cast<int>(file_));
   }
 }
 

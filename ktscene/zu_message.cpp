@@ -1,51 +1,26 @@
 #include "ktscene/zu_message.h"
 
-#include <libintl.h>
-
 #include <atomic>
-#include <cstdio>
-#include <mutex>
 
-#include "ktscene/utf_text.h"
+#include "ktscene/error_box.h"
+#include "ktscene/message_catalog.h"
 
 namespace {
 
-using dxf2d::fromUtf8;
-using dxf2d::toUtf8;
-
-constexpr const char* kDomain = "ktscene";
-
 std::atomic<ZuErrorBoxHandler> errorBoxHandler = nullptr;
-
-void bindCatalog(const char* directory) {
-  bindtextdomain(kDomain, directory);
-  // Whatever the locale's own encoding is.
-  bind_textdomain_codeset(kDomain, "UTF-8");
-}
-
-std::once_flag installedCatalogBound;
-
-void bindInstalledCatalogOnce() {
-  std::call_once(installedCatalogBound, bindCatalog, KT_SCENE_CATALOG_DIRECTORY);
-}
 
 }  // namespace
 
 std::u16string ZuTranslateText(const char16_t* text) {
-  // gettext returns the catalog's own header for the empty text.
+  // A catalog's text for the empty one is its own header.
   if (text == nullptr || *text == u'\0') {
     return {};
   }
-  bindInstalledCatalogOnce();
-  const std::string original = toUtf8(text);
-  const char* translated = dgettext(kDomain, original.c_str());
-  return translated == original.c_str() ? text : fromUtf8(translated);
+  return dxf2d::translate(text);
 }
 
 void ZuSetCatalogueDirectory(const char* directory) {
-  bindInstalledCatalogOnce();
-  const bool isGiven = directory != nullptr && *directory != '\0';
-  bindCatalog(isGiven ? directory : KT_SCENE_CATALOG_DIRECTORY);
+  dxf2d::setCatalogDirectory(directory != nullptr ? directory : "");
 }
 
 void ZuErrorBox(void* owner, const char16_t* title, const char16_t* text, int style) {
@@ -55,12 +30,9 @@ void ZuErrorBox(void* owner, const char16_t* title, const char16_t* text, int st
   if (text == nullptr) {
     text = u"";
   }
-  if (const ZuErrorBoxHandler handler = errorBoxHandler) {
-    handler(owner, title, text, style);
-    return;
-  }
-  const std::string line = toUtf8(title) + ": " + toUtf8(text) + "\n";
-  std::fputs(line.c_str(), stderr);
+  const ZuErrorBoxHandler handler = errorBoxHandler;
+  const ZuErrorBoxHandler show = handler != nullptr ? handler : dxf2d::showErrorBox;
+  show(owner, title, text, style);
 }
 
 ZuErrorBoxHandler ZuSetErrorBoxHandler(ZuErrorBoxHandler handler) {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "platform/code_page.h"
+#include "platform/os_error.h"
 
 inline namespace kt_platform {
 
@@ -45,9 +46,10 @@ CString sentence(const CFileException& exception) {
   if (known != kGeneric || exception.m_lOsError < 0) {
     return text += kEndings[known];
   }
+  const std::u16string reason = dxf2d::osErrorText(exception.m_lOsError);
   CString ending;
-  ending.Format(u" could not be used: the operating system reported error %ld.",
-                exception.m_lOsError);
+  ending.Format(u" could not be used: the operating system reported error %ld%s.",
+                exception.m_lOsError, reason.empty() ? u"" : (u" (" + reason + u")").c_str());
   return text += ending;
 }
 

@@ -33,7 +33,8 @@ class KT_PLATFORM_API CFileException : public std::exception {
     endOfFile,
   };
 
-  // `osError` is the operating system's error number (errno here), -1 when there is none.
+  // `osError` is the operating system's error number (errno, or GetLastError on Windows), -1 when
+  // there is none.
   // `fileName` may be null.
   explicit CFileException(Cause cause = none, long osError = -1,
                           const char16_t* fileName = nullptr);

@@ -5,11 +5,14 @@
 
 inline namespace kt_platform {
 
-// Stands for the code page of the calling thread.
+// Stands for the code page of the calling thread. <windows.h> has it as a macro.
+#if !defined(CP_THREAD_ACP)
 inline constexpr unsigned CP_THREAD_ACP = 3;
+#endif
 
 // The ANSI code page of the calling thread: 1250 to 1258, 874, 932, 936, 949, 950 or 65001 (UTF-8);
-// 1252 until it is set. SetThreadCodePage returns false, and changes nothing, for any other page.
+// until it is set 1252, on Windows that of the thread's locale. SetThreadCodePage returns false,
+// and changes nothing, for any other page.
 KT_PLATFORM_API bool SetThreadCodePage(unsigned codePage);
 KT_PLATFORM_API unsigned GetThreadCodePage();
 
@@ -22,7 +25,8 @@ KT_PLATFORM_API int lstrlenW(const char16_t* text);
 // With `size` 0 nothing is written and the number of bytes needed is returned. Each UTF-16 unit
 // that the page cannot hold becomes one `*defaultChar`, or '?' when that is null (a surrogate pair
 // becomes two), and sets `*usedDefault` unless that is null. `flags` is 0. The tables are the
-// operating system's (iconv).
+// operating system's (iconv). On Windows this is Windows's own function: with `flags` 0 many
+// characters that a page lacks become similar ones, and a lone surrogate is U+FFFD in UTF-8.
 KT_PLATFORM_API int WideCharToMultiByte(unsigned codePage, unsigned long flags,
                                         const char16_t* wide, int wideLength, char* bytes, int size,
                                         const char* defaultChar, bool* usedDefault);

@@ -1,5 +1,6 @@
 #include "platform/number_format.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
@@ -108,10 +109,22 @@ std::size_t adopt(std::string_view printed, char* text) {
 
 std::size_t adopt(std::string_view printed, char16_t* text) { return widenNumber(printed, text); }
 
-// Values beyond 63 bits of millionths and those that are not finite: rare, so left to the C
-// library.
+// C libraries do not agree on the sign of what is not a number.
+const char* nonFiniteText(double value) {
+  const bool negative = std::signbit(value);
+  if (std::isnan(value)) {
+    return negative ? "-nan" : "nan";
+  }
+  return negative ? "-inf" : "inf";
+}
+
+// Values beyond 63 bits of millionths, which are rare, are left to the C library.
 template <typename Unit>
 std::size_t formatByLibrary(double value, Unit* text) {
+  if (!std::isfinite(value)) {
+    const char* const printed = nonFiniteText(value);
+    return static_cast<std::size_t>(std::copy_n(printed, std::strlen(printed), text) - text);
+  }
   char printed[kFixed6Size + 1];
   const int size = std::snprintf(printed, sizeof printed, "%f", value);
   return adopt({printed, static_cast<std::size_t>(size)}, text);
