@@ -80,36 +80,6 @@ TEST(DotLocale, LastOfOverlappingGuardsRestores) {
   EXPECT_EQ(numericLocale(), before);
 }
 
-// Sets every category to C.UTF-8, which every C library has, until the end of the scope.
-class Utf8Locale {
- public:
-  Utf8Locale() : before_(std::setlocale(LC_ALL, nullptr)) {
-    EXPECT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
-  }
-  ~Utf8Locale() { std::setlocale(LC_ALL, before_.c_str()); }
-  Utf8Locale(const Utf8Locale&) = delete;
-  Utf8Locale& operator=(const Utf8Locale&) = delete;
-
- private:
-  std::string before_;
-};
-
-TEST(DotLocale, LeavesTheOtherCategoriesAlone) {
-  const std::initializer_list<int> others = {LC_COLLATE, LC_CTYPE, LC_MESSAGES, LC_MONETARY,
-                                             LC_TIME};
-  const Utf8Locale locale;
-  {
-    const DotLocale guard;
-    EXPECT_EQ(numericLocale(), "C");
-    for (const int category : others) {
-      EXPECT_STREQ(std::setlocale(category, nullptr), "C.UTF-8") << category;
-    }
-    ASSERT_NE(std::setlocale(LC_TIME, "C"), nullptr);
-  }
-  EXPECT_EQ(numericLocale(), "C.UTF-8");
-  EXPECT_STREQ(std::setlocale(LC_TIME, nullptr), "C");
-}
-
 TEST(DotLocale, TheExportCreatesNone) {
   const NumericLocale locale(kCommaLocales);
   if (!locale.Found()) {

@@ -1,17 +1,13 @@
 #include "ktscene/kt_scene_reader.h"
 
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <clocale>
 #include <cmath>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 
-#include "tests/support/descriptor_limit.h"
-#include "tests/support/sanitizers.h"
+#include "tests/ktscene/scene_file.h"
 
 namespace {
 
@@ -31,32 +27,6 @@ KtFaceSet faceSet(const std::string& members) {
 
 std::vector<double> coords(const std::string& numbers) {
   return faceSet("\"indices\":[],\"coords\":[" + numbers + "]").coords;
-}
-
-// A file of this test's own, removed at the end.
-class TemporaryFile {
- public:
-  TemporaryFile(const std::string& name, const std::string& content)
-      : path_(testing::TempDir() + name) {
-    std::ofstream(path_, std::ios::binary) << content;
-  }
-  ~TemporaryFile() { std::remove(path_.c_str()); }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
-
-// The sentence with which the file at `path` is refused; empty when it is read.
-std::string refusal(const std::string& path) {
-  try {
-    ReadSceneFile(path);
-    return {};
-  } catch (const KtSceneError& error) {
-    return error.what();
-  }
 }
 
 }  // namespace
@@ -240,39 +210,6 @@ TEST(ReadSceneFile, NameWithAZeroByteIsRefusedAndNotCut) {
 TEST(ReadSceneFile, DirectoryIsRefused) {
   const std::string directory = testing::TempDir();
   EXPECT_EQ(refusal(directory), directory + ": is a directory; name a scene file in it");
-}
-
-TEST(ReadSceneFile, NameThatIsTooLongIsRefused) {
-  const std::string name(300, 'a');
-  EXPECT_EQ(refusal(name), name + ": the name is too long; choose a shorter one");
-}
-
-TEST(ReadSceneFile, LinkToItselfIsRefusedWithTheSystemsNumber) {
-  const std::string link = testing::TempDir() + "scene_reader_test_link";
-  std::filesystem::create_symlink(link, link);
-  EXPECT_EQ(refusal(link), link + ": cannot be read (error " + std::to_string(ELOOP) +
-                               " of the operating system); check the disk or copy the file "
-                               "elsewhere");
-  std::filesystem::remove(link);
-}
-
-TEST(ReadSceneFile, TooManyOpenFilesAreDistinguishedFromAMissingOne) {
-  NEEDS_DESCRIPTOR_LIMITS();
-  const TemporaryFile file("scene_reader_test_one_too_many.json", R"({"nodes":[]})");
-  const NoMoreDescriptors none;
-  EXPECT_EQ(refusal(file.Path()),
-            file.Path() + ": too many files are open; close some and try again");
-}
-
-TEST(ReadSceneFile, FileThatMayNotBeReadIsRefused) {
-  const TemporaryFile file("scene_reader_test_unreadable.json", R"({"nodes":[]})");
-  std::filesystem::permissions(file.Path(), std::filesystem::perms::none);
-  if (access(file.Path().c_str(), R_OK) == 0) {
-    GTEST_SKIP() << "This user may read every file.";
-  }
-  EXPECT_EQ(
-      refusal(file.Path()),
-      file.Path() + ": may not be read; ask for the permission to read it or copy it elsewhere");
 }
 
 TEST(ReadSceneFile, PathThroughAFileIsRefused) {

@@ -55,11 +55,6 @@ TEST(CFileException, EveryCauseHasItsOwnSentence) {
   EXPECT_EQ(sentences.size(), 14U);
 }
 
-TEST(CFileException, GenericSentenceGivesTheSystemsNumber) {
-  EXPECT_EQ(message(CFileException(CFileException::genericException, 32, u"a")),
-            u"The file \"a\" could not be used: the operating system reported error 32.");
-}
-
 TEST(CFileException, LongSentenceIsCutToTheBuffer) {
   const CFileException exception(CFileException::fileNotFound, -1, u"a");
   std::array<char16_t, 10> buffer;
@@ -92,11 +87,6 @@ TEST(CFileException, WhatIsTheSentenceInUtf8) {
                "d \xF0\x9F\x98\x80\" was not found.");
 }
 
-TEST(CFileException, WhatIsUtf8AlsoWhenThePathIsNot) {
-  EXPECT_STREQ(CFileException(CFileException::fileNotFound, -1, u"a\xDCFF").what(),
-               "The file \"a?\" was not found.");
-}
-
 TEST(CFileException, CopyCarriesEverything) {
   const CFileException original(CFileException::diskFull, ENOSPC, u"a");
   CFileException copy;
@@ -104,20 +94,4 @@ TEST(CFileException, CopyCarriesEverything) {
   EXPECT_EQ(copy.m_cause, CFileException::diskFull);
   EXPECT_EQ(copy.m_lOsError, ENOSPC);
   EXPECT_EQ(copy.m_strFileName, CString(u"a"));
-}
-
-TEST(CFileException, OsErrorsHaveTheirCauses) {
-  EXPECT_EQ(CFileException::OsErrorToCause(0), CFileException::none);
-  EXPECT_EQ(CFileException::OsErrorToCause(ENOENT), CFileException::fileNotFound);
-  EXPECT_EQ(CFileException::OsErrorToCause(ENOTDIR), CFileException::badPath);
-  EXPECT_EQ(CFileException::OsErrorToCause(EMFILE), CFileException::tooManyOpenFiles);
-  EXPECT_EQ(CFileException::OsErrorToCause(EROFS), CFileException::accessDenied);
-  EXPECT_EQ(CFileException::OsErrorToCause(EBADF), CFileException::invalidFile);
-  EXPECT_EQ(CFileException::OsErrorToCause(ESPIPE), CFileException::badSeek);
-  EXPECT_EQ(CFileException::OsErrorToCause(EIO), CFileException::hardIO);
-  EXPECT_EQ(CFileException::OsErrorToCause(ETXTBSY), CFileException::sharingViolation);
-  EXPECT_EQ(CFileException::OsErrorToCause(ENOLCK), CFileException::lockViolation);
-  EXPECT_EQ(CFileException::OsErrorToCause(EDQUOT), CFileException::diskFull);
-  EXPECT_EQ(CFileException::OsErrorToCause(EPIPE), CFileException::genericException);
-  EXPECT_EQ(CFileException::OsErrorToCause(-1), CFileException::genericException);
 }

@@ -8,25 +8,7 @@
 #include <string_view>
 #include <thread>
 
-namespace {
-
-constexpr unsigned kUtf8 = 65001;
-constexpr std::array kPages = {1250U, 1251U, 1252U, 1253U, 1254U, 1255U, 1256U, 1257U,
-                               1258U, 874U,  932U,  936U,  949U,  950U,  kUtf8};
-
-// Converted into a buffer of exactly the size that the call without a buffer announces.
-std::string encode(unsigned page, std::u16string_view text, bool* usedDefault = nullptr,
-                   const char* defaultChar = nullptr) {
-  const int length = static_cast<int>(text.size());
-  const int size = WideCharToMultiByte(page, 0, text.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  const int written = WideCharToMultiByte(page, 0, text.data(), length, bytes.data(), size,
-                                          defaultChar, usedDefault);
-  EXPECT_EQ(written, size);
-  return bytes;
-}
-
-}  // namespace
+#include "tests/platform/encoded_text.h"
 
 TEST(ThreadCodePage, IsWesternEuropeanUntilSet) {
   unsigned page = 0;
@@ -124,17 +106,6 @@ TEST(WideCharToMultiByte, PairThatThePageLacksBecomesTwo) {
   EXPECT_EQ(encode(932, u"😀"), "??");
 }
 
-TEST(WideCharToMultiByte, LoneSurrogateBecomesOneInEveryPage) {
-  const std::u16string high = {u'a', 0xD83D, u'b', 0xD83D};
-  const std::u16string low = {0xDE00, u'a', 0xDE00, 0xD83D};
-  for (const unsigned page : kPages) {
-    bool used = false;
-    EXPECT_EQ(encode(page, high, &used), "a?b?") << page;
-    EXPECT_TRUE(used);
-    EXPECT_EQ(encode(page, low), "?a??") << page;
-  }
-}
-
 TEST(WideCharToMultiByte, InvisibleTagCharactersAreNotDropped) {
   const std::u16string tag = {u'a', 0xDB40, 0xDC41, u'b', 0xDB40, 0xDC7F};
   EXPECT_EQ(encode(1252, tag), "a??b??");
@@ -143,8 +114,6 @@ TEST(WideCharToMultiByte, InvisibleTagCharactersAreNotDropped) {
             "a\xF3\xA0\x81\x81"
             "b\xF3\xA0\x81\xBF");
 }
-
-TEST(WideCharToMultiByte, NothingIsTransliterated) { EXPECT_EQ(encode(1252, u"−ﬁ①"), "???"); }
 
 TEST(WideCharToMultiByte, DefaultCharacterIsTheCallers) {
   EXPECT_EQ(encode(1252, u"aЖ", nullptr, "_"), "a_");

@@ -180,8 +180,8 @@ TEST(Fixed6Lines, CommaLocaleGivesAComma) {
 TEST(Fixed6Lines, SeparatorOfSeveralBytesIsNotAscii) {
   EXPECT_TRUE(Fixed6Lines().IsAscii());
   const NumericLocale locale(kWideSeparatorLocales);
-  if (!locale.Found()) {
-    GTEST_SKIP() << "The locale ps_AF is not installed.";
+  if (!locale.HasWideSeparator()) {
+    GTEST_SKIP() << "No locale with such a separator is installed.";
   }
   EXPECT_FALSE(Fixed6Lines().IsAscii());
 }

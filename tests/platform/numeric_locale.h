@@ -2,6 +2,7 @@
 #pragma once
 
 #include <clocale>
+#include <cstring>
 #include <initializer_list>
 #include <string>
 
@@ -22,13 +23,18 @@ class NumericLocale {
   NumericLocale& operator=(const NumericLocale&) = delete;
 
   bool Found() const { return found_; }
+  // Found, and its separator has several bytes.
+  bool HasWideSeparator() const {
+    return found_ && std::strlen(std::localeconv()->decimal_point) > 1;
+  }
 
  private:
   std::string before_;
   bool found_ = false;
 };
 
-inline constexpr std::initializer_list<const char*> kCommaLocales = {"de_DE.UTF-8", "fr_FR.UTF-8"};
+inline constexpr std::initializer_list<const char*> kCommaLocales = {"de_DE.UTF-8", "fr_FR.UTF-8",
+                                                                     "German_Germany.1252"};
 // Pashto: the separator is U+066B, two bytes of UTF-8.
 inline constexpr std::initializer_list<const char*> kWideSeparatorLocales = {"ps_AF",
                                                                              "ps_AF.UTF-8"};

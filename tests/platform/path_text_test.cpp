@@ -5,9 +5,6 @@
 #include <random>
 #include <string>
 
-#include "tests/support/descriptor_limit.h"
-#include "tests/support/sanitizers.h"
-
 namespace {
 
 std::u16string escaped(std::string_view bytes) {
@@ -90,13 +87,4 @@ TEST(PathText, EscapedByteAfterAPairStaysApart) {
   const std::string bytes = "\xF0\x9F\x98\x80\x80";
   EXPECT_EQ(pathFromBytes(bytes).size(), 3U);
   EXPECT_EQ(pathToBytes(pathFromBytes(bytes)), bytes);
-}
-
-TEST(PathText, NeedsNoFreeDescriptor) {
-  NEEDS_DESCRIPTOR_LIMITS();
-  const NoMoreDescriptors none;
-  EXPECT_EQ(pathToBytes(pathFromBytes("S\xC3\xBC"
-                                      "d\xFF")),
-            "S\xC3\xBC"
-            "d\xFF");
 }

@@ -1,5 +1,4 @@
 // The built module as a host uses it: loaded at run time and entered through its one C name.
-#include <dlfcn.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -10,27 +9,16 @@
 #include "tests/support/drawing_session.h"
 #include "tests/support/error_boxes.h"
 #include "tests/support/expected_groups.h"
+#include "tests/support/loaded_module.h"
+#include "tests/support/system_files.h"
 
 namespace {
 
 class Module {
  public:
-  Module() : handle_(dlopen(DXF2D_MODULE, RTLD_NOW | RTLD_LOCAL)) {
-    EXPECT_NE(handle_, nullptr) << dlerror();
-  }
-  ~Module() {
-    if (handle_ != nullptr) {
-      dlclose(handle_);
-    }
-  }
-  Module(const Module&) = delete;
-  Module& operator=(const Module&) = delete;
-
   template <class Function>
   Function* Find(const char* name) const {
-    void* address = dlsym(handle_, name);
-    EXPECT_NE(address, nullptr) << name;
-    return reinterpret_cast<Function*>(address);
+    return library_.Find<Function>(name);
   }
 
   // The callbacks as the module registers them.
@@ -41,7 +29,7 @@ class Module {
   }
 
  private:
-  void* handle_;
+  LoadedModule library_{DXF2D_MODULE};
 };
 
 constexpr char kMatrixSymbol[] = "_Z11DXF2dMatrixPKd";
@@ -124,7 +112,7 @@ TEST(Module, OpenThatFailsEndsTheWalkWithABox) {
 TEST(Module, FailedWriteReachesTheHostAsItIs) {
   const Module module;
   KtScene scene = lineScene();
-  EXPECT_THROW(module.Traverser().Walk(scene, u"/dev/full"), CFileException);
+  EXPECT_THROW(module.Traverser().Walk(scene, kFullDisk), CFileException);
   const TempFile file;
   EXPECT_TRUE(module.Traverser().Walk(scene, file.WidePath()));
   EXPECT_EQ(bodyOf(readFile(file.Path())), lineDrawing());

@@ -31,13 +31,6 @@ void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
 
 namespace dxf2d {
 
-TEST(FileCallbacks, SessionWithoutNodesIsAnEmptyDrawing) {
-  DrawingSession session;
-  const std::string head = session.Written();
-  EXPECT_EQ(session.Close(), drawingEndText(""));
-  EXPECT_EQ(session.Written(), head + drawingEndText(""));
-}
-
 TEST(FileCallbacks, OpenMakesTheRootCurrent) {
   DrawingSession session;
   const ExportSession& state = exportSession();

@@ -62,4 +62,11 @@ TEST(WrittenAtOnce, BlockLargerThanAnyBufferIsThereToo) {
   EXPECT_TRUE(session.Close().starts_with(body + "  0\nENDSEC\n"));
 }
 
+TEST(WrittenAtOnce, SessionWithoutNodesIsAnEmptyDrawing) {
+  DrawingSession session;
+  const std::string head = session.Written();
+  EXPECT_EQ(session.Close(), drawingEndText(""));
+  EXPECT_EQ(session.Written(), head + drawingEndText(""));
+}
+
 }  // namespace dxf2d

@@ -4,14 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <ostream>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "tests/support/open_file.h"
 
 // One group: its code, and its value as it stands in the file (padding included, without the line
 // feed).
@@ -67,13 +67,14 @@ struct Block {
   std::string Name() const { return head.Value(2).value_or(""); }
 };
 
-// The bytes of a file. Throws std::runtime_error when it cannot be read.
+// The bytes of a file, which this process may have open. Throws std::runtime_error when it cannot
+// be read.
 inline std::string readFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  if (!file) {
+  const std::optional<std::string> bytes = readOpenFile(path);
+  if (!bytes) {
     throw std::runtime_error("cannot read " + path);
   }
-  return {std::istreambuf_iterator<char>(file), {}};
+  return *bytes;
 }
 
 // Splits the text of a drawing into groups. Throws std::runtime_error at a code that is no number
