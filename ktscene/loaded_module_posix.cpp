@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <mutex>
 #include <system_error>
 
 #include "ktscene/loaded_module.h"
@@ -31,6 +32,14 @@ std::string loaderReason(const std::string& path) {
   return reason;
 }
 
+// Held while a module is loaded or unloaded. The loader has such a lock of its own; this one also
+// tells the thread sanitizer that a copy which lies where one that is gone has lain is another. A
+// module's constructors may load others.
+std::recursive_mutex& loading() {
+  static std::recursive_mutex mutex;
+  return mutex;
+}
+
 void* open(const std::string& path, const std::string& name) {
   void* handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (handle == nullptr) {
@@ -38,6 +47,9 @@ void* open(const std::string& path, const std::string& name) {
   }
   return handle;
 }
+
+// Of the file that is open as `descriptor`.
+std::string nameOf(int descriptor) { return "/proc/self/fd/" + std::to_string(descriptor); }
 
 bool writeAll(int file, const char* bytes, std::size_t count) {
   while (count > 0) {
@@ -92,13 +104,14 @@ int copyInMemory(const std::string& path) {
 }  // namespace
 
 LoadedModule::LoadedModule(const std::string& path, bool isPrivate) {
+  const std::lock_guard lock(loading());
   // Also before a private copy: the libraries that it needs are then there, though its own place in
   // the file system, from which it may name them, is not.
   handle_ = open(path, path);
   if (isPrivate) {
     file_ = copyInMemory(path);
     try {
-      handle_ = open("/proc/self/fd/" + std::to_string(file_), path);
+      handle_ = open(nameOf(static_cast<int>(file_)), path);
     } catch (...) {
       close(static_cast<int>(file_));
       throw;
@@ -107,8 +120,17 @@ LoadedModule::LoadedModule(const std::string& path, bool isPrivate) {
 }
 
 LoadedModule::~LoadedModule() {
-  if (file_ >= 0) {
-    dlclose(handle_);
+  if (file_ < 0) {
+    return;
+  }
+  const std::lock_guard lock(loading());
+  dlclose(handle_);
+  // Some modules cannot be unloaded. Their name stays taken then, and so does the descriptor: else
+  // the loader would give the module to whoever asks for the next copy of that name.
+  if (void* const stays =
+          dlopen(nameOf(static_cast<int>(file_)).c_str(), RTLD_LAZY | RTLD_NOLOAD)) {
+    dlclose(stays);
+  } else {
     close(static_cast<int>(file_));
   }
 }

@@ -18,9 +18,9 @@ namespace {
   while (length > 0 && (text[length - 1] == L' ' || text[length - 1] == L'.')) {
     --length;
   }
-  throw KtTraverserError(path + ": cannot be loaded as a plug-in: " +
-                         toUtf8(frameworkString({text, length})) + " (error " +
-                         std::to_string(error) + "); name another plug-in");
+  throw KtTraverserError(
+      path + ": cannot be loaded as a plug-in: " + toUtf8(frameworkString({text, length})) +
+      " (error " + std::to_string(error) + "); name another plug-in");
 }
 
 // What stands beside the module is found too.
@@ -54,8 +54,8 @@ LoadedModule::LoadedModule(const std::string& path, bool isPrivate) {
     return;
   }
   const std::wstring copy = copyOf(path);
-  const HANDLE file = CreateFileW(copy.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                                  OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  const HANDLE file = CreateFileW(copy.c_str(), DELETE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                                  nullptr, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     const DWORD error = GetLastError();
     DeleteFileW(copy.c_str());

@@ -9,9 +9,9 @@
 
 namespace dxf2d {
 
-// Lends objects that calls use in turn; as many exist as calls ran at once. Safe to use from several
-// threads. A pool and not an object for each thread: on Windows a library whose threads have objects
-// that must be destroyed is not unloaded before they end.
+// Lends objects that calls use in turn; as many exist as calls ran at once. Safe to use from
+// several threads. A pool and not an object for each thread: on Windows a library whose threads
+// have objects that must be destroyed is not unloaded before they end.
 template <class Object>
 class ScratchPool {
  public:
