@@ -23,13 +23,12 @@ constexpr double kPlainTilt = 0.03;
 constexpr double kNoise = 1e-9;
 
 bool isRotation(const KtMatrix& matrix) {
-  const double* m = matrix.Data();
-  for (int row = 0; row < 3; ++row) {
-    for (int other = 0; other <= row; ++other) {
-      const double* a = m + 4 * row;
-      const double* b = m + 4 * other;
+  const double* const m = matrix.Data();
+  const double* const rows[] = {m, m + 4, m + 8};
+  for (const double* a : rows) {
+    for (const double* b : rows) {
       const double product = (a[0] * b[0] + a[1] * b[1]) + a[2] * b[2];
-      if (!(std::abs(product - (row == other ? 1.0 : 0.0)) <= kNoise)) {
+      if (!(std::abs(product - (a == b ? 1.0 : 0.0)) <= kNoise)) {
         return false;
       }
     }
@@ -102,7 +101,7 @@ class SceneCheck {
       list.world.Mult(owner->matrix);
       list.isPlaced = list.isPlaced || !owner->objectId.empty();
     }
-    open_.push_back(std::move(list));
+    open_.push_back(list);
   }
 
   // The node that was entered last, with `part` of it.
@@ -274,7 +273,7 @@ class SceneCheck {
   }
 
   void Leave() {
-    const List list = std::move(open_.back());
+    const List list = open_.back();
     open_.pop_back();
     if (list.owner == nullptr || open_.empty()) {
       return;

@@ -6,6 +6,7 @@
 #include <platform/path_text.h>
 
 #include <cstdio>
+#include <exception>
 
 namespace {
 
