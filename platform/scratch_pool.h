@@ -30,6 +30,14 @@ class ScratchPool {
     std::unique_ptr<Object> object_;
   };
 
+  // Destroys the objects that are not lent.
+  void Clear() {
+    const std::lock_guard lock(mutex_);
+    made_ -= idle_.size();
+    std::vector<std::unique_ptr<Object>>().swap(idle_);
+    idle_.reserve(made_);
+  }
+
  private:
   std::unique_ptr<Object> Take() {
     const std::lock_guard lock(mutex_);

@@ -146,6 +146,8 @@ bool outlineLines(std::vector<KtPoint3>& points, std::vector<int>& indices, std:
 
 }  // namespace
 
+void freeOutlineMemory() { scratchPool().Clear(); }
+
 bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool reverseOrientation,
                   bool closedSurface) {
   const ScratchLoan loan;

@@ -62,6 +62,9 @@ struct PlacedCoords {
   }
 };
 
+// Frees what outlines keep from call to call, in any thread.
+void freeOutlineMemory();
+
 // The same outlines without a list of all points first, and without changing `indices`: the result
 // goes to `points` and `outline` (which may be `indices` itself). The stages up to the
 // classification of large sets are done by several threads, which have ended when these return; the

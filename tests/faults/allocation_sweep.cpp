@@ -41,6 +41,12 @@ Attempt attempt(const SweptWork& work, std::uint64_t nth, FailingNews::Kind kind
   return result;
 }
 
+void forget(const SweptWork& work) {
+  if (work.forget) {
+    work.forget();
+  }
+}
+
 // Returns whether the allocation was reached.
 bool failsAt(const SweptWork& work, std::uint64_t nth, FailingNews::Kind kind) {
   SCOPED_TRACE("allocation " + std::to_string(nth) +
@@ -51,6 +57,7 @@ bool failsAt(const SweptWork& work, std::uint64_t nth, FailingNews::Kind kind) {
   std::thread([&] {
     result = attempt(work, nth, kind);
     work.verify(result.done);
+    forget(work);
   }).join();
   EXPECT_EQ(liveAllocations(), live);
   EXPECT_EQ(openDescriptors(), descriptors);
@@ -61,10 +68,12 @@ bool failsAt(const SweptWork& work, std::uint64_t nth, FailingNews::Kind kind) {
 std::uint64_t countAllocations(const SweptWork& work) {
   std::uint64_t count = 0;
   std::thread([&] {
+    forget(work);
     const std::uint64_t before = allocationsMade();
     EXPECT_TRUE(work.faulted());
     count = allocationsMade() - before;
     work.verify(true);
+    forget(work);
   }).join();
   return count;
 }

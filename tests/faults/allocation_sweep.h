@@ -16,6 +16,9 @@ struct SweptWork {
   // Runs after that, with memory available: expects that the result of `faulted` is right if it was
   // done, and in any case that doing the work again gives the right result.
   std::function<void(bool done)> verify;
+  // Frees what the work keeps for later calls whatever their thread, so that it is made anew, too;
+  // may be empty.
+  std::function<void()> forget{};
 };
 
 // Allocations that fail once, and those from which on all fail.

@@ -43,7 +43,8 @@ struct SweptOutline {
                   }
                   EXPECT_TRUE(Build());
                   ExpectRight();
-                }};
+                },
+            .forget = freeOutlineMemory};
   }
 
   std::vector<double> coords;
