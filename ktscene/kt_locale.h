@@ -5,7 +5,8 @@
 
 // For as long as it lives, the C library writes and reads numbers on this thread with a point
 // (LC_NUMERIC is that of "C"); all else of the locale, and other threads, stay as they are. Takes
-// nothing but a look when the point is in force already. Objects on one thread end in the reverse
+// nothing but a look when the point is in force already. On Windows, whose C library has one locale
+// for the process, other threads get the point too. Objects on one thread end in the reverse
 // order of their beginning. Throws std::bad_alloc.
 //
 // KtTraverser::Walk has one of its own. A host that calls the slots itself needs one, and one that
@@ -21,7 +22,8 @@ class KT_SCENE_API KtNumericLocale {
   KtNumericLocale& operator=(const KtNumericLocale&) = delete;
 
  private:
-  // The C library's locale_t; both null while the thread's locale is left as it is.
+  // The C library's locale_t, on Windows the locale's name and null; both null while the thread's
+  // locale is left as it is.
   void* before_ = nullptr;
   void* own_ = nullptr;
 };

@@ -64,9 +64,10 @@ TEST(LoadedPlugin, DescribesNothingAndIsTakenForADxfWriter) {
 }
 
 TEST(LoadedPlugin, ThatIsNoneIsNamed) {
-  EXPECT_EQ(messageOf("/no/such.so"),
-            "/no/such.so: cannot be loaded as a plug-in: cannot open shared object file: No such "
-            "file or directory; name another plug-in");
+  // The reason between them is the operating system's.
+  const std::string missing = messageOf("/no/such.so");
+  EXPECT_TRUE(missing.starts_with("/no/such.so: cannot be loaded as a plug-in: ")) << missing;
+  EXPECT_TRUE(missing.ends_with("; name another plug-in")) << missing;
   const TempFile text;
   std::ofstream(text.Path()) << "a text file that is long enough to be looked into by the loader";
   EXPECT_NE(messageOf(text.Path()).find("cannot be loaded as a plug-in: "), std::string::npos);
