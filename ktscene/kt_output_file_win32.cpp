@@ -29,14 +29,14 @@ bool isDevice(const std::wstring& path) {
 // Where the links at `path` lead; the path itself where there is no file.
 std::wstring followLinks(const std::wstring& path) {
   constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-  const HANDLE file =
-      CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr);
+  const HANDLE file = CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, kShareAll, nullptr,
+                                  OPEN_EXISTING, 0, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     return path;
   }
   std::wstring followed(32768, L'\0');
-  followed.resize(GetFinalPathNameByHandleW(file, followed.data(),
-                                            static_cast<DWORD>(followed.size()), 0));
+  followed.resize(
+      GetFinalPathNameByHandleW(file, followed.data(), static_cast<DWORD>(followed.size()), 0));
   CloseHandle(file);
   return followed.empty() ? path : followed;
 }
@@ -65,8 +65,8 @@ std::wstring makeTemporary(const std::wstring& target, const std::string& name) 
   }
 }
 
-// What keeps others from replacing the file, such as another program that has it open; 0 for nothing.
-// Asked first, since a replacement that fails halfway may leave files behind.
+// What keeps others from replacing the file, such as another program that has it open; 0 for
+// nothing. Asked first, since a replacement that fails halfway may leave files behind.
 DWORD obstacle(const std::wstring& path) {
   constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const HANDLE file =

@@ -1,54 +1,5 @@
 #include "platform/os_error.h"
 
-#include <cerrno>
-
-#include "platform/cfile_exception.h"
-
-inline namespace kt_platform {
-
-CFileException::Cause CFileException::OsErrorToCause(long osError) {
-  switch (osError) {
-    case 0:
-      return none;
-    case ENOENT:
-      return fileNotFound;
-    case ENOTDIR:
-    case ENAMETOOLONG:
-    case ELOOP:
-      return badPath;
-    case EMFILE:
-    case ENFILE:
-      return tooManyOpenFiles;
-    case EACCES:
-    case EPERM:
-    case EROFS:
-    case EISDIR:
-    case EEXIST:
-      return accessDenied;
-    case EBADF:
-      return invalidFile;
-    case ESPIPE:
-      return badSeek;
-    case EIO:
-      return hardIO;
-    case EWOULDBLOCK:
-    case EBUSY:
-    case ETXTBSY:
-      return sharingViolation;
-    case EDEADLK:
-    case ENOLCK:
-      return lockViolation;
-    case ENOSPC:
-    case EDQUOT:
-    case EFBIG:
-      return diskFull;
-    default:
-      return genericException;
-  }
-}
-
-}  // namespace kt_platform
-
 namespace dxf2d {
 
 std::u16string osErrorText(long /*osError*/) { return {}; }

@@ -16,7 +16,8 @@ TEST(KtOutputFile, IsWrittenByAWriterThatHasItAlone) {
   {
     KtOutputFile output(path);
     CFile file;
-    ASSERT_TRUE(file.Open(pathFromBytes(output.Path()).c_str(), CFile::modeCreate | CFile::modeWrite));
+    ASSERT_TRUE(
+        file.Open(pathFromBytes(output.Path()).c_str(), CFile::modeCreate | CFile::modeWrite));
     file.Write("whole", 5);
     file.Close();
     output.Commit();
