@@ -45,6 +45,7 @@ install(DIRECTORY ktscene DESTINATION ${KT_SCENE_INCLUDEDIR} FILES_MATCHING
   PATTERN kt_traverser_error.h
   PATTERN kt_v.h
   PATTERN kt_version.h
+  PATTERN ktscene_c.h
   PATTERN zu_message.h
   PATTERN po EXCLUDE)
 

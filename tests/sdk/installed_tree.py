@@ -10,6 +10,7 @@ import pathlib
 import shlex
 import shutil
 import subprocess
+import sys
 import tempfile
 
 SQUARE = {
@@ -71,7 +72,7 @@ def check_headers(prefix):
     found = {path.relative_to(headers).as_posix() for path in headers.rglob("*") if path.is_file()}
     assert "ktscene/kt_traverser.h" in found and "platform/cfile_exception.h" in found, found
     private = {name for name in found if name.startswith("ktscene/") and not name.startswith(
-        ("ktscene/kt_", "ktscene/export.h", "ktscene/zu_message.h"))}
+        ("ktscene/kt_", "ktscene/export.h", "ktscene/ktscene_c.h", "ktscene/zu_message.h"))}
     assert not private, private
     assert not [name for name in found if not name.endswith(".h")], found
     assert "platform/decimal_point.h" not in found
@@ -179,6 +180,9 @@ def check(args, work):
         build_with_pkg_config(args, examples / "minimal_host", prefix),
     ]
     check_hosts(hosts, plugin, work)
+    # It finds the installed plug-in by itself.
+    c_host = build_with_cmake(args, examples / "c_host", prefix) / "c_host"
+    run(sys.executable, pathlib.Path(__file__).with_name("check_c_host.py"), c_host)
     program = prefix / args.bindir / "dxf2d"
     if program.exists():
         svg_plugin = build_with_cmake(args, examples / "svg_plugin", prefix) / "svg_plugin.so"
