@@ -6,9 +6,9 @@
 namespace {
 
 // `name` is what is drawn here, if the node has no graphic name.
-KtSceneNode copyContent(const KtSceneNode& content, std::u16string name) {
+KtSceneNode copyContent(const KtSceneNode& content, const std::u16string& name) {
   KtSceneNode node;
-  node.graphicName = content.graphicName.empty() ? std::move(name) : content.graphicName;
+  node.graphicName = content.graphicName.empty() ? name : content.graphicName;
   node.objectId = content.objectId;
   node.realObjectId = content.realObjectId;
   node.matrix = content.matrix;
@@ -62,8 +62,8 @@ KtScene treeOf(const KtCScene& scene) {
   std::vector<std::vector<KtSceneNode>*> children(count + 1);
   children[count] = &tree.nodes;
   for (std::size_t i = 0; i < count; ++i) {
-    KtSceneNode& node = children[parentOf(i)]->emplace_back(
-        copyContent(scene.nodes[i]->content, names.NameOf(i)));
+    KtSceneNode& node =
+        children[parentOf(i)]->emplace_back(copyContent(scene.nodes[i]->content, names.NameOf(i)));
     node.children.reserve(childCounts[i]);
     children[i] = &node.children;
   }

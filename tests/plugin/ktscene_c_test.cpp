@@ -157,8 +157,8 @@ TEST_F(CApi, NodesKeepTheirOrderAndTheirContent) {
   EXPECT_EQ(read.nodes[0].matrix.Data()[13], 6.0);
   ASSERT_EQ(read.nodes[0].children.size(), 1U);
   EXPECT_EQ((*read.nodes[0].children[0].color)[1], 0.5);
-  const auto& set = std::get<std::shared_ptr<const KtFaceSet>>(
-      read.nodes[0].children[0].geometry.at(0));
+  const auto& set =
+      std::get<std::shared_ptr<const KtFaceSet>>(read.nodes[0].children[0].geometry.at(0));
   EXPECT_TRUE(set->closedSurface);
   EXPECT_TRUE(set->reverseOrientation);
   EXPECT_EQ(read.nodes[1].children.size(), 1000U);

@@ -66,6 +66,29 @@ def install(args, work):
     return prefix
 
 
+def check_components(args, work):
+    """Each component installs what it says, and together they are everything."""
+    environment = {key: value for key, value in os.environ.items() if key != "DESTDIR"}
+
+    def files_of(*component):
+        prefix = work / "-".join(("part", *component))
+        run(args.cmake, "--install", args.build, "--config", args.config, "--prefix", prefix, *component,
+            environment=environment)
+        return {path.relative_to(prefix).as_posix() for path in prefix.rglob("*") if not path.is_dir()}
+
+    parts = {name: files_of("--component", name)
+             for name in ("runtime", "development", "tools", "documentation")}
+    lib = args.libdir
+    assert {f"{lib}/libKtScene.so.1", f"{lib}/libKtPlatform.so.1", f"{lib}/dxf2d/dxf2d_plugin.so",
+            "lib/python3/dist-packages/ktscene/__init__.py"} <= parts["runtime"], parts["runtime"]
+    assert {f"{lib}/libKtScene.so", f"{lib}/pkgconfig/ktscene.pc", f"{lib}/cmake/KtScene/KtSceneConfig.cmake",
+            "include/ktscene-1/ktscene/ktscene_c.h"} <= parts["development"], parts["development"]
+    assert not [name for name in parts["runtime"] if name.endswith((".h", ".cmake", ".pc", ".so"))
+                and not name.endswith("dxf2d_plugin.so")], parts["runtime"]
+    assert sum(map(len, parts.values())) == len(set().union(*parts.values()))
+    assert set().union(*parts.values()) == files_of(), set().union(*parts.values()) ^ files_of()
+
+
 def check_headers(prefix):
     """The SDK has the public headers and no others."""
     headers = prefix / "include" / "ktscene-1"
@@ -97,6 +120,7 @@ def pkg_config(args, prefix, *what):
 def build_with_pkg_config(args, source, prefix):
     flags = pkg_config(args, prefix, "--cflags")
     assert "-ffp-contract=off" in flags, flags
+    assert not [flag for flag in pkg_config(args, prefix, "--cflags", "--libs", "--variable=plugin") if "//" in flag]
     host = source / "host_by_pkg_config"
     plugin = pkg_config(args, prefix, "--variable=plugin")
     run(args.compiler, "-std=c++20", *shlex.split(args.flags), *flags,
@@ -167,6 +191,7 @@ def check_program(program, plugin, svg_plugin, work):
 
 
 def check(args, work):
+    check_components(args, work)
     prefix = install(args, work)
     check_headers(prefix)
     examples = work / "examples"
