@@ -1,7 +1,6 @@
 #include "ktscene/ktscene_c.h"
 
 #include <gtest/gtest.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <array>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "ktscene/kt_scene_reader.h"
+#include "tests/support/scratch_directory.h"
 
 namespace {
 
@@ -25,18 +25,13 @@ struct SceneDeleter {
 };
 using OwnScene = std::unique_ptr<KtCScene, SceneDeleter>;
 
-// A directory that goes with the test.
 class CApi : public testing::Test {
  protected:
-  CApi() {
-    std::string path = (fs::temp_directory_path() / "ktscene_c.XXXXXX").string();
-    directory_ = mkdtemp(path.data());
-  }
-  ~CApi() override { fs::remove_all(directory_); }
-  std::string At(const std::string& name) const { return (directory_ / name).string(); }
-  bool IsEmpty() const { return fs::is_empty(directory_); }
+  std::string At(const std::string& name) const { return directory_ / name; }
+  bool IsEmpty() const { return directory_.FileCount() == 0; }
 
-  fs::path directory_;
+ private:
+  ScratchDirectory directory_;
 };
 
 std::string textOf(const std::string& path) {
