@@ -9,11 +9,25 @@
 
 namespace dxf2d {
 
+namespace {
+
+constexpr char kLanguageEnd = '\0';
+
+}  // namespace
+
 std::string sentenceOf(const Message& message) {
   assert(!message.problem.empty() && !message.remedy.empty());
-  const std::string subject = message.subject.empty() ? "" : message.subject + ": ";
-  return subject + message.problem + "; " + message.remedy;
+  const auto sentence = [](const std::string& subject, const std::string& problem,
+                           const std::string& remedy) {
+    return (subject.empty() ? "" : subject + ": ") + problem + "; " + remedy;
+  };
+  std::string text = sentence(message.subject, message.problem, message.remedy);
+  rememberEnglish(text, sentence(inEnglish(message.subject), inEnglish(message.problem),
+                                 inEnglish(message.remedy)));
+  return text;
 }
+
+std::string repairFile() { return tr("repair the file or save it in another format"); }
 
 void printLine(std::FILE* stream, const std::string& line) {
   const std::lock_guard lock(printing);
@@ -28,8 +42,22 @@ void note(const std::string& sentence) {
     noteSink(sentence);
     return;
   }
-  lastSentence = sentence;
+  lastSentence = inEnglish(sentence);
   printLine(stderr, "dxf2d: " + sentence);
+}
+
+std::string noteForParent(const std::string& sentence) {
+  const std::string english = inEnglish(sentence);
+  return english == sentence ? sentence : sentence + kLanguageEnd + english;
+}
+
+void noteFromWorker(const std::string& received) {
+  const std::size_t end = received.find(kLanguageEnd);
+  const std::string sentence = received.substr(0, end);
+  if (end != std::string::npos) {
+    rememberEnglish(sentence, received.substr(end + 1));
+  }
+  note(sentence);
 }
 
 int fail(int code, const Message& message) {

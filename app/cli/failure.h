@@ -22,7 +22,7 @@ struct Message {
 };
 
 // What can be done about a file that is not as its format wants it.
-inline constexpr const char* kRepairFile = "repair the file or save it in another format";
+std::string repairFile();
 
 std::string sentenceOf(const Message& message);
 
@@ -53,7 +53,12 @@ int fail(int code, const Message& message);
 // Prints a note on stderr, in the same form as a message.
 void note(const std::string& sentence);
 
-// The last sentence that this thread printed.
+// What a worker process sends of a note: the sentence, and after a null character its English if it
+// is in another language. Prints the sentence.
+std::string noteForParent(const std::string& sentence);
+void noteFromWorker(const std::string& received);
+
+// The last sentence that this thread printed, in English.
 inline thread_local std::string lastSentence;
 
 // Takes the sentences of messages and notes in place of stderr, if any.

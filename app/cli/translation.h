@@ -1,6 +1,7 @@
 // Texts in the user's language. The source language is English; catalogs are in po/.
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -15,11 +16,30 @@ namespace dxf2d {
 //   tr("unknown option '%1'", {word})
 std::string tr(const char* text, std::initializer_list<std::string_view> values = {});
 
+// Has xgettext find a literal that is translated elsewhere.
+constexpr const char* marked(const char* text) { return text; }
+
+// The same as tr for a sentence that depends on a count, which is among `values` where the sentence
+// has it: `one` and `many` are its English forms.
+//
+// Example:
+//   trn("%1 file", "%1 files", count, {std::to_string(count)})
+std::string trn(const char* one, const char* many, std::uint64_t count,
+                std::initializer_list<std::string_view> values = {});
+
+// A text that tr, trn or sentenceOf made on this thread, in English: reports are read by programs,
+// which know no other language. Remembers the latest texts; others are returned as they are.
+std::string inEnglish(const std::string& text);
+
+// Has inEnglish(text) return `english`.
+void rememberEnglish(const std::string& text, const std::string& english);
+
 // A text of a command's description, which `dxf2d help --messages` lists for translators.
 inline std::string translated(const std::string& text) { return tr(text.c_str()); }
 
 // Looks for catalogs in share/locale next to the directory of this program, or some levels above
-// it: where packages, moved trees and build trees have them.
+// it: where packages, moved trees and build trees have them. Reads the one of the user's language,
+// since a confined process may not be able to later.
 void findCatalogs();
 
 }  // namespace dxf2d

@@ -1,7 +1,11 @@
 #include <libintl.h>
 
+#include <algorithm>
+#include <clocale>
+#include <deque>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 #include "app/cli/translation.h"
 
@@ -12,11 +16,19 @@ namespace fs = std::filesystem;
 
 constexpr const char* kDomain = "dxf2d";
 
-}  // namespace
+// As many as one sentence can be made of, and a few that are thrown and caught meanwhile.
+constexpr std::size_t kMostRemembered = 64;
 
-std::string tr(const char* text, std::initializer_list<std::string_view> values) {
-  // gettext returns the catalog's own header for the empty text.
-  std::string_view rest = *text == '\0' ? text : dgettext(kDomain, text);
+struct Translated {
+  std::string text;
+  std::string english;
+};
+
+// The latest last.
+thread_local std::deque<Translated> latest;
+
+template <typename Values>
+std::string filledIn(std::string_view rest, const Values& values) {
   std::string result;
   for (std::size_t at = 0; (at = rest.find('%')) != std::string_view::npos;) {
     const std::size_t number =
@@ -33,7 +45,55 @@ std::string tr(const char* text, std::initializer_list<std::string_view> values)
   return result.append(rest);
 }
 
+// `translation` of `source`, which is the same pointer where there is none.
+std::string filledIn(const char* source, const char* translation,
+                     std::initializer_list<std::string_view> values) {
+  std::string text = filledIn(translation, values);
+  if (translation != source) {
+    std::vector<std::string> english;
+    english.reserve(values.size());
+    for (const std::string_view value : values) {
+      english.push_back(inEnglish(std::string(value)));
+    }
+    rememberEnglish(text, filledIn(source, english));
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string tr(const char* text, std::initializer_list<std::string_view> values) {
+  // gettext returns the catalog's own header for the empty text.
+  return filledIn(text, *text == '\0' ? text : dgettext(kDomain, text), values);
+}
+
+std::string trn(const char* one, const char* many, std::uint64_t count,
+                std::initializer_list<std::string_view> values) {
+  return filledIn(count == 1 ? one : many, dngettext(kDomain, one, many, count), values);
+}
+
+std::string inEnglish(const std::string& text) {
+  const auto found = std::find_if(latest.rbegin(), latest.rend(),
+                                  [&](const Translated& each) { return each.text == text; });
+  return found == latest.rend() ? text : found->english;
+}
+
+void rememberEnglish(const std::string& text, const std::string& english) {
+  if (text == english) {
+    return;
+  }
+  if (latest.size() == kMostRemembered) {
+    latest.pop_front();
+  }
+  latest.push_back({text, english});
+}
+
 void findCatalogs() {
+  const std::string_view locale = std::setlocale(LC_MESSAGES, nullptr);
+  if (locale == "C" || locale == "POSIX") {
+    // gettext translates nothing.
+    return;
+  }
   std::error_code error;
   fs::path directory = fs::read_symlink("/proc/self/exe", error).parent_path();
   constexpr int kLevels = 3;
@@ -44,6 +104,7 @@ void findCatalogs() {
       bindtextdomain(kDomain, catalogs.c_str());
       // Whatever the locale's own encoding is.
       bind_textdomain_codeset(kDomain, "UTF-8");
+      static_cast<void>(dgettext(kDomain, "Options"));
       return;
     }
   }

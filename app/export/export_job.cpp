@@ -189,7 +189,7 @@ int draw(InputTask& work, const ExportJob& job, const ExportOptions& options, Jo
 }  // namespace
 
 int runExportJob(const ExportJob& job, const ExportOptions& options, JobNews& news) {
-  InputTask work("importer", job.model, options.limits);
+  InputTask work("the importer", job.model, options.limits);
   return work.Reporting([&] { return draw(work, job, options, news); });
 }
 

@@ -12,7 +12,7 @@ namespace dxf2d {
 
 std::vector<ModelReader> modelReaders(const ResourceLimits& limits) {
   std::string told;
-  const InputTask work("importer", "", limits);
+  const InputTask work("the importer", "", limits);
   const int code = work.Run({kFormatsTask, {}}, told);
   if (code != kExitDone) {
     throw Failure(static_cast<ExitCode>(code), {"", "the formats of models are not known",

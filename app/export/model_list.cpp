@@ -31,7 +31,7 @@ void print(const std::string& text) {
 }  // namespace
 
 int listModel(const std::string& path, const ExportOptions& options) {
-  InputTask work("importer", path, options.limits);
+  InputTask work("the importer", path, options.limits);
   return work.Reporting([&] {
     std::string list;
     ImportStep import;

@@ -119,7 +119,7 @@ Command finishCommand() {
 }
 
 int runFinish(const FinishOptions& options) {
-  const InputTask work("finishing pass", options.drawing, options.limits);
+  const InputTask work("the finishing pass", options.drawing, options.limits);
   return work.Reporting([&] { return finishDrawingFile(work, options); });
 }
 

@@ -19,7 +19,7 @@ int ImportedModel::Run(const Importer& importer, const ImportSettings& settings,
                         commandFor(importer, settings, path.string(), result_.Path()),
                         importer.directory, allowsOutside ? "/" : path.parent_path().string()};
   program.result = result_.Number();
-  program.remedy = kRepairFile;
+  program.remedy = repairFile();
   return runOn({path.string(), model.name}, program, messages_, work, peakMemory);
 }
 

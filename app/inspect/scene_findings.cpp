@@ -88,7 +88,7 @@ bool isSceneInput(const std::string& input) { return input.ends_with(".json"); }
 int inspectScene(const InspectOptions& options) {
   ResourceLimits limits;
   limits.time = options.time;
-  InputTask work("reader", options.plugin, limits);
+  InputTask work("the reader", options.plugin, limits);
   return work.Reporting([&] {
     WorkerCall call{kSceneTask, {options.plugin, options.isJson ? "json" : "text"}};
     call.hasOutput = true;

@@ -17,8 +17,8 @@ Affine fromMatrix(const aiMatrix4x4& m) {
 }
 
 [[noreturn]] void fail(const std::string& path, const aiNode& node, const std::string& reason) {
-  throw ModelError(kExitInput,
-                   {path, std::string("node '") + node.mName.C_Str() + "' " + reason, kRepairFile});
+  throw ModelError(
+      kExitInput, {path, std::string("node '") + node.mName.C_Str() + "' " + reason, repairFile()});
 }
 
 ModelObject makeObject(const aiScene& model, const aiNode& node, const Affine& world,

@@ -93,12 +93,12 @@ bool hasEnd(const std::string& path, const char* end) {
     throw std::bad_alloc();
   }
   if (message.find("length_error") != std::string::npos) {
-    fail(path, "it declares impossible sizes", kRepairFile);
+    fail(path, "it declares impossible sizes", repairFile());
   }
   // assimp knows the first version alone.
   const bool isIfc = hasEnd(path, ".ifc");
   fail(path, message.empty() ? "the importer gives no reason" : cut(oneLine(message)),
-       isIfc ? "install dxf2d-import-ifc, which reads IFC4 too, or repair the file" : kRepairFile);
+       isIfc ? "install dxf2d-import-ifc, which reads IFC4 too, or repair the file" : repairFile());
 }
 
 std::string listOf(const std::vector<std::string>& names) {

@@ -286,7 +286,7 @@ void BlockBuilder::Fail(unsigned mesh, const std::string& reason) const {
   throw ModelError(kExitInput, {source_.path,
                                 "in mesh " + std::to_string(mesh) + " '" +
                                     model_.mMeshes[mesh]->mName.C_Str() + "', " + reason,
-                                kRepairFile});
+                                repairFile()});
 }
 
 }  // namespace dxf2d

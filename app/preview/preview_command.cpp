@@ -90,7 +90,7 @@ int previewAll(const PreviewOptions& options) {
     requireDirectory(options.output);
   }
   return runAll(jobs, "pictures were not drawn", [&](const PreviewJob& job) {
-    const InputTask work("renderer", drawingFile(job.drawing), options.limits);
+    const InputTask work("the renderer", drawingFile(job.drawing), options.limits);
     return work.Reporting([&] { return preview(work, job, options); });
   });
 }

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/process/own_descriptor.h"
 #include "app/process/termination_signals.h"
 #include "app/process/worker_start.h"
@@ -59,15 +60,15 @@ Failure startFailure(const std::string& file, const WorkerResult& end) {
   const bool isFound = end.how == WorkerResult::How::kNotStarted;
   if (isFound && std::ranges::find(kNoProgram, end.number) == kNoProgram.end()) {
     return {kExitLimit,
-            {file, std::string("no worker process can be started (") + strerror(end.number) + ")",
-             "close other programs and try again"}};
+            {file, tr("no worker process can be started (%1)", {strerror(end.number)}),
+             tr("close other programs and try again")}};
   }
-  const std::string problem = !isFound ? "cannot be loaded"
+  const std::string problem = !isFound ? tr("cannot be loaded")
                               : end.number == ENOENT
-                                  ? "is missing"
-                                  : std::string("cannot be started (") + strerror(end.number) + ")";
+                                  ? tr("is missing")
+                                  : tr("cannot be started (%1)", {strerror(end.number)});
   return {kExitInternal,
-          {workerProgram(), problem, "install all of dxf2d and the libraries that it needs"}};
+          {workerProgram(), problem, tr("install all of dxf2d and the libraries that it needs")}};
 }
 
 std::uint64_t memoryLimitOf(const std::string& input, const ResourceLimits& limits) {
@@ -119,18 +120,19 @@ int InputTask::ReportEnd(const WorkerResult& end) const {
     return FailForMemory();
   }
   for (const std::string& sentence : end.notes) {
-    note(sentence);
+    noteFromWorker(sentence);
   }
   switch (end.how) {
     case WorkerResult::How::kReturned:
       return end.number;
     case WorkerResult::How::kExited:
       if (!plugin_.empty()) {
-        return FailForPlugin("makes its host exit (exit code " + std::to_string(end.number) + ")");
+        return FailForPlugin(
+            tr("makes its host exit (exit code %1)", {std::to_string(end.number)}));
       }
       return Fail(kExitInput,
-                  "makes the " + reader_ + " exit (exit code " + std::to_string(end.number) + ")",
-                  kRepairFile);
+                  tr("makes %1 exit (exit code %2)", {reader_, std::to_string(end.number)}),
+                  repairFile());
     case WorkerResult::How::kSignal:
       return FailForSignal(end.number);
     case WorkerResult::How::kTimedOut:
@@ -160,35 +162,36 @@ int InputTask::FailForSignal(int signal) const {
     if (!granted || *granted > time_) {
       return FailForTime();
     }
-    return Fail(kExitLimit, "takes more processor time than the system allows (ulimit -t)",
-                "raise that limit");
+    return Fail(kExitLimit, tr("takes more processor time than the system allows (ulimit -t)"),
+                tr("raise that limit"));
   }
   if (isFromOutside(signal)) {
     return Fail(kExitLimit,
-                std::string("its worker process was ended from outside by a signal (") +
-                    strsignal(signal) + "), perhaps for lack of memory",
-                "free some memory and try again");
+                tr("its worker process was ended from outside by a signal (%1), perhaps for lack "
+                   "of memory",
+                   {strsignal(signal)}),
+                tr("free some memory and try again"));
   }
   if (!plugin_.empty()) {
-    return FailForPlugin(std::string("crashes its host (") + strsignal(signal) + ")");
+    return FailForPlugin(tr("crashes its host (%1)", {strsignal(signal)}));
   }
-  return Fail(kExitInput, "crashes the " + reader_ + " (" + strsignal(signal) + ")", kRepairFile);
+  return Fail(kExitInput, tr("crashes %1 (%2)", {reader_, strsignal(signal)}), repairFile());
 }
 
 int InputTask::FailForPlugin(const std::string& what) const {
-  return fail(kExitPlugin,
-              {plugin_, what + circumstance_, "fix the plug-in or name another with --plugin"});
+  return fail(kExitPlugin, {plugin_, tr("%1%2", {what, circumstance_}),
+                            tr("fix the plug-in or name another with --plugin")});
 }
 
 int InputTask::FailForTime() const {
   if (!plugin_.empty()) {
-    return FailForPlugin("does not finish within the " + std::to_string(time_.count()) +
-                         " s that --max-time allows");
+    return FailForPlugin(tr("does not finish within the %1 s that --max-time allows",
+                            {std::to_string(time_.count())}));
   }
   return Fail(
       kExitLimit,
-      "takes longer than the " + std::to_string(time_.count()) + " s that --max-time allows",
-      "raise --max-time or use a part of the file");
+      tr("takes longer than the %1 s that --max-time allows", {std::to_string(time_.count())}),
+      tr("raise --max-time or use a part of the file"));
 }
 
 int InputTask::Reporting(const std::function<int()>& step) const {
@@ -203,13 +206,13 @@ int InputTask::Reporting(const std::function<int()>& step) const {
 
 int InputTask::FailForMemory() const {
   if (!isMemoryGranted_) {
-    return Fail(kExitLimit, "needs more memory than the system allows (ulimit -v, ulimit -d)",
-                "raise that limit or use a part of the file");
+    return Fail(kExitLimit, tr("needs more memory than the system allows (ulimit -v, ulimit -d)"),
+                tr("raise that limit or use a part of the file"));
   }
   return Fail(kExitLimit,
-              "needs more than the " + std::to_string(memory_ >> 20) +
-                  " MiB of memory that --max-memory allows",
-              "raise --max-memory or use a part of the file");
+              tr("needs more than the %1 MiB of memory that --max-memory allows",
+                 {std::to_string(memory_ >> 20)}),
+              tr("raise --max-memory or use a part of the file"));
 }
 
 int InputTask::Fail(int code, const std::string& problem, const std::string& remedy) const {

@@ -36,7 +36,8 @@ Failure startFailure(const std::string& file, const WorkerResult& end);
 // file.
 class InputTask {
  public:
-  // `reader` is what messages call the code that reads the file, such as "importer".
+  // `reader` is what messages call the code that reads the file, such as "the importer", in the
+  // user's language.
   InputTask(std::string reader, std::string input, const ResourceLimits& limits);
 
   // Runs `call` in a worker process, to which the input is open if it is one of this process's

@@ -16,6 +16,7 @@
 #include <new>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/process/memory_in_use.h"
 #include "app/process/refused_memory.h"
 #include "app/process/stack_growth.h"
@@ -185,12 +186,15 @@ void begin(const WorkerSetup& setup) {
   closeOtherDescriptors(setup);
   // Messages in the user's language, and nothing else: numbers in drawings always have a point.
   std::setlocale(LC_MESSAGES, "");
+  findCatalogs();
   // EPIPE and EFBIG are reported as failed writes.
   std::signal(SIGPIPE, SIG_IGN);
   std::signal(SIGXFSZ, SIG_IGN);
   std::set_terminate(&endTerminated);
   noteRefusedMemory = &reportRefusedMemory;
-  noteSink = [](const std::string& sentence) { report(WorkerRecord::kNote, sentence); };
+  noteSink = [](const std::string& sentence) {
+    report(WorkerRecord::kNote, noteForParent(sentence));
+  };
   report(WorkerRecord::kStarted);
   setLimits(setup);
 }

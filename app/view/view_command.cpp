@@ -43,7 +43,7 @@ int viewDrawing(const ExportOptions& options) {
   const std::string& drawing = options.models.front();
   const std::string file = drawing == "-" ? "/dev/stdin" : drawing;
   checkDrawingOptions(drawing, options.words);
-  const InputTask work("reader", file, options.limits);
+  const InputTask work("the reader", file, options.limits);
   return work.Reporting([&] {
     if (Destination::IsFile(options.output, file)) {
       throw UsageError({options.output, "is the drawing itself", "give the page another name"});

@@ -26,7 +26,7 @@ struct Ending {
 
 int run(const char* task, const std::vector<std::string>& words, const ResourceLimits& limits) {
   std::string text;
-  return InputTask("importer", "house.obj", limits)
+  return InputTask("the importer", "house.obj", limits)
       .Run({task, words, {}, false, TEST_WORKER}, text);
 }
 
@@ -114,7 +114,7 @@ TEST(InputTask, AddressSpaceOfThreadsIsGrantedBesideTheLimit) {
   WorkerCall call{"misread a refusal", {}, {}, false, TEST_WORKER};
   call.threads = 17;
   std::string text;
-  EXPECT_EQ(InputTask("importer", "house.obj", limitedTo(64)).Run(call, text), kExitDone);
+  EXPECT_EQ(InputTask("the importer", "house.obj", limitedTo(64)).Run(call, text), kExitDone);
 }
 
 TEST(InputTask, ASizeThatNoLimitAllowsIsAFaultOfTheFile) {
@@ -138,8 +138,9 @@ TEST(InputTask, EndlessRecursionIsACrash) {
 std::string saidWithout(const std::string& worker) {
   std::string text;
   testing::internal::CaptureStderr();
-  EXPECT_EQ(InputTask("importer", "house.obj", {}).Run({"return", {"7"}, {}, false, worker}, text),
-            kExitInternal);
+  EXPECT_EQ(
+      InputTask("the importer", "house.obj", {}).Run({"return", {"7"}, {}, false, worker}, text),
+      kExitInternal);
   return testing::internal::GetCapturedStderr();
 }
 
