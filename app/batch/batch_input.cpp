@@ -8,6 +8,8 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/translation.h"
+
 namespace dxf2d::batch {
 
 namespace {
@@ -24,7 +26,8 @@ std::string readList(const std::string& name) {
   }
   std::error_code ignored;
   if (!file.is_open() || file.bad() || fs::is_directory(name, ignored)) {
-    throw UsageError({name, "the list cannot be read", "name a file with one path in each line"});
+    throw UsageError(
+        {name, tr("the list cannot be read"), tr("name a file with one path in each line")});
   }
   return text.str();
 }
@@ -98,8 +101,9 @@ class Collection {
       entries.push_back(*at);
     }
     if (error) {
-      found_.problems.push_back({path.string(), "the folder cannot be read: " + error.message(),
-                                 "change its permissions or leave it out"});
+      found_.problems.push_back({path.string(),
+                                 tr("the folder cannot be read: %1", {error.message()}),
+                                 tr("change its permissions or leave it out")});
     }
     std::ranges::sort(entries, {}, [](const auto& entry) { return entry.path().native(); });
     return entries;

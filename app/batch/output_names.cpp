@@ -4,6 +4,8 @@
 #include <map>
 #include <set>
 
+#include "app/cli/translation.h"
+
 namespace dxf2d::batch {
 
 namespace {
@@ -60,9 +62,9 @@ OutputStems outputStems(const std::vector<Input>& inputs) {
       outputs.stems[number] = freeName(nameOf(inputs[number]), taken);
       taken.insert(outputs.stems[number]);
     }
-    outputs.clashes.push_back("'" + stem + "' would be the drawing of each of " +
-                              listed(numbers, inputs) +
-                              "; each keeps its end in its drawing's name");
+    outputs.clashes.push_back(
+        tr("'%1' would be the drawing of each of %2; each keeps its end in its drawing's name",
+           {stem, listed(numbers, inputs)}));
   }
   return outputs;
 }

@@ -10,6 +10,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/printable.h"
+#include "app/cli/translation.h"
 #include "app/process/termination_signals.h"
 
 namespace dxf2d::batch {
@@ -48,8 +49,8 @@ std::string barOf(const ProgressState& state) {
   text += std::to_string(state.done) + "/" + std::to_string(state.total);
   if (state.done != 0 && state.seconds > 0.0) {
     const double rate = static_cast<double>(state.done) / state.seconds;
-    text += formatted(", %.1f/s, ", rate) +
-            duration(static_cast<double>(state.total - state.done) / rate) + " left";
+    text += tr(", %1/s, %2 left", {formatted("%.1f", rate),
+                                   duration(static_cast<double>(state.total - state.done) / rate)});
   }
   return text;
 }
@@ -93,7 +94,7 @@ bool isSet(const char* variable) {
 std::string progressLine(const ProgressState& state, std::size_t width) {
   std::string line = state.total > 1 ? barOf(state) : formatted("%.0f s", state.seconds);
   if (!state.stage.empty()) {
-    line += ", " + state.stage + " " + state.input;
+    line += ", " + tr(state.stage.c_str()) + " " + state.input;
   }
   return cut(printable(line), width);
 }

@@ -6,6 +6,7 @@
 #include <cerrno>
 
 #include "app/batch/report_file.h"
+#include "app/cli/translation.h"
 #include "app/output/output_failures.h"
 #include "app/output/whole_write.h"
 
@@ -16,7 +17,8 @@ namespace {
 RecordFormat formatOf(const std::string& path) {
   const std::optional<RecordFormat> format = recordFormat(path);
   if (!format) {
-    throw UsageError({path, "the report's format is unknown", "end its name in .jsonl or .csv"});
+    throw UsageError(
+        {path, tr("the report's format is unknown"), tr("end its name in .jsonl or .csv")});
   }
   return *format;
 }
@@ -29,7 +31,8 @@ std::string textOf(int file, const std::string& path) {
     const ssize_t count = retryInterrupted(
         [&] { return pread(file, bytes, sizeof bytes, static_cast<off_t>(text.size())); });
     if (count < 0) {
-      throw OutputError(kExitInput, {path, "cannot be read: " + reasonOf(errno), kCheckDisk});
+      throw OutputError(kExitInput,
+                        {path, tr("cannot be read: %1", {reasonOf(errno)}), checkDisk()});
     }
     if (count == 0) {
       return text;
@@ -39,7 +42,7 @@ std::string textOf(int file, const std::string& path) {
 }
 
 [[noreturn]] void failAsOther(const std::string& path) {
-  throw UsageError({path, "is not a report of dxf2d", "choose another name"});
+  throw UsageError({path, tr("is not a report of dxf2d"), tr("choose another name")});
 }
 
 }  // namespace
@@ -54,10 +57,11 @@ ReportFile::ReportFile(std::string path) : path_(std::move(path)), format_(forma
   }
   struct stat status {};
   if (fstat(file_.Number(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    failCreating(path_, "it is not a regular file", "choose another name");
+    failCreating(path_, tr("it is not a regular file"), tr("choose another name"));
   }
   if (flock(file_.Number(), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) {
-    failCreating(path_, "another run is writing it", "wait for that run or choose another name");
+    failCreating(path_, tr("another run is writing it"),
+                 tr("wait for that run or choose another name"));
   }
   GoOn();
 }
@@ -89,7 +93,8 @@ std::vector<Record> readReport(const std::string& path) {
   const RecordFormat format = formatOf(path);
   const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   if (!file.IsOpen()) {
-    throw Failure(kExitInput, {path, "cannot be read: " + reasonOf(errno), "check the name"});
+    throw Failure(kExitInput,
+                  {path, tr("cannot be read: %1", {reasonOf(errno)}), tr("check the name")});
   }
   auto records = recordsOf(textOf(file.Number(), path), format);
   if (!records) {

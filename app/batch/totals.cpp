@@ -2,7 +2,9 @@
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
-#include <string_view>
+#include <string>
+
+#include "app/cli/translation.h"
 
 namespace dxf2d::batch {
 
@@ -21,28 +23,28 @@ std::string formatted(const char* format, double value) {
 }
 
 // As the help of dxf2d explains them.
-std::string_view meaningOf(int exitCode) {
+std::string meaningOf(int exitCode) {
   switch (exitCode) {
     case 1:
-      return "internal error";
+      return tr("internal error");
     case 2:
-      return "wrong usage";
+      return tr("wrong usage");
     case 3:
-      return "unreadable input";
+      return tr("unreadable input");
     case 4:
-      return "nothing to draw";
+      return tr("nothing to draw");
     case 5:
-      return "output cannot be created";
+      return tr("output cannot be created");
     case 6:
-      return "writing failed";
+      return tr("writing failed");
     case 7:
-      return "limit exceeded";
+      return tr("limit exceeded");
     case 8:
-      return "plug-in missing or invalid";
+      return tr("plug-in missing or invalid");
     case 9:
-      return "output exists";
+      return tr("output exists");
     default:
-      return "unknown";
+      return tr("unknown");
   }
 }
 
@@ -95,23 +97,27 @@ std::string textOf(const Totals& totals) {
   for (const auto& [code, count] : totals.failed) {
     failed += count;
   }
-  std::string text = std::to_string(totals.inputs) +
-                     (totals.inputs == 1 ? " input: " : " inputs: ") +
-                     std::to_string(totals.drawn) + " drawn, " + std::to_string(totals.skipped) +
-                     " skipped, " + std::to_string(failed) + " failed\n";
+  std::string text = trn("%1 input: %2 drawn, %3 skipped, %4 failed",
+                         "%1 inputs: %2 drawn, %3 skipped, %4 failed", totals.inputs,
+                         {std::to_string(totals.inputs), std::to_string(totals.drawn),
+                          std::to_string(totals.skipped), std::to_string(failed)}) +
+                     "\n";
   for (const auto& [code, count] : totals.failed) {
-    text += "exit code " + std::to_string(code) + " (" + std::string(meaningOf(code)) +
-            "): " + std::to_string(count) + "\n";
+    text += tr("exit code %1 (%2): %3",
+               {std::to_string(code), meaningOf(code), std::to_string(count)}) +
+            "\n";
   }
-  text += std::to_string(totals.polylines) + " polylines, " + std::to_string(totals.vertices) +
-          " vertices\n" + formatted("%.1f s in all", totals.seconds);
+  text += tr("%1 polylines, %2 vertices",
+             {std::to_string(totals.polylines), std::to_string(totals.vertices)}) +
+          "\n" + tr("%1 s in all", {formatted("%.1f", totals.seconds)});
   if (totals.longest > 0.0) {
-    text += formatted(", at most %.1f s: ", totals.longest) + totals.longestInput;
+    text += tr(", at most %1 s: %2", {formatted("%.1f", totals.longest), totals.longestInput});
   }
   text += "\n";
   if (totals.peakMemory != 0) {
-    text += "at most " + std::to_string(totals.peakMemory >> 20) +
-            " MiB of memory: " + totals.peakInput + "\n";
+    text += tr("at most %1 MiB of memory: %2",
+               {std::to_string(totals.peakMemory >> 20), totals.peakInput}) +
+            "\n";
   }
   return text;
 }

@@ -24,7 +24,7 @@ std::string printableLines(const std::string& text) {
 
 void print(const std::string& text) {
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-    throw OutputError(kExitWriteFailed, {"", "standard output cannot be written", kCheckDisk});
+    throw OutputError(kExitWriteFailed, {"", "standard output cannot be written", checkDisk()});
   }
 }
 

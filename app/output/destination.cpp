@@ -7,6 +7,7 @@
 #include <random>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/output/mapped_file.h"
 #include "app/output/temporary_directory.h"
 
@@ -27,9 +28,10 @@ void requireDirectory(const std::string& directory) {
     return;
   }
   const bool exists = std::filesystem::exists(directory, ignored);
-  throw OutputError(kExitOutputNotMade,
-                    {directory, exists ? "is not a directory" : "the directory does not exist",
-                     exists ? "choose another" : "create it or choose another"});
+  throw OutputError(
+      kExitOutputNotMade,
+      {directory, exists ? tr("is not a directory") : tr("the directory does not exist"),
+       exists ? tr("choose another") : tr("create it or choose another")});
 }
 
 std::string Destination::EndOf(const std::string& path) {
@@ -50,16 +52,17 @@ Destination::Destination(const std::string& path, Existing existing) : path_(Pat
   try {
     work_.emplace(scratchName(), Existing::kReplace);
   } catch (const OutputError& error) {
-    throw OutputError(error.Code(), {path_, "needs a temporary file: " + error.Text().problem,
-                                     "name a directory for temporary files in TMPDIR"});
+    throw OutputError(error.Code(),
+                      {path_, tr("needs a temporary file: %1", {error.Text().problem}),
+                       tr("name a directory for temporary files in TMPDIR")});
   }
 }
 
 WorkOutput Destination::Work() const {
-  const char* const remedy =
-      inPlace_ ? "check the disk or name another directory for temporary files in TMPDIR"
-               : kCheckDisk;
-  return {work_->WorkDescriptor(), work_->Path(), path_, remedy};
+  const std::string remedy =
+      inPlace_ ? tr("check the disk or name another directory for temporary files in TMPDIR")
+               : checkDisk();
+  return {work_->WorkDescriptor(), work_->Path(), path_, inEnglish(remedy)};
 }
 
 void Destination::Deliver() {
@@ -92,9 +95,9 @@ int deliverFrom(const InputTask& work, WorkerCall call, const std::vector<std::s
   if (code == kExitDone && verbosity.isVerbose) {
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
     char text[64];
-    std::snprintf(text, sizeof text, ": done in %.3f s, with %llu MiB of memory", taken.count(),
-                  static_cast<unsigned long long>(peakMemory >> 20));
-    note(destination.Name() + text);
+    std::snprintf(text, sizeof text, "%.3f", taken.count());
+    note(tr("%1: done in %2 s, with %3 MiB of memory",
+            {destination.Name(), text, std::to_string(peakMemory >> 20)}));
   }
   return code;
 }

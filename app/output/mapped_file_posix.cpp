@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <new>
 
+#include "app/cli/translation.h"
 #include "app/output/mapped_file.h"
 #include "app/output/output_failures.h"
 #include "app/process/descriptor.h"
@@ -18,7 +19,7 @@ namespace {
     throw std::bad_alloc();
   }
   throw OutputError(kExitWriteFailed,
-                    {name, "cannot be read back: " + reasonOf(error), kCheckDisk});
+                    {name, tr("cannot be read back: %1", {reasonOf(error)}), checkDisk()});
 }
 
 }  // namespace

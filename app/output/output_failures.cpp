@@ -1,10 +1,21 @@
 #include "app/output/output_failures.h"
 
+#include <cstring>
 #include <system_error>
+
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 
-std::string reasonOf(int error) { return std::generic_category().message(error); }
+std::string reasonOf(int error) {
+  const std::string reason = std::generic_category().message(error);
+  if (const char* const english = strerrordesc_np(error)) {
+    rememberEnglish(reason, english);
+  }
+  return reason;
+}
+
+std::string checkDisk() { return tr("check the disk or choose another location"); }
 
 std::string directoryOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
@@ -15,37 +26,40 @@ std::string directoryOf(const std::string& path) {
 }
 
 void failCreating(const std::string& name, const std::string& reason, const std::string& remedy) {
-  throw OutputError(kExitOutputNotMade, {name, "cannot be created: " + reason, remedy});
+  throw OutputError(kExitOutputNotMade, {name, tr("cannot be created: %1", {reason}), remedy});
 }
 
 void failCreatingBeside(const std::string& name, const std::string& target, int error) {
-  const std::string directory = "the directory '" + directoryOf(target) + "'";
+  const std::string directory = directoryOf(target);
   switch (error) {
     case ENOENT:
-      failCreating(name, directory + " does not exist", "create it or choose another");
+      failCreating(name, tr("the directory '%1' does not exist", {directory}),
+                   tr("create it or choose another"));
     case ENOTDIR:
-      failCreating(name, "'" + directoryOf(target) + "' is not a directory", "choose another");
+      failCreating(name, tr("'%1' is not a directory", {directory}), tr("choose another"));
     case EACCES:
     case EPERM:
     case EROFS:
-      failCreating(name, directory + " is not writable",
-                   "change its permissions or choose another");
+      failCreating(name, tr("the directory '%1' is not writable", {directory}),
+                   tr("change its permissions or choose another"));
     case ENAMETOOLONG:
-      failCreating(name, "the name is too long", "choose a shorter one");
+      failCreating(name, tr("the name is too long"), tr("choose a shorter one"));
     case ELOOP:
-      failCreating(name, "its symbolic links form a loop", "fix them or choose another name");
+      failCreating(name, tr("its symbolic links form a loop"),
+                   tr("fix them or choose another name"));
     default:
-      failCreating(name, reasonOf(error), kCheckDisk);
+      failCreating(name, reasonOf(error), checkDisk());
   }
 }
 
 void failExisting(const std::string& name) {
-  throw OutputError(kExitOutputExists,
-                    {name, "already exists", "use --force to replace it, or choose another name"});
+  throw OutputError(kExitOutputExists, {name, tr("already exists"),
+                                        tr("use --force to replace it, or choose another name")});
 }
 
 void failWriting(const std::string& name, int error) {
-  throw OutputError(kExitWriteFailed, {name, "cannot be written: " + reasonOf(error), kCheckDisk});
+  throw OutputError(kExitWriteFailed,
+                    {name, tr("cannot be written: %1", {reasonOf(error)}), checkDisk()});
 }
 
 }  // namespace dxf2d

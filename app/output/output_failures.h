@@ -16,7 +16,7 @@ class OutputError : public Failure {
 };
 
 // The remedy for most failed writes.
-inline constexpr const char* kCheckDisk = "check the disk or choose another location";
+std::string checkDisk();
 
 // The system's message for an errno.
 std::string reasonOf(int error);

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "app/cli/translation.h"
 #include "app/output/file_rights.h"
 #include "app/output/output_failures.h"
 #include "app/output/output_file.h"
@@ -25,14 +26,15 @@ bool isOpenForWriting(int descriptor) {
 std::string fileNameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
 [[noreturn]] void failMoved(const std::string& name) {
-  throw OutputError(kExitWriteFailed,
-                    {name, "cannot be written: its directory or a link to it was changed meanwhile",
-                     "try again, in a directory that nobody else changes"});
+  throw OutputError(
+      kExitWriteFailed,
+      {name, tr("cannot be written: its directory or a link to it was changed meanwhile"),
+       tr("try again, in a directory that nobody else changes")});
 }
 
 [[noreturn]] void failBlockDevice(const std::string& name) {
-  throw OutputError(kExitOutputExists, {name, "is a block device, whose content would be lost",
-                                        "use --force to overwrite it, or choose another name"});
+  throw OutputError(kExitOutputExists, {name, tr("is a block device, whose content would be lost"),
+                                        tr("use --force to overwrite it, or choose another name")});
 }
 
 [[noreturn]] void failPublishing(const std::string& name, int error) {
@@ -41,8 +43,8 @@ std::string fileNameOf(const std::string& path) { return path.substr(path.rfind(
   }
   if (error == ESTALE) {
     throw OutputError(kExitWriteFailed,
-                      {name, "cannot be written: another program removed its temporary file",
-                       "try again, or choose another directory"});
+                      {name, tr("cannot be written: another program removed its temporary file"),
+                       tr("try again, or choose another directory")});
   }
   failWriting(name, error);
 }
@@ -82,10 +84,10 @@ Option forceOption(Existing& existing) {
 OutputFile::OutputFile(const std::string& path, Existing existing)
     : name_(path), existing_(existing) {
   if (name_.empty()) {
-    failCreating("''", "the name is empty", "give the file a name");
+    failCreating("''", tr("the name is empty"), tr("give the file a name"));
   }
   if (name_.find('\0') != std::string::npos) {
-    failCreating(name_, "the name contains a null character", "choose another name");
+    failCreating(name_, tr("the name contains a null character"), tr("choose another name"));
   }
   struct stat link {};
   if (lstat(name_.c_str(), &link) != 0 && errno != ENOENT) {
@@ -94,12 +96,12 @@ OutputFile::OutputFile(const std::string& path, Existing existing)
   struct stat file {};
   const bool exists = stat(name_.c_str(), &file) == 0;
   if (name_.back() == '/' || (exists && S_ISDIR(file.st_mode))) {
-    failCreating(name_, "it is a directory", "name a file in it");
+    failCreating(name_, tr("it is a directory"), tr("name a file in it"));
   }
   target_ = followLinks(name_);
   const std::optional<int> own = ownDescriptor(target_);
   if (own && !isOpenForWriting(*own)) {
-    failCreating(name_, "it is not open for writing", "choose another output");
+    failCreating(name_, tr("it is not open for writing"), tr("choose another output"));
   }
   inPlace_ = own || (exists && !S_ISREG(file.st_mode));
   if (inPlace_) {
@@ -127,25 +129,25 @@ void OutputFile::CheckFileThere() {
     failExisting(name_);
   }
   if (directory_.IsAppendOnly()) {
-    failCreating(name_, "the directory '" + directoryOf(target_) + "' is append-only",
-                 "choose another");
+    failCreating(name_, tr("the directory '%1' is append-only", {directoryOf(target_)}),
+                 tr("choose another"));
   }
   const std::string file = fileNameOf(target_);
   if (faccessat(directory_.Number(), file.c_str(), W_OK, 0) != 0) {
-    failCreating(name_, "the existing file is not writable",
-                 "change its permissions or choose another name");
+    failCreating(name_, tr("the existing file is not writable"),
+                 tr("change its permissions or choose another name"));
   }
   replaced_ = Descriptor(retryInterrupted([&] {
     return openat(directory_.Number(), file.c_str(), O_WRONLY | O_NOFOLLOW | O_CLOEXEC);
   }));
   if (!replaced_.IsOpen()) {
-    failCreating(name_, reasonOf(errno), kCheckDisk);
+    failCreating(name_, reasonOf(errno), checkDisk());
   }
   // On file systems without locks nobody can hold one.
   const int locked = retryInterrupted([&] { return flock(replaced_.Number(), LOCK_EX | LOCK_NB); });
   if (locked != 0 && errno == EWOULDBLOCK) {
-    failCreating(name_, "another program is writing it",
-                 "wait for that program or choose another name");
+    failCreating(name_, tr("another program is writing it"),
+                 tr("wait for that program or choose another name"));
   }
 }
 
@@ -157,7 +159,7 @@ void OutputFile::OpenInPlace() {
                : open(path_.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY);
   }));
   if (!file_.IsOpen()) {
-    failCreating(name_, reasonOf(errno), "choose another output");
+    failCreating(name_, reasonOf(errno), tr("choose another output"));
   }
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "app/cli/translation.h"
 #include "app/output/output_file.h"
 #include "app/output/temporary_directory.h"
 
@@ -15,10 +16,9 @@ ScratchDirectory::ScratchDirectory(const std::string& name)
     : path_((temporaryDirectory() / (name + "-XXXXXX")).string()) {
   if (mkdtemp(path_.data()) == nullptr) {
     throw OutputError(kExitOutputNotMade, {temporaryDirectory().string(),
-                                           std::string("a temporary directory cannot be created "
-                                                       "in it: ") +
-                                               std::strerror(errno),
-                                           "name another in TMPDIR"});
+                                           tr("a temporary directory cannot be created in it: %1",
+                                              {std::strerror(errno)}),
+                                           tr("name another in TMPDIR")});
   }
 }
 

@@ -10,6 +10,7 @@
 #include <random>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/output/output_failures.h"
 #include "app/output/temporary_directory.h"
 
@@ -103,8 +104,8 @@ WorkFile::WorkFile(const OutputDirectory& directory, const std::string& target,
   }
   // What is made there could not be removed.
   if (directory_.IsAppendOnly()) {
-    failCreating(name, "the directory '" + directoryOf(target) + "' is append-only",
-                 "choose another");
+    failCreating(name, tr("the directory '%1' is append-only", {directoryOf(target)}),
+                 tr("choose another"));
   }
   if (const int error = CreateNamed(); error != 0) {
     failCreatingBeside(name, target, error);
@@ -177,8 +178,8 @@ void WorkFile::CheckPath(const std::string& target, const std::string& name) {
   path_ = directoryOf(target) + "/" + temporaryName_;
   if (directory_.IsSharedWithOthers()) {
     Discard();
-    failCreating(name, "other users may write to its directory, and /proc is not there",
-                 "choose a directory of your own");
+    failCreating(name, tr("other users may write to its directory, and /proc is not there"),
+                 tr("choose a directory of your own"));
   }
 }
 

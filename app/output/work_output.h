@@ -18,6 +18,7 @@ struct WorkOutput {
   // How messages name the output.
   std::string name;
   // What the user can do when it cannot be written.
+  // In English; its process translates it.
   std::string remedy;
 
   // Appends. Throws OutputError.
