@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "app/cli/translation.h"
 #include "app/drawing/group_reader.h"
 
 namespace dxf2d {
@@ -64,9 +65,9 @@ class NestingCheck {
     BlockSum& sum = blocks_[number];
     if (sum.state == State::kOpen) {
       throw DxfError({name_,
-                      "block " + quoted(drawing_.blocks[number].name) +
-                          " inserts itself, directly or through others",
-                      "remove that INSERT"});
+                      tr("block %1 inserts itself, directly or through others",
+                         {quoted(drawing_.blocks[number].name)}),
+                      tr("remove that INSERT")});
     }
     sum.state = State::kOpen;
     levels_.push_back({&drawing_.blocks[number].entities, 0, &sum});
@@ -76,7 +77,7 @@ class NestingCheck {
     AddStrokes(sum, inserted.strokes);
     sum.depth = std::max(sum.depth, inserted.depth + 1);
     if (sum.depth > kMaxNesting + 1) {
-      throw LimitError(name_, "nests more than " + std::to_string(kMaxNesting) + " blocks");
+      throw LimitError(name_, tr("nests more than %1 blocks", {std::to_string(kMaxNesting)}));
     }
   }
 
@@ -84,7 +85,7 @@ class NestingCheck {
     sum.strokes += strokes;
     if (sum.strokes > kMaxStrokes) {
       throw LimitError(
-          name_, "expands to more than " + std::to_string(kMaxStrokes) + " points and letters");
+          name_, tr("expands to more than %1 points and letters", {std::to_string(kMaxStrokes)}));
     }
   }
 

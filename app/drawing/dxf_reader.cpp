@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/drawing/drawing_nesting.h"
 #include "app/drawing/entity_groups.h"
 #include "app/drawing/entity_reader.h"
@@ -31,12 +32,13 @@ class DrawingParser {
  private:
   void ParseSection() {
     if (!reader_.Current().Opens("SECTION")) {
-      reader_.Fail(quoted(reader_.Current().value) + " found where a section or EOF is expected",
-                   "check that it is a DXF drawing");
+      reader_.Fail(
+          tr("%1 found where a section or EOF is expected", {quoted(reader_.Current().value)}),
+          tr("check that it is a DXF drawing"));
     }
     reader_.Advance();
     if (reader_.Current().code != 2) {
-      reader_.Fail("the section has no name", "add group 2");
+      reader_.Fail(tr("the section has no name"), tr("add group 2"));
     }
     const std::string_view name = reader_.Current().value;
     reader_.Advance();
@@ -64,12 +66,12 @@ class DrawingParser {
 
   void ParseBlock() {
     if (!reader_.Current().Opens("BLOCK")) {
-      reader_.Fail(quoted(reader_.Current().value) + " found where BLOCK is expected",
-                   "export the drawing again");
+      reader_.Fail(tr("%1 found where BLOCK is expected", {quoted(reader_.Current().value)}),
+                   tr("export the drawing again"));
     }
     const EntityGroups groups(reader_);
     if (groups.Name().empty()) {
-      groups.Fail("it has no name", "add group 2");
+      groups.Fail(tr("it has no name"), tr("add group 2"));
     }
     const PlanPoint base = groups.Has(10) ? groups.Point(10) : PlanPoint{};
     const std::size_t number = entities_.BlockNumber(groups.Name());
@@ -85,8 +87,8 @@ class DrawingParser {
   void DefineBlock(std::size_t number, PlanPoint base, const EntityGroups& groups) {
     DrawingBlock& block = drawing_.blocks[number];
     if (block.defined && (block.base.x != base.x || block.base.y != base.y)) {
-      groups.Fail("block " + quoted(block.name) + " is defined twice with different base points",
-                  "give both the same");
+      groups.Fail(tr("block %1 is defined twice with different base points", {quoted(block.name)}),
+                  tr("give both the same"));
     }
     block.defined = true;
     block.base = base;
@@ -131,8 +133,9 @@ void noteSkipped(const std::string& name, const Drawing& drawing) {
   for (const std::string& kind : drawing.skippedKinds) {
     kinds += (kinds.empty() ? "" : ", ") + kind;
   }
-  note(name + ": " + std::to_string(drawing.skippedCount) +
-       " entities of unsupported kinds were left out, such as " + kinds);
+  note(trn("%1: %2 entities of unsupported kinds were left out, such as %3",
+           "%1: %2 entities of unsupported kinds were left out, such as %3", drawing.skippedCount,
+           {name, std::to_string(drawing.skippedCount), kinds}));
 }
 
 }  // namespace dxf2d

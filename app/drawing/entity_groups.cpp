@@ -1,5 +1,7 @@
 #include "app/drawing/entity_groups.h"
 
+#include "app/cli/translation.h"
+
 namespace dxf2d {
 
 namespace {
@@ -18,7 +20,7 @@ EntityGroups::EntityGroups(GroupReader& reader, std::vector<PlanPoint>* corners)
     Take(reader);
   }
   if (corners_ != nullptr && ordinates_ != corners_->size()) {
-    Fail("a point has no group 20", "add it or export the drawing again");
+    Fail(tr("a point has no group 20"), tr("add it or export the drawing again"));
   }
 }
 
@@ -80,13 +82,14 @@ void EntityGroups::TakeCorner(double value, int code) {
     corners_->back().y = value;
     ++ordinates_;
   } else if (code == 42 && value != 0.0) {
-    Fail("a bulge makes an arc, which is not read", "use a drawing as dxf2d writes it");
+    Fail(tr("a bulge makes an arc, which is not read"), tr("use a drawing as dxf2d writes it"));
   }
 }
 
 double EntityGroups::RequiredReal(int code) const {
   if (!Has(code)) {
-    Fail("group " + std::to_string(code) + " is missing", "add it or export the drawing again");
+    Fail(tr("group %1 is missing", {std::to_string(code)}),
+         tr("add it or export the drawing again"));
   }
   return values_[static_cast<std::size_t>(code)];
 }
@@ -99,8 +102,8 @@ void EntityGroups::RequireOnly(int code, double value) const {
   if (Real(code, value) == value) {
     return;
   }
-  Fail("group " + std::to_string(code) + " has a value that is not supported",
-       "use a drawing written by dxf2d");
+  Fail(tr("group %1 has a value that is not supported", {std::to_string(code)}),
+       tr("use a drawing written by dxf2d"));
 }
 
 void EntityGroups::Fail(const std::string& problem, const std::string& remedy) const {

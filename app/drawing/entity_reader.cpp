@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/drawing/line_type.h"
 
 namespace dxf2d {
@@ -15,9 +16,9 @@ constexpr std::size_t kMaxRecords = 10'000'000;
 int readAlignment(const EntityGroups& groups, int code, int last) {
   const int value = groups.Integer(code, 0);
   if (value < 0 || value > last) {
-    groups.Fail("alignment " + std::to_string(value) + " in group " + std::to_string(code) +
-                    " is not supported",
-                "use 0 to " + std::to_string(last));
+    groups.Fail(tr("alignment %1 in group %2 is not supported",
+                   {std::to_string(value), std::to_string(code)}),
+                tr("use 0 to %1", {std::to_string(last)}));
   }
   return value;
 }
@@ -116,7 +117,7 @@ DrawingEntity EntityReader::ReadCircle() {
   const EntityGroups groups(reader_);
   const double radius = groups.RequiredReal(40);
   if (radius < 0.0) {
-    groups.Fail("the radius is negative", "give it a radius of 0 or more");
+    groups.Fail(tr("the radius is negative"), tr("give it a radius of 0 or more"));
   }
   return CircleEntity{PropertiesOf(groups), groups.Point(10), radius};
 }
@@ -136,7 +137,7 @@ DrawingEntity EntityReader::ReadText() {
   text.height = groups.RequiredReal(40);
   text.widthFactor = groups.Real(41, 1.0);
   if (!(text.widthFactor > 0.0)) {
-    groups.Fail("the width factor is not positive", "make it 1");
+    groups.Fail(tr("the width factor is not positive"), tr("make it 1"));
   }
   text.rotation = groups.Real(50, 0.0);
   // Where a multi-byte page makes fewer bytes than the text has characters, zeros fill the rest.
@@ -155,15 +156,15 @@ DrawingEntity EntityReader::ReadPolyline() {
   const int flags = groups.Integer(70, 0);
   if ((flags & ~kHarmless) != 0) {
     groups.Fail(
-        "flags " + std::to_string(flags) + " mean a curve or a mesh, which is not supported",
-        "use a drawing written by dxf2d");
+        tr("flags %1 mean a curve or a mesh, which is not supported", {std::to_string(flags)}),
+        tr("use a drawing written by dxf2d"));
   }
   polyline.closed = (flags & kClosed) != 0;
   while (reader_.Current().Opens("VERTEX")) {
     polyline.vertices.push_back(readVertex(reader_));
   }
   if (!reader_.Current().Opens("SEQEND")) {
-    groups.Fail("its vertices end without SEQEND", "add it or export the drawing again");
+    groups.Fail(tr("its vertices end without SEQEND"), tr("add it or export the drawing again"));
   }
   const EntityGroups end(reader_);
   polyline.vertices.shrink_to_fit();
@@ -183,7 +184,7 @@ DrawingEntity EntityReader::ReadLightweightPolyline() {
 DrawingEntity EntityReader::ReadInsert() {
   const EntityGroups groups(reader_);
   if (groups.Name().empty()) {
-    groups.Fail("it names no block", "add group 2");
+    groups.Fail(tr("it names no block"), tr("add group 2"));
   }
   for (const int scale : {41, 42}) {
     groups.RequireOnly(scale, 1.0);
@@ -205,8 +206,8 @@ DrawingEntity EntityReader::ReadInsert() {
     Skip();
   }
   if (!reader_.Current().Opens("SEQEND")) {
-    groups.Fail("attributes are announced but no SEQEND follows",
-                "add it or export the drawing again");
+    groups.Fail(tr("attributes are announced but no SEQEND follows"),
+                tr("add it or export the drawing again"));
   }
   const EntityGroups end(reader_);
   return insert;
@@ -218,8 +219,8 @@ void EntityReader::Skip() {
   static constexpr std::string_view kFrame[] = {"SECTION", "ENDSEC", "BLOCK", "ENDBLK", "EOF",
                                                 "VERTEX",  "SEQEND", "TABLE", "ENDTAB"};
   if (std::ranges::find(kFrame, opening.value) != std::end(kFrame)) {
-    reader_.Fail(std::string(opening.value) + " found where an entity is expected",
-                 "export the drawing again");
+    reader_.Fail(tr("%1 found where an entity is expected", {std::string(opening.value)}),
+                 tr("export the drawing again"));
   }
   const std::string kind = quoted(opening.value);
   std::vector<std::string>& kinds = drawing_.skippedKinds;
@@ -234,8 +235,8 @@ void EntityReader::Skip() {
 
 void EntityReader::Count() {
   if (++count_ > kMaxRecords) {
-    throw LimitError(reader_.Name(),
-                     "contains more than " + std::to_string(kMaxRecords) + " entities and blocks");
+    throw LimitError(reader_.Name(), tr("contains more than %1 entities and blocks",
+                                        {std::to_string(kMaxRecords)}));
   }
 }
 

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/drawing/group_reader.h"
 
 namespace dxf2d {
@@ -21,8 +22,8 @@ constexpr std::size_t kMaxFileSize = std::size_t{512} << 20;
 constexpr std::size_t kFirstChunk = std::size_t{1} << 20;
 
 [[noreturn]] void failReading(const std::string& path, int error) {
-  throw DxfError({path, "cannot be read: " + std::generic_category().message(error),
-                  "check the name and its permissions"});
+  throw DxfError({path, tr("cannot be read: %1", {std::generic_category().message(error)}),
+                  tr("check the name and its permissions")});
 }
 
 // Room for all of a file and a byte more, by which its end is seen; for what has no size known
@@ -52,7 +53,7 @@ FileText readWhole(const std::string& path) {
   std::size_t room = 0;
   do {
     if (text.size > kMaxFileSize) {
-      throw LimitError(path, "is longer than " + std::to_string(kMaxFileSize) + " bytes");
+      throw LimitError(path, tr("is longer than %1 bytes", {std::to_string(kMaxFileSize)}));
     }
     // One byte more than is taken tells a file of the greatest size from a longer one.
     room = room == 0 ? firstRoom(path) : std::min(2 * room, kMaxFileSize + 1);

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <optional>
 
+#include "app/cli/translation.h"
 #include "app/drawing/number_text.h"
 
 namespace dxf2d {
@@ -42,9 +43,9 @@ void GroupReader::Advance() {
 double GroupReader::Real() const {
   const std::optional<double> value = parseReal(group_.value);
   if (!value || !std::isfinite(*value)) {
-    Fail(quoted(group_.value) + " in group " + std::to_string(group_.code) +
-             " is not a finite number",
-         "fix the line or export the drawing again");
+    Fail(tr("%1 in group %2 is not a finite number",
+            {quoted(group_.value), std::to_string(group_.code)}),
+         tr("fix the line or export the drawing again"));
   }
   return *value;
 }
@@ -52,9 +53,9 @@ double GroupReader::Real() const {
 int GroupReader::Integer() const {
   const std::optional<int> value = parseInteger(group_.value);
   if (!value) {
-    Fail(quoted(group_.value) + " in group " + std::to_string(group_.code) +
-             " is not a whole number",
-         "fix the line or export the drawing again");
+    Fail(tr("%1 in group %2 is not a whole number",
+            {quoted(group_.value), std::to_string(group_.code)}),
+         tr("fix the line or export the drawing again"));
   }
   return *value;
 }
@@ -76,14 +77,15 @@ int GroupReader::NextCode() {
   const std::string_view line = NextLine();
   const std::optional<int> code = parseInteger(line);
   if (!code) {
-    FailAt(line_, quoted(line) + " is not a group code", "check that it is a DXF drawing");
+    FailAt(line_, tr("%1 is not a group code", {quoted(line)}),
+           tr("check that it is a DXF drawing"));
   }
   return *code;
 }
 
 std::string_view GroupReader::NextLine() {
   if (rest_.empty()) {
-    FailAt(line_ + 1, "the drawing ends without EOF", "export it again");
+    FailAt(line_ + 1, tr("the drawing ends without EOF"), tr("export it again"));
   }
   ++line_;
   const std::size_t end = rest_.find('\n');

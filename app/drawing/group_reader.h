@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 
@@ -21,7 +22,7 @@ class DxfError : public Failure {
 class LimitError : public Failure {
  public:
   LimitError(const std::string& name, const std::string& problem)
-      : Failure(kExitLimit, {name, problem, "take a part of it"}) {}
+      : Failure(kExitLimit, {name, problem, tr("take a part of it")}) {}
 };
 
 // One group. `value` points into the drawing's text, without its line end.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "app/cli/translation.h"
 #include "app/drawing/entity_groups.h"
 #include "app/drawing/line_type.h"
 
@@ -21,16 +22,16 @@ Release releaseOf(const GroupReader& reader) {
   if (version == "AC1018") {
     return Release::kR2004;
   }
-  reader.Fail("the drawing has version " + quoted(version) +
-                  " and only AC1006, AC1015 and AC1018 are supported",
-              "save it in one of them");
+  reader.Fail(tr("the drawing has version %1 and only AC1006, AC1015 and AC1018 are supported",
+                 {quoted(version)}),
+              tr("save it in one of them"));
 }
 
 void readLayer(GroupReader& reader, EntityReader& entities, Drawing& drawing) {
   constexpr int kLastColor = 255;
   const EntityGroups groups(reader);
   if (groups.Name().empty()) {
-    groups.Fail("it has no name", "add group 2");
+    groups.Fail(tr("it has no name"), tr("add group 2"));
   }
   Layer& layer = drawing.layers[entities.LayerNumber(groups.Name())];
   // A layer that is off has its color negated.
@@ -86,7 +87,7 @@ void readTables(GroupReader& reader, EntityReader& entities, Drawing& drawing) {
 
 void refuseNewSection(const GroupReader& reader) {
   if (reader.Current().Opens("SECTION") || reader.Current().Opens("EOF")) {
-    reader.Fail("the section before has no ENDSEC", "add it or export the drawing again");
+    reader.Fail(tr("the section before has no ENDSEC"), tr("add it or export the drawing again"));
   }
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "app/cli/translation.h"
 #include "app/importer/importer.h"
 #include "app/importer/program_run.h"
 #include "app/output/scratch_file.h"
@@ -31,8 +32,8 @@ class ImportedModel {
 
  private:
   std::string reader_;
-  ScratchFile result_{"the binary glTF of the importer"};
-  ScratchFile messages_{"the messages of the importer"};
+  ScratchFile result_{tr("the binary glTF of the importer")};
+  ScratchFile messages_{tr("the messages of the importer")};
 };
 
 }  // namespace dxf2d

@@ -7,6 +7,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/importer/importer.h"
 
 namespace dxf2d {
@@ -15,8 +16,6 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr std::string_view kValue = "{value}";
-
-constexpr const char* kFix = "fix the file, or remove it";
 
 // Reads the members of a description, and throws UsageError for those that are not as they should
 // be.
@@ -35,7 +34,7 @@ class DescriptionReader {
       importer.command.front().replace(0, 1, importer.directory);
     }
     if (!json.contains("formats") || !json["formats"].is_array() || json["formats"].empty()) {
-      Fail("'formats' is not a list of formats");
+      Fail(tr("'formats' is not a list of formats"));
     }
     for (const Json& format : json["formats"]) {
       importer.formats.push_back(Format(format));
@@ -46,17 +45,18 @@ class DescriptionReader {
 
  private:
   [[noreturn]] void Fail(const std::string& problem) const {
-    throw UsageError({path_, "is not the description of an importer: " + problem, kFix});
+    throw UsageError({path_, tr("is not the description of an importer: %1", {problem}),
+                      tr("fix the file, or remove it")});
   }
 
   Json Document() const {
     std::ifstream file(path_);
     if (!file) {
-      throw UsageError({path_, "cannot be opened", "check the name and its permissions"});
+      throw UsageError({path_, tr("cannot be opened"), tr("check the name and its permissions")});
     }
     Json json = Json::parse(file, nullptr, false);
     if (!json.is_object()) {
-      Fail("it is not a JSON object");
+      Fail(tr("it is not a JSON object"));
     }
     return json;
   }
@@ -64,7 +64,7 @@ class DescriptionReader {
   std::string Text(const Json& json, const std::string& member) const {
     if (!json.is_object() || !json.contains(member) || !json[member].is_string() ||
         json[member].get_ref<const std::string&>().empty()) {
-      Fail("'" + member + "' is not a text");
+      Fail(tr("'%1' is not a text", {member}));
     }
     return json[member].get<std::string>();
   }
@@ -73,7 +73,7 @@ class DescriptionReader {
     const auto isText = [](const Json& item) { return item.is_string(); };
     if (!json.is_object() || !json.contains(member) || !json[member].is_array() ||
         json[member].empty() || !std::ranges::all_of(json[member], isText)) {
-      Fail("'" + member + "' is not a list of texts");
+      Fail(tr("'%1' is not a list of texts", {member}));
     }
     return json[member].get<std::vector<std::string>>();
   }
@@ -82,7 +82,7 @@ class DescriptionReader {
     ImporterFormat format{Text(json, "name"), Texts(json, "extensions"), {}};
     for (std::string& extension : format.extensions) {
       if (!extension.starts_with('.')) {
-        Fail("'" + extension + "' in 'extensions' does not begin with a dot");
+        Fail(tr("'%1' in 'extensions' does not begin with a dot", {extension}));
       }
       extension = normalized(extension);
     }
@@ -97,7 +97,7 @@ class DescriptionReader {
       return;
     }
     if (!json["options"].is_object()) {
-      Fail("'options' is not an object");
+      Fail(tr("'options' is not an object"));
     }
     for (const auto& [name, words] : json["options"].items()) {
       importer.options[name] = Texts(json["options"], name);

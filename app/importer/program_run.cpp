@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
@@ -56,9 +57,9 @@ int requireRegular(const ImportInput& model) {
     return kExitDone;
   }
   return fail(kExitInput, {model.name,
-                           fs::exists(status) ? "cannot be read: it is not a regular file"
-                                              : "cannot be read: there is no such file",
-                           "check the name"});
+                           fs::exists(status) ? tr("cannot be read: it is not a regular file")
+                                              : tr("cannot be read: there is no such file"),
+                           tr("check the name")});
 }
 
 int runOn(const ImportInput& model, const ImportProgram& program, const ScratchFile& messages,
@@ -78,14 +79,15 @@ int runOn(const ImportInput& model, const ImportProgram& program, const ScratchF
     return code;
   }
   if (stateOf(model.path) != before) {
-    return fail(kExitInput, {model.name, "cannot be read: it changes while it is read",
-                             "check that no program is writing the file"});
+    return fail(kExitInput, {model.name, tr("cannot be read: it changes while it is read"),
+                             tr("check that no program is writing the file")});
   }
   if (end != 0) {
     const std::string reason = lastLineOf(messages.Path());
     return fail(kExitInput,
                 {model.name,
-                 "cannot be read: " + (reason.empty() ? program.name + " gives no reason" : reason),
+                 tr("cannot be read: %1",
+                    {(reason.empty() ? tr("%1 gives no reason", {program.name}) : reason)}),
                  program.remedy});
   }
   return kExitDone;

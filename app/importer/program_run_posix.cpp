@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/importer/program_run.h"
 #include "app/process/confinement.h"
 
@@ -65,8 +66,8 @@ int becomeImporter(std::span<const std::string> words) {
     execvp(arguments.front(), arguments.data());
   }
   return fail(kExitInternal,
-              {command.front(), std::string("the importer cannot be started: ") + strerror(errno),
-               "install it again with what it needs"});
+              {command.front(), tr("the importer cannot be started: %1", {strerror(errno)}),
+               tr("install it again with what it needs")});
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/importer/program_run.h"
 #include "app/process/worker_start.h"
 
@@ -59,7 +60,7 @@ int UnpackedModel::Run(const std::string& model, const std::vector<std::string>&
                         unpacker,
                         input.path,
                         directory_.Path()};
-  program.remedy = "unpack it, or repair it if it is damaged";
+  program.remedy = tr("unpack it, or repair it if it is damaged");
   program.command.insert(program.command.end(), ends.begin(), ends.end());
   const int code = runOn(input, program, messages_, work, peakMemory);
   if (code == kExitDone) {

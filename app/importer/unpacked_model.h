@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "app/cli/translation.h"
 #include "app/output/scratch_directory.h"
 #include "app/output/scratch_file.h"
 #include "app/process/input_task.h"
@@ -32,7 +33,7 @@ class UnpackedModel {
 
  private:
   ScratchDirectory directory_{"dxf2d-unpack"};
-  ScratchFile messages_{"the messages of dxf2d-unpack"};
+  ScratchFile messages_{tr("the messages of dxf2d-unpack")};
   std::string path_;
 };
 

@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/model/model_error.h"
 #include "app/process/input_mapping.h"
 
@@ -30,8 +31,8 @@ std::uint32_t numberAt(std::string_view bytes, std::size_t at) {
 
 [[noreturn]] void blame(const std::string& path, const std::string& reader,
                         const std::string& problem) {
-  throw ModelError(kExitInput, {path, "cannot be read: " + reader + " " + problem,
-                                "update the importer, or save the model in another format"});
+  throw ModelError(kExitInput, {path, tr("cannot be read: %1 %2", {reader, problem}),
+                                tr("update the importer, or save the model in another format")});
 }
 
 // asset.extras of a document; null where there is none.
@@ -81,7 +82,7 @@ class StatementReader {
     const auto known = unit.is_string() ? parseUnit(unit.get_ref<const std::string&>())
                                         : std::optional<LengthUnit>();
     if (!known) {
-      blame(path_, reader_, "states a unit that is none of mm, cm, m, in and ft");
+      blame(path_, reader_, tr("states a unit that is none of mm, cm, m, in and ft"));
     }
     return *known;
   }
@@ -96,7 +97,7 @@ class StatementReader {
     if (extras_["up"] == "y") {
       return UpAxis::kY;
     }
-    blame(path_, reader_, "states an up axis that is neither y nor z");
+    blame(path_, reader_, tr("states an up axis that is neither y nor z"));
   }
 
   std::array<double, 3> Origin() const {
@@ -112,7 +113,7 @@ class StatementReader {
       isValid = isValid && std::isfinite(origin[axis]);
     }
     if (!isValid) {
-      blame(path_, reader_, "states an origin that is not three numbers");
+      blame(path_, reader_, tr("states an origin that is not three numbers"));
     }
     return origin;
   }
@@ -130,7 +131,7 @@ ImporterStatement importerStatement(std::string_view glb, const std::string& pat
                         numberAt(glb, 16) == kJsonChunk &&
                         numberAt(glb, 12) <= glb.size() - kHeaders;
   if (!isBinary) {
-    blame(path, reader, "did not write a binary glTF file");
+    blame(path, reader, tr("did not write a binary glTF file"));
   }
   const Json extras = extrasOf(glb.substr(kHeaders, numberAt(glb, 12)));
   return StatementReader(extras, path, reader).Read();
@@ -150,7 +151,7 @@ Model readImportedModel(const std::string& file, const std::string& path,
     if (reason.find("bad_alloc") != std::string::npos) {
       throw std::bad_alloc();
     }
-    blame(path, reader, "did not write a valid binary glTF file");
+    blame(path, reader, tr("did not write a valid binary glTF file"));
   }
   model.source.path = path;
   model.source.importer = reader;

@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "app/cli/translation.h"
+
 namespace dxf2d {
 namespace {
 
@@ -72,7 +74,7 @@ MeshContent checkMesh(const SourceMesh& mesh, std::string& fault) {
   const std::size_t vertexCount = mesh.VertexCount();
   const std::size_t broken = firstBrokenVertex(mesh);
   if (broken != vertexCount) {
-    fault = "vertex " + std::to_string(broken) + " is not finite";
+    fault = tr("vertex %1 is not finite", {std::to_string(broken)});
     return content;
   }
   if (mesh.Triangles() != nullptr) {
@@ -86,8 +88,9 @@ MeshContent checkMesh(const SourceMesh& mesh, std::string& fault) {
     const unsigned corner = firstBrokenCorner(corners, count, vertexCount);
     if (corner != count) {
       if (fault.empty()) {
-        fault = "face " + std::to_string(face) + " names vertex " +
-                std::to_string(corners[corner]) + " of " + std::to_string(vertexCount);
+        fault = tr(
+            "face %1 names vertex %2 of %3",
+            {std::to_string(face), std::to_string(corners[corner]), std::to_string(vertexCount)});
       }
     } else if (count == 1) {
       ++content.points;

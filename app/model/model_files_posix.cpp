@@ -19,6 +19,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/process/descriptor.h"
 
 namespace dxf2d {
@@ -61,7 +62,7 @@ class FileStream : public Assimp::IOStream {
     struct stat now {};
     if (fstat(fileno(file_), &now) == 0 &&
         (now.st_size != status_.st_size || !isSameTime(now.st_mtim, status_.st_mtim))) {
-      files_.NoteFailure(name_, "it changes while it is read");
+      files_.NoteFailure(name_, tr("it changes while it is read"));
     }
     std::fclose(file_);
   }
@@ -97,7 +98,7 @@ class FileStream : public Assimp::IOStream {
     if (std::ferror(file_) != 0) {
       files_.NoteFailure(name_, std::generic_category().message(errno != 0 ? errno : EIO));
     } else if (ftello(file_) < status_.st_size) {
-      files_.NoteFailure(name_, "it ends before its size is reached");
+      files_.NoteFailure(name_, tr("it ends before its size is reached"));
     }
   }
 

@@ -1,28 +1,28 @@
 #include "app/model/model_limits.h"
 
+#include "app/cli/translation.h"
 #include "app/model/model_error.h"
 
 namespace dxf2d {
 namespace {
 
-[[noreturn]] void fail(const std::string& path, const char* things, const char* option) {
+[[noreturn]] void fail(const std::string& path, const std::string& problem, const char* option) {
   throw ModelError(kExitLimit,
-                   {path, std::string("expands to more ") + things + " than " + option + " allows",
-                    std::string("raise ") + option + " or draw a part of the model"});
+                   {path, problem, tr("raise %1 or draw a part of the model", {option})});
 }
 
 }  // namespace
 
 void LimitChecker::AddNode() {
   if (left_.nodes == 0) {
-    fail(path_, "nodes", "--max-nodes");
+    fail(path_, tr("expands to more nodes than --max-nodes allows"), "--max-nodes");
   }
   --left_.nodes;
 }
 
 void LimitChecker::AddVertices(std::size_t count) {
   if (count > left_.vertices) {
-    fail(path_, "vertices", "--max-vertices");
+    fail(path_, tr("expands to more vertices than --max-vertices allows"), "--max-vertices");
   }
   left_.vertices -= count;
 }

@@ -10,6 +10,7 @@
 #include <set>
 
 #include "app/cli/printable.h"
+#include "app/cli/translation.h"
 #include "app/model/mesh_check.h"
 #include "app/model/model_objects.h"
 
@@ -161,14 +162,16 @@ std::vector<ListedNode> listNodes(const aiScene& model, const Affine& upright,
 std::string listingAsText(const std::vector<ListedNode>& nodes, LengthUnit unit) {
   // Deeper nodes are indented no further, so that a chain of nodes does not grow without bound.
   constexpr std::size_t kDeepest = 40;
-  std::string text =
-      "objects instances triangles   color  name, and size in units (" + unitName(unit) + ")\n";
+  std::string text = tr("objects instances triangles   color  name, and size in units (%1)",
+                        {tr(unitName(unit).c_str())}) +
+                     "\n";
   for (const ListedNode& node : nodes) {
     char counts[96];
     std::snprintf(counts, sizeof counts, "%7zu %9zu %9zu %7s  ", node.objects, node.instances,
                   node.triangles, node.color ? colorText(*node.color).c_str() : "-");
     text += counts + std::string(2 * std::min(node.depth, kDeepest), ' ') +
-            (node.name.empty() ? "(unnamed)" : printable(node.name)) + "  " + sizeText(node) + "\n";
+            (node.name.empty() ? tr("(unnamed)") : printable(node.name)) + "  " + sizeText(node) +
+            "\n";
   }
   return text;
 }

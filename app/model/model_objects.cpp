@@ -2,6 +2,7 @@
 
 #include <assimp/scene.h>
 
+#include "app/cli/translation.h"
 #include "app/model/label_name.h"
 #include "app/model/model_error.h"
 
@@ -17,14 +18,14 @@ Affine fromMatrix(const aiMatrix4x4& m) {
 }
 
 [[noreturn]] void fail(const std::string& path, const aiNode& node, const std::string& reason) {
-  throw ModelError(
-      kExitInput, {path, std::string("node '") + node.mName.C_Str() + "' " + reason, repairFile()});
+  throw ModelError(kExitInput,
+                   {path, tr("node '%1' %2", {node.mName.C_Str(), reason}), repairFile()});
 }
 
 ModelObject makeObject(const aiScene& model, const aiNode& node, const Affine& world,
                        const std::string& path) {
   if (!isFinite(world)) {
-    fail(path, node, "has a transform that is not finite");
+    fail(path, node, tr("has a transform that is not finite"));
   }
   ModelObject object;
   object.node = &node;
@@ -32,7 +33,7 @@ ModelObject makeObject(const aiScene& model, const aiNode& node, const Affine& w
   object.meshes.assign(node.mMeshes, node.mMeshes + node.mNumMeshes);
   for (const unsigned mesh : object.meshes) {
     if (mesh >= model.mNumMeshes || model.mMeshes[mesh] == nullptr) {
-      fail(path, node, "names mesh " + std::to_string(mesh) + ", which does not exist");
+      fail(path, node, tr("names mesh %1, which does not exist", {std::to_string(mesh)}));
     }
   }
   object.world = world;

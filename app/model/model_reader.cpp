@@ -13,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/model/model_error.h"
 #include "app/model/obj_materials.h"
 #include "app/model/stated_unit.h"
@@ -23,7 +24,7 @@ namespace {
 
 [[noreturn]] void fail(const std::string& path, const std::string& problem,
                        const std::string& remedy) {
-  throw ModelError(kExitInput, {path, "cannot be read: " + problem, remedy});
+  throw ModelError(kExitInput, {path, tr("cannot be read: %1", {problem}), remedy});
 }
 
 // assimp says "no suitable reader" or worse for files that cannot be opened at all.
@@ -31,21 +32,22 @@ void checkReadable(const std::string& path) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(path, error);
   if (status.type() == std::filesystem::file_type::not_found) {
-    fail(path, "there is no such file", "check the name");
+    fail(path, tr("there is no such file"), tr("check the name"));
   }
   if (error) {
-    fail(path, error.message(), "check the name and its permissions");
+    fail(path, error.message(), tr("check the name and its permissions"));
   }
   if (std::filesystem::is_directory(status)) {
-    fail(path, "it is a directory", "name a file in it");
+    fail(path, tr("it is a directory"), tr("name a file in it"));
   }
   // assimp seeks in both directions.
   if (!std::filesystem::is_regular_file(status)) {
-    fail(path, "it is not a regular file", "copy it to one");
+    fail(path, tr("it is not a regular file"), tr("copy it to one"));
   }
   errno = 0;
   if (!std::ifstream(path, std::ios::binary)) {
-    fail(path, std::generic_category().message(errno != 0 ? errno : EIO), "check its permissions");
+    fail(path, std::generic_category().message(errno != 0 ? errno : EIO),
+         tr("check its permissions"));
   }
 }
 
@@ -85,20 +87,21 @@ bool hasEnd(const std::string& path, const char* end) {
 
 [[noreturn]] void failAsReaderSays(const std::string& path, const std::string& message) {
   if (message.find("No suitable reader found") != std::string::npos) {
-    fail(path, "no importer knows this format",
-         "save the model in a supported one, such as IFC, glTF, OBJ or STL");
+    fail(path, tr("no importer knows this format"),
+         tr("save the model in a supported one, such as IFC, glTF, OBJ or STL"));
   }
   // Readers catch what they throw themselves.
   if (message.find("bad_alloc") != std::string::npos) {
     throw std::bad_alloc();
   }
   if (message.find("length_error") != std::string::npos) {
-    fail(path, "it declares impossible sizes", repairFile());
+    fail(path, tr("it declares impossible sizes"), repairFile());
   }
   // assimp knows the first version alone.
   const bool isIfc = hasEnd(path, ".ifc");
-  fail(path, message.empty() ? "the importer gives no reason" : cut(oneLine(message)),
-       isIfc ? "install dxf2d-import-ifc, which reads IFC4 too, or repair the file" : repairFile());
+  fail(path, message.empty() ? tr("the importer gives no reason") : cut(oneLine(message)),
+       isIfc ? tr("install dxf2d-import-ifc, which reads IFC4 too, or repair the file")
+             : repairFile());
 }
 
 std::string listOf(const std::vector<std::string>& names) {
@@ -113,8 +116,8 @@ std::string listOf(const std::vector<std::string>& names) {
 void checkFiles(ModelFiles& files, const aiScene* scene, const std::string& path) {
   if (!files.failure.empty()) {
     const bool isModel = std::filesystem::path(path).filename() == files.failedFile;
-    fail(path, (isModel ? "" : "its '" + files.failedFile + "': ") + files.failure,
-         "check the disk and that no program is writing the file");
+    fail(path, isModel ? files.failure : tr("its '%1': %2", {files.failedFile, files.failure}),
+         tr("check the disk and that no program is writing the file"));
   }
   dropOptionalFiles(files, path);
   std::vector<std::string> absent = files.outside;
@@ -125,9 +128,9 @@ void checkFiles(ModelFiles& files, const aiScene* scene, const std::string& path
   const bool isEmpty = scene == nullptr || (scene->mFlags & AI_SCENE_FLAGS_INCOMPLETE) != 0;
   if (isEmpty && !absent.empty()) {
     fail(path,
-         "what it shows is in files that are missing or outside its directory: " +
-             cut(listOf(absent)),
-         "put them beside the model, or use --allow-outside");
+         tr("what it shows is in files that are missing or outside its directory: %1",
+            {cut(listOf(absent))}),
+         tr("put them beside the model, or use --allow-outside"));
   }
 }
 

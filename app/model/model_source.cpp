@@ -2,6 +2,7 @@
 
 #include <assimp/scene.h>
 
+#include "app/cli/translation.h"
 #include "app/model/model_error.h"
 
 namespace dxf2d {
@@ -17,9 +18,10 @@ SourceMesh sourceMesh(const aiScene& model, const ModelSource& source, unsigned 
 
 void requireUnchanged(const ModelSource& source) {
   if (source.triangles && !source.triangles->IsWhole()) {
-    throw ModelError(kExitInput,
-                     {source.path, "cannot be read: it changes while it is read, or its disk fails",
-                      "check the disk and that no program is writing the file"});
+    throw ModelError(
+        kExitInput,
+        {source.path, tr("cannot be read: it changes while it is read, or its disk fails"),
+         tr("check the disk and that no program is writing the file")});
   }
 }
 

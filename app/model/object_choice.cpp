@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/model/label_name.h"
 #include "app/model/name_pattern.h"
 
@@ -16,7 +17,7 @@ std::string listOf(const std::vector<std::string>& names) {
   for (const std::string& name : names) {
     list += (list.empty() ? "'" : ", '") + name + "'";
   }
-  return list.empty() ? "none has a name" : list;
+  return list.empty() ? tr("none has a name") : list;
 }
 
 }  // namespace
@@ -59,9 +60,9 @@ void ObjectChoice::CheckMatched(const std::string& path,
   for (const std::vector<Pattern>* patterns : {&only_, &exclude_}) {
     for (const Pattern& pattern : *patterns) {
       if (!pattern.hasMatched) {
-        throw UsageError({path, "nothing matches " + pattern.option + " '" + pattern.text + "'",
-                          "choose another pattern; the nearest names are " +
-                              listOf(nearestNames(names, pattern.text, kShownNames))});
+        throw UsageError({path, tr("nothing matches %1 '%2'", {pattern.option, pattern.text}),
+                          tr("choose another pattern; the nearest names are %1",
+                             {listOf(nearestNames(names, pattern.text, kShownNames))})});
       }
     }
   }

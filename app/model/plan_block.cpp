@@ -7,6 +7,7 @@
 #include <map>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/model/mesh_geometry.h"
 #include "app/model/model_error.h"
 #include "app/model/object_mesh.h"
@@ -45,7 +46,9 @@ bool showsInPlan(const PlanPart& part) {
   return showsInPlan(*std::get<std::shared_ptr<const KtLineSet>>(part.geometry));
 }
 
-constexpr const char* kOutOfRange = "a vertex leaves the range of numbers where its node places it";
+std::string outOfRange() {
+  return tr("a vertex leaves the range of numbers where its node places it");
+}
 
 // Adds the geometry's points to the hull.
 void addTo(HullPoints& hull, const KtSceneGeometry& geometry) {
@@ -130,8 +133,8 @@ void BlockBuilder::CountMeshes(const std::vector<unsigned>& meshes) {
   }
   if (!isWithinIndexRange(vertices, polygons, corners)) {
     throw ModelError(kExitLimit,
-                     {source_.path, "an object of it has too many faces for one drawing",
-                      "split the object into several"});
+                     {source_.path, tr("an object of it has too many faces for one drawing"),
+                      tr("split the object into several")});
   }
 }
 
@@ -156,7 +159,7 @@ PlanBlock BlockBuilder::BuildAsGiven(const std::vector<unsigned>& meshes,
     }
     MeshGeometry geometry;
     if (!makeMeshGeometry(MeshOf(mesh), ContentOf(mesh), residual, geometry)) {
-      Fail(mesh, kOutOfRange);
+      Fail(mesh, outOfRange());
     }
     if (geometry.faces) {
       block.parts.push_back({std::move(geometry.faces), ColorOf(mesh), mesh});
@@ -195,7 +198,7 @@ GatheredMesh BlockBuilder::Gather(const std::vector<unsigned>& meshes,
     }
     if (!appendMesh(MeshOf(meshes[part]), ContentOf(meshes[part]), residual,
                     static_cast<mesh::Index>(part), object.mesh)) {
-      Fail(meshes[part], kOutOfRange);
+      Fail(meshes[part], outOfRange());
     }
   }
   return object;
@@ -283,10 +286,11 @@ Color BlockBuilder::ColorOf(unsigned mesh) const {
 }
 
 void BlockBuilder::Fail(unsigned mesh, const std::string& reason) const {
-  throw ModelError(kExitInput, {source_.path,
-                                "in mesh " + std::to_string(mesh) + " '" +
-                                    model_.mMeshes[mesh]->mName.C_Str() + "', " + reason,
-                                repairFile()});
+  throw ModelError(kExitInput,
+                   {source_.path,
+                    tr("in mesh %1 '%2', %3",
+                       {std::to_string(mesh), model_.mMeshes[mesh]->mName.C_Str(), reason}),
+                    repairFile()});
 }
 
 }  // namespace dxf2d

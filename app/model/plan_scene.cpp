@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/cli/translation.h"
 #include "app/model/label_layout.h"
 #include "app/model/linework_scene.h"
 #include "app/model/model_error.h"
@@ -218,8 +219,8 @@ double scaleOf(const ModelSource& source, const PlanOptions& options, PlanConten
   }
   if (!content.modelUnit.IsKnown()) {
     throw UsageError({source.path,
-                      "--units needs the model's own unit, which this file does not state",
-                      "give it with --source-units"});
+                      tr("--units needs the model's own unit, which this file does not state"),
+                      tr("give it with --source-units")});
   }
   return content.modelUnit.meters / content.drawingUnit.meters * options.scale;
 }
@@ -229,8 +230,8 @@ CutPlane cutOf(const Storey& storey, const ModelSource& source, double scale,
                const PlanContent& content) {
   if (!content.modelUnit.IsKnown()) {
     throw UsageError({source.path,
-                      "--storey needs the model's own unit, which this file does not state",
-                      "give it with --source-units"});
+                      tr("--storey needs the model's own unit, which this file does not state"),
+                      tr("give it with --source-units")});
   }
   return {storey.floor + kStoreyCutMeters / content.modelUnit.meters * scale, true, {}};
 }
@@ -267,18 +268,18 @@ void moveBy(double x, double y, PlanScene& plan) {
 
 std::string emptinessOf(const PlanContent& content, const PlanOptions& options) {
   if (content.unseenObjects != 0 && (options.linework.cut || !options.storey.empty())) {
-    return "nothing of it shows below the cut";
+    return tr("nothing of it shows below the cut");
   }
   if (content.unseenObjects != 0) {
-    return "no edge of it shows in this view";
+    return tr("no edge of it shows in this view");
   }
   if (content.points != 0) {
-    return "it holds points, which a plan does not show";
+    return tr("it holds points, which a plan does not show");
   }
   if (content.emptyObjects != 0) {
-    return "its meshes have no faces and no lines";
+    return tr("its meshes have no faces and no lines");
   }
-  return "no node of it carries a mesh";
+  return tr("no node of it carries a mesh");
 }
 
 }  // namespace
@@ -299,13 +300,13 @@ void requireObjects(const PlanContent& content, const ModelSource& source,
   const bool isAnyChosen = content.emptyObjects + content.unseenObjects + content.points != 0;
   if (content.objects == 0 && !options.filter.IsEmpty() && !isAnyChosen) {
     throw ModelError(kExitNothingToDraw,
-                     {source.path, "nothing to draw: --only and --exclude leave no object",
-                      "choose other patterns"});
+                     {source.path, tr("nothing to draw: --only and --exclude leave no object"),
+                      tr("choose other patterns")});
   }
   if (content.objects == 0) {
     throw ModelError(kExitNothingToDraw,
-                     {source.path, "nothing to draw: " + emptinessOf(content, options),
-                      "choose a model with faces or lines"});
+                     {source.path, tr("nothing to draw: %1", {emptinessOf(content, options)}),
+                      tr("choose a model with faces or lines")});
   }
 }
 

@@ -6,6 +6,7 @@
 #include <unordered_set>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/model/label_name.h"
 #include "app/model/name_pattern.h"
 
@@ -49,13 +50,14 @@ Storey findStorey(const aiScene& model, const Affine& sheet, const std::string& 
     }
   });
   if (names.empty()) {
-    throw UsageError({path, "--storey needs a model with storeys, such as a building in IFC",
-                      "use --cut instead"});
+    throw UsageError({path, tr("--storey needs a model with storeys, such as a building in IFC"),
+                      tr("use --cut instead")});
   }
   if (matches.size() != 1) {
-    const std::string count = matches.empty() ? "no storey" : "more than one storey";
-    throw UsageError(
-        {path, count + " matches --storey '" + pattern + "'", "choose one of " + listOf(names)});
+    const char* const problem = matches.empty()
+                                    ? marked("no storey matches --storey '%1'")
+                                    : marked("more than one storey matches --storey '%1'");
+    throw UsageError({path, tr(problem, {pattern}), tr("choose one of %1", {listOf(names)})});
   }
   return storey;
 }
