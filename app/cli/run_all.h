@@ -7,12 +7,13 @@
 
 #include "app/cli/exit_code.h"
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 
 // Runs `one`, which returns an exit code, on each item. Returns that of a single item; of several,
 // kExitSomeFailed after a message if any failed. `missed` says what became of those, such as
-// "models were not drawn".
+// "%1 of %2 models were not drawn".
 template <typename Item, typename One>
 int runAll(const std::vector<Item>& items, const char* missed, const One& one) {
   std::size_t failed = 0;
@@ -28,8 +29,8 @@ int runAll(const std::vector<Item>& items, const char* missed, const One& one) {
     return kExitDone;
   }
   return fail(kExitSomeFailed,
-              {"", std::to_string(failed) + " of " + std::to_string(items.size()) + " " + missed,
-               "see the messages above"});
+              {"", tr(missed, {std::to_string(failed), std::to_string(items.size())}),
+               tr("see the messages above")});
 }
 
 }  // namespace dxf2d

@@ -8,6 +8,7 @@
 
 #include "app/batch/output_names.h"
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 
@@ -29,7 +30,7 @@ void checkNames(const std::vector<ExportJob>& jobs) {
   std::set<std::string> names;
   for (const ExportJob& job : jobs) {
     if (!names.insert(job.drawing).second) {
-      throw UsageError({job.drawing, "would be drawn twice", "name each height once"});
+      throw UsageError({job.drawing, tr("would be drawn twice"), tr("name each height once")});
     }
   }
 }
@@ -73,12 +74,12 @@ std::vector<ExportJob> jobsIntoFile(const std::string& model, const std::string&
     return {{model, output, cuts.empty() ? std::nullopt : std::optional(cuts.front())}};
   }
   if (output == "-") {
-    throw UsageError({"", "several drawings cannot go to standard output",
-                      "name a directory for them with --output"});
+    throw UsageError({"", tr("several drawings cannot go to standard output"),
+                      tr("name a directory for them with --output")});
   }
   if (output.find(kHeightPlace) == std::string::npos) {
-    throw UsageError({output, "would be the drawing of several cuts",
-                      "write %h where the name is to have their heights"});
+    throw UsageError({output, tr("would be the drawing of several cuts"),
+                      tr("write %h where the name is to have their heights")});
   }
   std::vector<ExportJob> jobs;
   jobs.reserve(cuts.size());

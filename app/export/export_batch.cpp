@@ -11,6 +11,7 @@
 #include "app/batch/progress.h"
 #include "app/batch/report_file.h"
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/export/export_job.h"
 #include "app/process/termination_signals.h"
@@ -32,11 +33,12 @@ std::optional<std::string> reasonToSkip(const ExportJob& job, Skipped skipped) {
     return std::nullopt;
   }
   if (skipped == Skipped::kExisting) {
-    return "has a drawing";
+    return tr("has a drawing");
   }
   const fs::file_time_type changed = fs::last_write_time(job.model, error);
-  return !error && changed <= drawn ? std::optional<std::string>("is not newer than its drawing")
-                                    : std::nullopt;
+  return !error && changed <= drawn
+             ? std::optional<std::string>(tr("is not newer than its drawing"))
+             : std::nullopt;
 }
 
 // As a shell would take them.
@@ -127,7 +129,7 @@ class ExportBatch {
     bool hasBegunToDraw = false;
     if (const auto reason = reasonToSkip(job, options_.batch.skipped)) {
       record.outcome = batch::Outcome::kSkipped;
-      record.sentence = *reason;
+      record.sentence = inEnglish(*reason);
       ++skipped_;
     } else {
       record.exitCode = Draw(job, record, hasBegunToDraw);
@@ -165,10 +167,11 @@ class ExportBatch {
 
   int Draw(const ExportJob& job, batch::Record& record, bool& hasBegunToDraw) {
     if (isSceneFile(job.model) && !optionForModels_.empty()) {
-      return fail(kExitUsage, {job.model,
-                               optionForModels_ + " applies to models only, and a scene file is "
-                                                  "drawn exactly as it is",
-                               "leave the option out"});
+      return fail(kExitUsage,
+                  {job.model,
+                   tr("%1 applies to models only, and a scene file is drawn exactly as it is",
+                      {optionForModels_}),
+                   tr("leave the option out")});
     }
     if (jobs_.size() > 1) {
       // What fails here is said when the drawing is created.
@@ -197,13 +200,15 @@ class ExportBatch {
   int Conclude(std::size_t total) {
     const std::size_t begun = drawn_ + skipped_ + failed_;
     const std::string rest =
-        begun == total ? "" : ", " + std::to_string(total - begun) + " not begun or not finished";
-    const std::string counts = std::to_string(drawn_) + " drawn, " + std::to_string(skipped_) +
-                               " skipped, " + std::to_string(failed_) + " failed" + rest;
+        begun == total ? "" : tr(", %1 not begun or not finished", {std::to_string(total - begun)});
+    const std::string counts =
+        tr("%1 drawn, %2 skipped, %3 failed",
+           {std::to_string(drawn_), std::to_string(skipped_), std::to_string(failed_)}) +
+        rest;
     if (isTerminationPending()) {
       if (total > 1) {
-        note("interrupted: of " + std::to_string(total) + " models, " + counts +
-             "; --skip-existing goes on from here");
+        note(tr("interrupted: of %1 models, %2; --skip-existing goes on from here",
+                {std::to_string(total), counts}));
       }
       return kExitInternal;
     }
@@ -216,12 +221,11 @@ class ExportBatch {
     if (failed_ == 0) {
       return kExitDone;
     }
-    const char* const missed =
-        options_.cuts.size() > 1 ? " drawings were not made" : " models were not drawn";
-    return fail(kExitSomeFailed, {"",
-                                  std::to_string(failed_) + " of " + std::to_string(total) +
-                                      missed + (rest.empty() ? "" : rest),
-                                  "see the messages above"});
+    const char* const missed = options_.cuts.size() > 1 ? marked("%1 of %2 drawings were not made")
+                                                        : marked("%1 of %2 models were not drawn");
+    return fail(kExitSomeFailed,
+                {"", tr(missed, {std::to_string(failed_), std::to_string(total)}) + rest,
+                 tr("see the messages above")});
   }
 
   const std::vector<ExportJob>& jobs_;

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 
+#include "app/cli/translation.h"
 #include "app/export/export_request.h"
 #include "app/output/work_output.h"
 #include "app/process/worker_call.h"
@@ -17,7 +18,7 @@ inline constexpr const char* kFormatsTask = "formats";
 inline constexpr const char* kDescribeTask = "describe";
 
 // The stage of an export in which the plug-in works.
-inline constexpr const char* kDrawingStage = "drawing";
+inline constexpr const char* kDrawingStage = marked("drawing");
 
 // What was made of a model before the worker reads it.
 struct ImportedFile {

@@ -12,6 +12,7 @@
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
 #include "app/cli/run_all.h"
+#include "app/cli/translation.h"
 #include "app/export/drawing_names.h"
 #include "app/export/export_batch.h"
 #include "app/export/line_options.h"
@@ -56,13 +57,13 @@ void checkLinks(const std::vector<ExportJob>& jobs) {
     const auto model =
         replaced ? modelAt.find({replaced->device, replaced->number}) : modelAt.end();
     if (model != modelAt.end()) {
-      throw UsageError({job.drawing, "would replace the model '" + model->second + "'",
-                        "draw into another directory"});
+      throw UsageError({job.drawing, tr("would replace the model '%1'", {model->second}),
+                        tr("draw into another directory")});
     }
     const auto [other, isNew] = drawingAt.emplace(place, job.drawing);
     if (!isNew) {
-      throw UsageError({job.drawing, "is the same file as '" + other->second + "'",
-                        "draw into another directory"});
+      throw UsageError({job.drawing, tr("is the same file as '%1'", {other->second}),
+                        tr("draw into another directory")});
     }
   }
 }
@@ -73,14 +74,15 @@ std::string withoutDot(const std::string& end) { return end.empty() ? end : end.
 void checkBatchOptions(const ExportOptions& options, bool isForSeveral) {
   const BatchOptions& batch = options.batch;
   if (batch.keepsGoing && batch.failsFast) {
-    throw UsageError({"", "--keep-going and --fail-fast exclude one another", "give one of them"});
+    throw UsageError(
+        {"", tr("--keep-going and --fail-fast exclude one another"), tr("give one of them")});
   }
   if (!isForSeveral) {
     return;
   }
   if (options.output == "-") {
-    throw UsageError({"", "several drawings cannot go to standard output",
-                      "name a directory for them with --output"});
+    throw UsageError({"", tr("several drawings cannot go to standard output"),
+                      tr("name a directory for them with --output")});
   }
   std::error_code ignored;
   const std::filesystem::path output = options.output;
@@ -88,9 +90,9 @@ void checkBatchOptions(const ExportOptions& options, bool isForSeveral) {
       parseOutputFormat(withoutDot(output.extension().string())) &&
       !std::filesystem::is_directory(output, ignored)) {
     throw UsageError({options.output,
-                      "is the name of one file, and several models have a drawing each",
-                      "name a directory for them, such as '" +
-                          output.parent_path().append(output.stem().string()).string() + "/'"});
+                      tr("is the name of one file, and several models have a drawing each"),
+                      tr("name a directory for them, such as '%1/'",
+                         {output.parent_path().append(output.stem().string()).string()})});
   }
 }
 
@@ -115,7 +117,8 @@ batch::Inputs inputsOf(const ExportOptions& options) {
       {options.models, options.batch.lists, options.batch.isRecursive, options.output}, isModel);
   if (inputs.inputs.empty() && inputs.problems.empty()) {
     throw UsageError({options.models.empty() ? options.batch.lists.front() : options.models.front(),
-                      "names no models", "name others, or look into folders of folders with -r"});
+                      tr("names no models"),
+                      tr("name others, or look into folders of folders with -r")});
   }
   return inputs;
 }
@@ -130,8 +133,8 @@ void makeDirectory(const std::string& directory) {
 int runJobs(const std::vector<ExportJob>& jobs, const ExportOptions& options,
             const std::vector<Message>& problems = {}) {
   if (jobs.size() > 1 && !options.preview.empty()) {
-    throw UsageError({options.preview, "would be the picture of several drawings",
-                      "draw pictures of them with dxf2d preview, or one drawing at a time"});
+    throw UsageError({options.preview, tr("would be the picture of several drawings"),
+                      tr("draw pictures of them with dxf2d preview, or one drawing at a time")});
   }
   if (jobs.size() > 1) {
     checkLinks(jobs);
@@ -160,14 +163,14 @@ int exportModels(ExportOptions options) {
     options.format = isForSeveral ? OutputFormat::kDxf : formatOfName(options.output);
   }
   if (options.picture.sheet && *options.format == OutputFormat::kDxf && options.preview.empty()) {
-    throw UsageError({options.output, "is a drawing, which has no paper",
-                      "leave out --paper, --plot-scale, --margin, --title and --dpi, or write a "
-                      "picture with --format or --preview"});
+    throw UsageError({options.output, tr("is a drawing, which has no paper"),
+                      tr("leave out --paper, --plot-scale, --margin, --title and --dpi, or write a "
+                         "picture with --format or --preview")});
   }
   if (options.picture.sheet && *options.format == OutputFormat::kHtml &&
       !isTitleOnly(*options.picture.sheet)) {
-    throw UsageError({options.output, "is a page, which has no paper until it is printed",
-                      "leave out --paper, --plot-scale, --margin and --dpi"});
+    throw UsageError({options.output, tr("is a page, which has no paper until it is printed"),
+                      tr("leave out --paper, --plot-scale, --margin and --dpi")});
   }
   checkBatchOptions(options, isForSeveral);
   if (!isForSeveral) {
@@ -191,7 +194,7 @@ int runExport(const ExportOptions& options) {
     if (!options.isListing) {
       return exportModels(options);
     }
-    return runAll(options.models, "models were not listed",
+    return runAll(options.models, "%1 of %2 models were not listed",
                   [&](const std::string& model) { return listModel(model, options); });
   });
 }

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "app/cli/translation.h"
 #include "app/export/export_summary.h"
 
 namespace dxf2d {
@@ -70,8 +71,8 @@ std::string factsOfModel(const std::string& path, const std::string& reader,
                    {"vertices", counts.vertices},
                    {"labels", counts.texts},
                    {"extents", Json::array({extent.minX, extent.minY, extent.maxX, extent.maxY})},
-                   {"repairs", repairsOf(content.meshWork)},
-                   {"skipped", skippedOf(content, counts)}};
+                   {"repairs", inEnglish(repairsOf(content.meshWork))},
+                   {"skipped", inEnglish(skippedOf(content, counts))}};
   return textOf(facts);
 }
 

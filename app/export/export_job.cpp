@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/export/export_report.h"
 #include "app/export/import_step.h"
@@ -32,14 +33,14 @@ void say(std::FILE* stream, const std::string& line) {
 // A file that a job writes, by the user's name.
 struct Output {
   std::string name;
-  const char* remedy;
+  std::string remedy;
 };
 
 // The drawing, and the picture beside it if there is one.
 std::vector<Output> outputsOf(const ExportJob& job, const ExportOptions& options) {
-  std::vector<Output> outputs = {{job.drawing, "give the drawing another name"}};
+  std::vector<Output> outputs = {{job.drawing, tr("give the drawing another name")}};
   if (!options.preview.empty()) {
-    outputs.push_back({options.preview, "give the picture another name"});
+    outputs.push_back({options.preview, tr("give the picture another name")});
   }
   return outputs;
 }
@@ -48,10 +49,10 @@ std::vector<Output> outputsOf(const ExportJob& job, const ExportOptions& options
 void checkInputs(const ExportJob& job, const ExportOptions& options) {
   for (const Output& output : outputsOf(job, options)) {
     if (Destination::IsFile(output.name, job.model)) {
-      throw UsageError({output.name, "is the model itself", output.remedy});
+      throw UsageError({output.name, tr("is the model itself"), output.remedy});
     }
     if (Destination::IsFile(output.name, pluginFile(options.plugin))) {
-      throw UsageError({output.name, "is the plug-in", output.remedy});
+      throw UsageError({output.name, tr("is the plug-in"), output.remedy});
     }
   }
 }
@@ -63,7 +64,7 @@ void checkCompanions(const ExportJob& job, const ExportOptions& options,
     const std::optional<FileIdentity> file = Destination::IdentityOf(output.name);
     if (file && std::ranges::find(report.inputs, *file) != report.inputs.end()) {
       throw UsageError(
-          {output.name, "is a file that the model '" + job.model + "' refers to", output.remedy});
+          {output.name, tr("is a file that the model '%1' refers to", {job.model}), output.remedy});
     }
   }
 }
@@ -78,12 +79,13 @@ std::string timeSince(Clock::time_point start) {
 // Throws UsageError where the preview cannot be a picture of its own.
 void checkPreview(const ExportJob& job, const ExportOptions& options) {
   if (!pictureFormat(options.preview)) {
-    throw UsageError(
-        {options.preview, "the picture's format is unknown", "end the name in .png, .svg or .pdf"});
+    throw UsageError({options.preview, tr("the picture's format is unknown"),
+                      tr("end the name in .png, .svg or .pdf")});
   }
   if (options.preview == job.drawing ||
       Destination::IsFile(options.preview, Destination::PathOf(job.drawing))) {
-    throw UsageError({options.preview, "is the drawing itself", "give the picture another name"});
+    throw UsageError(
+        {options.preview, tr("is the drawing itself"), tr("give the picture another name")});
   }
 }
 
@@ -104,7 +106,7 @@ class StageTimes {
  private:
   void End() {
     if (!stage_.empty()) {
-      text_ += (text_.empty() ? "" : ", ") + stage_ + " " + timeSince(begin_);
+      text_ += (text_.empty() ? "" : ", ") + tr(stage_.c_str()) + " " + timeSince(begin_);
       stage_.clear();
     }
   }
@@ -123,7 +125,7 @@ int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& opti
   const std::string foreign = options.pluginFacts.isOwn ? "" : options.plugin;
   const auto beginStage = [&](std::string_view stage) {
     times.Begin(stage);
-    work.Blame(stage == kDrawingStage ? foreign : "", " while it draws '" + job.model + "'");
+    work.Blame(stage == kDrawingStage ? foreign : "", tr(" while it draws '%1'", {job.model}));
     if (news.onStage) {
       news.onStage(stage);
     }
@@ -139,7 +141,7 @@ int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& opti
     call.onStage = beginStage;
     std::uint64_t peakMemory = 0;
     // Before the worker reads the model it loads the plug-in.
-    work.Blame(foreign, " while it is loaded");
+    work.Blame(foreign, tr(" while it is loaded"));
     // Some importers crash on malformed files.
     code = work.Run(std::move(call), told, &peakMemory);
     news.peakMemory = std::max(news.peakMemory, peakMemory);
@@ -189,7 +191,7 @@ int draw(InputTask& work, const ExportJob& job, const ExportOptions& options, Jo
 }  // namespace
 
 int runExportJob(const ExportJob& job, const ExportOptions& options, JobNews& news) {
-  InputTask work("the importer", job.model, options.limits);
+  InputTask work(tr("the importer"), job.model, options.limits);
   return work.Reporting([&] { return draw(work, job, options, news); });
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/export/block_sources.h"
 #include "app/export/drawing_completion.h"
 #include "app/export/drawing_counts.h"
@@ -38,9 +39,9 @@ namespace {
 // "; missing: chair.lwo, m.mtl; outside: ../secret", or nothing.
 std::string absentFilesOf(const ModelFiles& files) {
   std::string text;
-  for (const auto& [title, names] :
-       {std::pair("; missing: ", &files.missing), std::pair("; outside: ", &files.outside)}) {
-    const char* separator = title;
+  for (const auto& [title, names] : {std::pair(tr("; missing: "), &files.missing),
+                                     std::pair(tr("; outside: "), &files.outside)}) {
+    std::string separator = title;
     for (const std::string& name : *names) {
       text += separator + name;
       separator = ", ";
@@ -55,7 +56,7 @@ std::string statementOf(const ModelSource& source, const ImportedFile& imported,
                         const ImportSettings& settings) {
   std::string text;
   if (imported.IsThere()) {
-    text += "; read by " + source.importer;
+    text += tr("; read by %1", {source.importer});
   }
   for (const std::string& note : source.notes) {
     text += "; " + note;
@@ -64,13 +65,13 @@ std::string statementOf(const ModelSource& source, const ImportedFile& imported,
   const std::string withoutEffect = imported.IsThere()               ? imported.withoutEffect
                                     : settings.contains("tolerance") ? "--tolerance"
                                                                      : "";
-  return withoutEffect.empty() ? text : text + "; no effect: " + withoutEffect;
+  return withoutEffect.empty() ? text : text + tr("; no effect: %1", {withoutEffect});
 }
 
 ModelError sceneFailure(const KtSceneError& error) {
   // Some of its messages already say what to do.
   std::string problem = error.what();
-  std::string remedy = "fix the scene file";
+  std::string remedy = tr("fix the scene file");
   if (const std::size_t semicolon = problem.find("; "); semicolon != std::string::npos) {
     remedy = problem.substr(semicolon + 2);
     problem.resize(semicolon);
@@ -130,10 +131,11 @@ class ExportTask {
   void CheckFormat() const {
     const KtPluginDescription description = traverser_.Description();
     if (description.extension != options_.pluginFacts.end) {
-      throw PluginError({options_.plugin,
-                         std::string("writes ") + description.format + " and not '" +
-                             options_.pluginFacts.end + "', as is expected of it",
-                         "have the plug-in itself call KtTraverser::Describe, or name another"});
+      throw PluginError(
+          {options_.plugin,
+           tr("writes %1 and not '%2', as is expected of it",
+              {description.format, options_.pluginFacts.end}),
+           tr("have the plug-in itself call KtTraverser::Describe, or name another")});
     }
   }
 
@@ -185,8 +187,9 @@ class ExportTask {
       }
       return completion;
     }
-    return fail(kExitNothingToDraw, {job_.model, "nothing to draw: no edge is visible in this view",
-                                     "choose another --view"});
+    return fail(kExitNothingToDraw,
+                {job_.model, tr("nothing to draw: no edge is visible in this view"),
+                 tr("choose another --view")});
   }
 
   // Of a file that is no drawing in DXF.
@@ -221,9 +224,10 @@ class ExportTask {
   void CheckCut(const PlanContent& content) const {
     if (content.openEnds != 0) {
       throw ModelError(kExitInput, {job_.model,
-                                    "its cut lines have " + std::to_string(content.openEnds) +
-                                        " open ends, and --strict was given",
-                                    "close the gaps of the model, or cut it elsewhere"});
+                                    trn("its cut lines have %1 open ends, and --strict was given",
+                                        "its cut lines have %1 open ends, and --strict was given",
+                                        content.openEnds, {std::to_string(content.openEnds)}),
+                                    tr("close the gaps of the model, or cut it elsewhere")});
     }
   }
 
@@ -234,8 +238,8 @@ class ExportTask {
     report_.inputs.insert(report_.inputs.end(), textures.begin(), textures.end());
     const std::string absent = absentFilesOf(*model.files);
     if (options_.isStrict && !absent.empty()) {
-      throw ModelError(kExitInput, {job_.model, "is not complete" + absent,
-                                    "provide the files, or leave --strict out"});
+      throw ModelError(kExitInput, {job_.model, tr("is not complete%1", {absent}),
+                                    tr("provide the files, or leave --strict out")});
     }
   }
 
@@ -245,7 +249,7 @@ class ExportTask {
     const int code = options_.pluginFacts.isOwn ? CallPlugin(scene) : CallForeignPlugin(scene);
     if (code == kExitDone && !options_.pluginFacts.isOwn &&
         MappedFile(output_.path, output_.name).Bytes().empty()) {
-      return FailForPlugin("returns true and writes nothing");
+      return FailForPlugin(tr("returns true and writes nothing"));
     }
     return code;
   }
@@ -263,14 +267,15 @@ class ExportTask {
     }
     const std::string reason = output_.AsUserNamesIt(lastErrorBox());
     if (!options_.pluginFacts.isOwn && (hasWalkBegun() || reason.empty())) {
-      return FailForPlugin(std::string("returns false from ") +
-                           (hasWalkBegun() ? "slot 20" : "slot 19") +
-                           (reason.empty() ? "" : " (" + reason + ")"));
+      return FailForPlugin(tr(
+          "returns false from %1%2",
+          {(hasWalkBegun() ? "slot 20" : "slot 19"), (reason.empty() ? "" : " (" + reason + ")")}));
     }
     return fail(kExitOutputNotMade,
                 {output_.name,
-                 "cannot be created: " + (reason.empty() ? "the plug-in gives no reason" : reason),
-                 output_.remedy});
+                 tr("cannot be created: %1",
+                    {(reason.empty() ? tr("the plug-in gives no reason") : reason)}),
+                 tr(output_.remedy.c_str())});
   }
 
   int CallForeignPlugin(const KtScene& scene) {
@@ -281,15 +286,15 @@ class ExportTask {
     } catch (const Failure&) {
       throw;
     } catch (const std::exception& error) {
-      return FailForPlugin("throws \"" + output_.AsUserNamesIt(error.what()) + '"');
+      return FailForPlugin(tr("throws \"%1\"", {output_.AsUserNamesIt(error.what())}));
     } catch (...) {
-      return FailForPlugin("throws an object that is not a std::exception");
+      return FailForPlugin(tr("throws an object that is not a std::exception"));
     }
   }
 
   int FailForPlugin(const std::string& what) const {
-    return fail(kExitPlugin, {options_.plugin, what + " while it draws '" + job_.model + "'",
-                              "fix the plug-in or name another with --plugin"});
+    return fail(kExitPlugin, {options_.plugin, tr("%1 while it draws '%2'", {what, job_.model}),
+                              tr("fix the plug-in or name another with --plugin")});
   }
 
   int FailToWrite(const CFileException& error) const {
@@ -298,13 +303,13 @@ class ExportTask {
       // Without any character sets not even the message can be converted.
       return fail(
           kExitWriteFailed,
-          {output_.name, "cannot be written: the system has no character sets for its texts",
-           "install those of the C library (gconv)"});
+          {output_.name, tr("cannot be written: the system has no character sets for its texts"),
+           tr("install those of the C library (gconv)")});
     }
     // The plug-in itself gives a reason only for a text that the code page cannot take.
-    return fail(kExitWriteFailed,
-                {output_.name, "cannot be written: " + reason,
-                 error.m_strReason.IsEmpty() ? output_.remedy : "choose another --codepage"});
+    return fail(kExitWriteFailed, {output_.name, tr("cannot be written: %1", {reason}),
+                                   error.m_strReason.IsEmpty() ? tr(output_.remedy.c_str())
+                                                               : tr("choose another --codepage")});
   }
 
   // The system's message where there is one.

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/export/export_request.h"
 #include "app/model/imported_model.h"
@@ -36,7 +37,7 @@ inline Model readExportedModel(const std::string& path, const ExportOptions& opt
                     : readUnpackedModel(imported.unpacked, path, reading);
   if (!imported.unpacked.empty()) {
     const std::size_t name = imported.unpacked.rfind('/') + 1;
-    model.source.notes.push_back("unpacked " + imported.unpacked.substr(name));
+    model.source.notes.push_back(tr("unpacked %1", {imported.unpacked.substr(name)}));
   }
   return model;
 }

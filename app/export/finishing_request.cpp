@@ -2,6 +2,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 
@@ -52,12 +53,12 @@ OptionList finishedOnly(const FinishingRequest& request) {
 void checkRelease(const FinishingRequest& request, Release release) {
   const OptionList list = finishedOnly(request);
   if (release == Release::kR10 && !list.IsEmpty()) {
-    throw UsageError({"", "--release plain cannot hold what " + list.Text() + " asks for",
-                      "use --release r2000 or leave out " + list.Text()});
+    throw UsageError({"", tr("--release plain cannot hold what %1 asks for", {list.Text()}),
+                      tr("use --release r2000 or leave out %1", {list.Text()})});
   }
   if (release == Release::kR2000 && request.hasTrueColors) {
-    throw UsageError({"", "--release r2000 cannot hold true colors",
-                      "use --release r2004 or leave out --true-color"});
+    throw UsageError({"", tr("--release r2000 cannot hold true colors"),
+                      tr("use --release r2004 or leave out --true-color")});
   }
 }
 
@@ -72,7 +73,7 @@ void chooseRelease(const FinishingRequest& request, const ReleaseNeeds& needs,
     plan.reason = "--true-color";
   } else if (!list.IsEmpty() || needs.picture) {
     plan.release = Release::kR2000;
-    plan.reason = list.IsEmpty() ? "the picture" : list.Text();
+    plan.reason = list.IsEmpty() ? tr("the picture") : list.Text();
   }
 }
 
@@ -111,7 +112,7 @@ std::vector<Option> finishingOptions(FinishingRequest& request) {
 
 FinishingPlan planFinishing(const FinishingRequest& request, const ReleaseNeeds& needs) {
   if (request.simplifyTolerance && request.join && !*request.join) {
-    throw UsageError({"", "--simplify needs joined lines", "leave out --join off"});
+    throw UsageError({"", tr("--simplify needs joined lines"), tr("leave out --join off")});
   }
   FinishingPlan plan;
   plan.layers = request.layers.value_or(LayerScheme::kNone);

@@ -10,6 +10,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/export/import_step.h"
 #include "app/export/model_ends.h"
 #include "app/importer/importer.h"
@@ -42,7 +43,7 @@ std::string joined(const std::vector<std::string>& words) {
 }
 
 std::vector<ReadableFormat> findFormats(const FormatsOptions& options) {
-  std::vector<ReadableFormat> formats{{"Scene file", {".json"}, "dxf2d"}};
+  std::vector<ReadableFormat> formats{{tr("Scene file"), {".json"}, "dxf2d"}};
   const std::vector<Importer> importers = findImporters(options.importers);
   for (const Importer& importer : importers) {
     for (const ImporterFormat& format : importer.formats) {
@@ -52,7 +53,7 @@ std::vector<ReadableFormat> findFormats(const FormatsOptions& options) {
   for (const KnownFormat& known : kKnownFormats) {
     const std::string importer(known.importer);
     if (std::ranges::find(importers, importer, &Importer::name) == importers.end()) {
-      ReadableFormat format{std::string(known.name), {}, importer, "install " + importer};
+      ReadableFormat format{std::string(known.name), {}, importer, tr("install %1", {importer})};
       for (const std::string_view end : known.ends) {
         if (!end.empty()) {
           format.ends.emplace_back(end);
@@ -61,7 +62,8 @@ std::vector<ReadableFormat> findFormats(const FormatsOptions& options) {
       formats.push_back(std::move(format));
     }
   }
-  formats.push_back({"Packed model", UnpackedModel::Ends(), "dxf2d-unpack and the model's reader"});
+  formats.push_back(
+      {tr("Packed model"), UnpackedModel::Ends(), tr("dxf2d-unpack and the model's reader")});
   for (const ModelReader& reader : modelReaders({})) {
     formats.push_back({reader.name, reader.ends, "assimp"});
   }
@@ -72,8 +74,8 @@ void printAsText(const std::vector<ReadableFormat>& formats) {
   for (const ReadableFormat& format : formats) {
     const std::string ends = format.ends.empty() ? "" : " (" + joined(format.ends) + ")";
     printLine(stdout, format.name + ends + ": " +
-                          (format.remedy.empty() ? "read by " + format.reader
-                                                 : "cannot be read; " + format.remedy));
+                          (format.remedy.empty() ? tr("read by %1", {format.reader})
+                                                 : tr("cannot be read; %1", {format.remedy})));
   }
 }
 
@@ -81,9 +83,9 @@ void printAsJson(const std::vector<ReadableFormat>& formats) {
   using Json = nlohmann::ordered_json;
   Json list = Json::array();
   for (const ReadableFormat& format : formats) {
-    list.push_back({{"name", format.name},
+    list.push_back({{"name", inEnglish(format.name)},
                     {"extensions", format.ends},
-                    {"reader", format.reader},
+                    {"reader", inEnglish(format.reader)},
                     {"readable", format.remedy.empty()}});
   }
   printLine(stdout, list.dump(-1, ' ', true, Json::error_handler_t::replace));

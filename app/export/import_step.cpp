@@ -6,6 +6,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/export/model_ends.h"
 
 namespace dxf2d {
@@ -35,9 +36,9 @@ void checkInstalled(const std::string& path, const std::string& model) {
     if (format.hasNoOther && !end.empty() &&
         std::ranges::find(format.ends, end) != format.ends.end()) {
       throw Failure(kExitInput, {model,
-                                 "cannot be read: the importer of " + std::string(format.name) +
-                                     " is not installed",
-                                 "install " + std::string(format.importer)});
+                                 tr("cannot be read: the importer of %1 is not installed",
+                                    {std::string(format.name)}),
+                                 tr("install %1", {std::string(format.importer)})});
     }
   }
 }

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/drawing/drawing_units.h"
 
 namespace dxf2d {
@@ -73,8 +74,8 @@ FinishingPlan finishingOf(const ExportJob& job, const ExportOptions& options) {
   }
   FinishingPlan plan = planFinishing(options.finishing, {});
   if (plan.layers == finish::LayerScheme::kMaterial || plan.layers == finish::LayerScheme::kKind) {
-    throw UsageError({job.model, "a scene file names no materials and no kinds of lines",
-                      "use --layers object or --layers group"});
+    throw UsageError({job.model, tr("a scene file names no materials and no kinds of lines"),
+                      tr("use --layers object or --layers group")});
   }
   return plan;
 }

@@ -5,6 +5,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d {
 namespace {
@@ -91,14 +92,14 @@ void checkSheet(const ExportOptions& options) {
     return;
   }
   if (options.hasView) {
-    throw UsageError({"", "--sheet names its own views", "leave out --view or --sheet"});
+    throw UsageError({"", tr("--sheet names its own views"), tr("leave out --view or --sheet")});
   }
   if (!options.cuts.empty()) {
     throw UsageError(
-        {"", "--sheet shows whole models", "leave out --cut and --cut-at, or --sheet"});
+        {"", tr("--sheet shows whole models"), tr("leave out --cut and --cut-at, or --sheet")});
   }
   if (!options.plan.storey.empty()) {
-    throw UsageError({"", "--sheet shows whole models", "leave out --storey or --sheet"});
+    throw UsageError({"", tr("--sheet shows whole models"), tr("leave out --storey or --sheet")});
   }
 }
 
@@ -109,20 +110,21 @@ void checkLineOptions(const ExportOptions& options) {
   const LineworkOptions& linework = options.plan.linework;
   const bool hasOutline = linework.outline != OutlineOf::kNothing;
   if (hasOutline && linework.hidden != HiddenLines::kShow) {
-    throw UsageError({"", "--outline draws no hidden lines", "leave out --hidden or --outline"});
+    throw UsageError(
+        {"", tr("--outline draws no hidden lines"), tr("leave out --hidden or --outline")});
   }
   if (linework.dashLength && linework.hidden != HiddenLines::kDash) {
-    throw UsageError({"", "--dash needs --hidden dash", "give both or leave out --dash"});
+    throw UsageError({"", tr("--dash needs --hidden dash"), tr("give both or leave out --dash")});
   }
   if (!options.plan.storey.empty() && !options.cuts.empty()) {
-    throw UsageError({"", "--storey has a cut of its own", "leave out --cut and --cut-at"});
+    throw UsageError({"", tr("--storey has a cut of its own"), tr("leave out --cut and --cut-at")});
   }
   if (!options.plan.storey.empty() && options.hasView && options.plan.view != Affine()) {
-    throw UsageError({"", "--storey is seen from above", "leave out --view"});
+    throw UsageError({"", tr("--storey is seen from above"), tr("leave out --view")});
   }
   if (linework.outline == OutlineOf::kWholeView && options.plan.labels != PlanLabels::kNone) {
-    throw UsageError({"", "the outline of the whole view has no objects to label",
-                      "use --outline each or leave out --labels"});
+    throw UsageError({"", tr("the outline of the whole view has no objects to label"),
+                      tr("use --outline each or leave out --labels")});
   }
 }
 

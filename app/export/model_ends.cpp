@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/importer/importer.h"
 #include "app/process/input_task.h"
@@ -12,11 +13,11 @@ namespace dxf2d {
 
 std::vector<ModelReader> modelReaders(const ResourceLimits& limits) {
   std::string told;
-  const InputTask work("the importer", "", limits);
+  const InputTask work(tr("the importer"), "", limits);
   const int code = work.Run({kFormatsTask, {}}, told);
   if (code != kExitDone) {
-    throw Failure(static_cast<ExitCode>(code), {"", "the formats of models are not known",
-                                                "name the models instead of folders"});
+    throw Failure(static_cast<ExitCode>(code), {"", tr("the formats of models are not known"),
+                                                tr("name the models instead of folders")});
   }
   std::vector<ModelReader> readers;
   std::istringstream lines(told);

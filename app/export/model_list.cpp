@@ -4,6 +4,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/printable.h"
+#include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/export/import_step.h"
 #include "app/output/output_failures.h"
@@ -24,14 +25,14 @@ std::string printableLines(const std::string& text) {
 
 void print(const std::string& text) {
   if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-    throw OutputError(kExitWriteFailed, {"", "standard output cannot be written", checkDisk()});
+    throw OutputError(kExitWriteFailed, {"", tr("standard output cannot be written"), checkDisk()});
   }
 }
 
 }  // namespace
 
 int listModel(const std::string& path, const ExportOptions& options) {
-  InputTask work("the importer", path, options.limits);
+  InputTask work(tr("the importer"), path, options.limits);
   return work.Reporting([&] {
     std::string list;
     ImportStep import;

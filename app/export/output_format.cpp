@@ -2,6 +2,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/output/destination.h"
 
 namespace dxf2d {
@@ -22,8 +23,8 @@ OutputFormat formatOfName(const std::string& output) {
   if (const std::optional<OutputFormat> format = parseOutputFormat(end.substr(1))) {
     return *format;
   }
-  throw UsageError({output, "the format '" + end + "' is unknown",
-                    "end the name in .dxf, .svg, .pdf, .png or .html, or give --format"});
+  throw UsageError({output, tr("the format '%1' is unknown", {end}),
+                    tr("end the name in .dxf, .svg, .pdf, .png or .html, or give --format")});
 }
 
 std::string endOfFormat(OutputFormat format) {

@@ -12,6 +12,7 @@
 
 #include "app/cli/option_values.h"
 #include "app/cli/printable.h"
+#include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/export/worker_tasks.h"
 #include "app/output/destination.h"
@@ -23,7 +24,7 @@ namespace dxf2d {
 
 namespace {
 
-constexpr const char* kAnother = "name another plug-in with --plugin";
+std::string nameAnother() { return tr("name another plug-in with --plugin"); }
 
 // Without --plugin, or with the file that is taken then.
 bool isOwnPlugin(const std::string& plugin) {
@@ -58,20 +59,19 @@ int failToAsk(const std::string& plugin, const WorkerResult& end) {
     case How::kNotLoaded:
       throw startFailure(plugin, end);
     case How::kSignal:
-      return fail(kExitPlugin, {plugin,
-                                std::string("crashes its host while it is loaded (") +
-                                    strsignal(end.number) + ")",
-                                kAnother});
+      return fail(kExitPlugin,
+                  {plugin, tr("crashes its host while it is loaded (%1)", {strsignal(end.number)}),
+                   nameAnother()});
     case How::kExited:
       return fail(kExitPlugin, {plugin,
-                                "makes its host exit while it is loaded (exit code " +
-                                    std::to_string(end.number) + ")",
-                                kAnother});
+                                tr("makes its host exit while it is loaded (exit code %1)",
+                                   {std::to_string(end.number)}),
+                                nameAnother()});
     case How::kTimedOut:
     case How::kMemoryExceeded:
       break;
   }
-  return fail(kExitPlugin, {plugin, "is not loaded within a minute", kAnother});
+  return fail(kExitPlugin, {plugin, tr("is not loaded within a minute"), nameAnother()});
 }
 
 // Options that make something of a drawing in DXF.
@@ -94,7 +94,7 @@ int askPlugin(const ExportOptions& options, PluginFacts& facts) {
   limits.time = std::chrono::minutes(1);
   const WorkerResult end = runWorker({kDescribeTask, {options.plugin}}, limits);
   for (const std::string& sentence : end.notes) {
-    note(sentence);
+    noteFromWorker(sentence);
   }
   if (!end.Returned(kExitDone)) {
     return failToAsk(options.plugin, end);
@@ -112,20 +112,20 @@ void checkForeignFormat(const ExportOptions& options, bool isForSeveral) {
     return;
   }
   if (plugin.end.empty()) {
-    throw UsageError({options.plugin, "writes no files", "name another with --plugin"});
+    throw UsageError({options.plugin, tr("writes no files"), tr("name another with --plugin")});
   }
   for (const char* name : kDrawingOptions) {
     if (std::ranges::find(options.words, name) != options.words.end()) {
       throw UsageError({options.plugin,
-                        "writes " + plugin.format + ", and " + name + " is for drawings in DXF",
-                        "leave the option out"});
+                        tr("writes %1, and %2 is for drawings in DXF", {plugin.format, name}),
+                        tr("leave the option out")});
     }
   }
   const std::string end = isForSeveral ? "" : Destination::EndOf(options.output);
   if (!end.empty() && normalized(end) != normalized(plugin.end)) {
     throw UsageError({options.output,
-                      "the plug-in writes " + plugin.format + " and not '" + end + "'",
-                      "end the name in " + plugin.end});
+                      tr("the plug-in writes %1 and not '%2'", {plugin.format, end}),
+                      tr("end the name in %1", {plugin.end})});
   }
 }
 

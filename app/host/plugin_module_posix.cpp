@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
 #include "ktscene/kt_host.h"
 #include "ktscene/zu_message.h"
@@ -37,10 +38,10 @@ fs::path findOwn() {
     }
   }
   if (places.empty()) {
-    throw PluginError({"", "the plug-in cannot be found", "name it with --plugin"});
+    throw PluginError({"", tr("the plug-in cannot be found"), tr("name it with --plugin")});
   }
-  throw PluginError({places.front().string(), "the plug-in is missing",
-                     "install it there or name another with --plugin"});
+  throw PluginError({places.front().string(), tr("the plug-in is missing"),
+                     tr("install it there or name another with --plugin")});
 }
 
 // The callbacks carry no context.
@@ -59,10 +60,10 @@ std::string& drawingName() {
 }
 
 void writeLog(const KtHost* /*host*/, int severity, const char* sentence) {
-  const char* const kind = severity >= KT_LOG_ERROR     ? "error of the plug-in: "
-                           : severity == KT_LOG_WARNING ? "warning of the plug-in: "
-                                                        : "the plug-in: ";
-  note(std::string(kind) + (sentence == nullptr ? "" : sentence));
+  const char* const kind = severity >= KT_LOG_ERROR     ? marked("error of the plug-in: %1")
+                           : severity == KT_LOG_WARNING ? marked("warning of the plug-in: %1")
+                                                        : marked("the plug-in: %1");
+  note(tr(kind, {sentence == nullptr ? "" : sentence}));
 }
 
 const char* finalName(const KtHost* /*host*/) {
@@ -91,7 +92,7 @@ PluginError pluginError(const std::string& file, const std::string& name, std::s
     problem.erase(0, prefix.size());
   }
   problem.resize(std::min(problem.rfind("; "), problem.size()));
-  return PluginError({name, problem, "name another plug-in with --plugin"});
+  return PluginError({name, problem, tr("name another plug-in with --plugin")});
 }
 
 }  // namespace
@@ -104,8 +105,8 @@ std::string pluginFile(const std::string& path) {
   std::error_code error;
   const fs::path file = fs::absolute(path, error);
   if (error) {
-    throw PluginError({path, "cannot be found: the current directory is not there",
-                       "change to another, or name the plug-in by its whole path"});
+    throw PluginError({path, tr("cannot be found: the current directory is not there"),
+                       tr("change to another, or name the plug-in by its whole path")});
   }
   return file.string();
 }

@@ -11,6 +11,7 @@
 #include <stdexcept>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/drawing/drawing_nesting.h"
 #include "app/drawing/group_reader.h"
 #include "app/preview/cairo_renderer.h"
@@ -85,8 +86,8 @@ PlanExtents measureDrawing(const Drawing& drawing, TextShaper& texts, const std:
   forEachPlaced(drawing, [&](const DrawingEntity& entity, const Placement& placement) {
     strokes += strokesOf(entity);
     if (strokes > kMaxPictureStrokes) {
-      throw LimitError(name, "makes a picture of more than " + std::to_string(kMaxPictureStrokes) +
-                                 " points and letters");
+      throw LimitError(name, tr("makes a picture of more than %1 points and letters",
+                                {std::to_string(kMaxPictureStrokes)}));
     }
     const PlanExtents placed = placedExtents(entity, placement, texts);
     if (placed.IsFinite()) {
@@ -132,12 +133,12 @@ void checkPageSize(const PageFit& page, const PictureStyle& style) {
   constexpr double kMostMillimeters = 1e6;
   const double longer = std::max(page.width, page.height);
   if (style.format == PictureFormat::kPng && !(longer <= kMaxPictureSize)) {
-    throw UsageError({style.name, "its picture has more than 10000 pixels in a row",
-                      "choose a --paper, or make --dpi or --plot-scale smaller"});
+    throw UsageError({style.name, tr("its picture has more than 10000 pixels in a row"),
+                      tr("choose a --paper, or make --dpi or --plot-scale smaller")});
   }
   if (!(longer <= (style.format == PictureFormat::kPdf ? kMostPoints : kMostMillimeters))) {
-    throw UsageError({style.name, "its picture is larger than its format can hold",
-                      "choose a --paper, or make --plot-scale smaller"});
+    throw UsageError({style.name, tr("its picture is larger than its format can hold"),
+                      tr("choose a --paper, or make --plot-scale smaller")});
   }
 }
 
@@ -206,8 +207,8 @@ Picture drawPicture(const Drawing& drawing, const PictureStyle& style) {
   try {
     return draw(drawing, style);
   } catch (const PictureTooLarge&) {
-    throw LimitError(style.name, "makes a picture of more than " +
-                                     std::to_string(kMaxPictureBytes >> 20) + " MiB");
+    throw LimitError(style.name, tr("makes a picture of more than %1 MiB",
+                                    {std::to_string(kMaxPictureBytes >> 20)}));
   }
 }
 

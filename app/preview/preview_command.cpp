@@ -10,6 +10,7 @@
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
 #include "app/cli/run_all.h"
+#include "app/cli/translation.h"
 #include "app/drawing/drawing_units.h"
 #include "app/drawing/text_decoding.h"
 #include "app/output/destination.h"
@@ -35,8 +36,8 @@ PictureFormat formatOf(const PreviewOptions& options) {
   }
   const std::optional<PictureFormat> format = pictureFormat(options.output);
   if (!format) {
-    throw UsageError({options.output, "the picture's format is unknown",
-                      "end the name in .png, .svg or .pdf, or give --format"});
+    throw UsageError({options.output, tr("the picture's format is unknown"),
+                      tr("end the name in .png, .svg or .pdf, or give --format")});
   }
   return *format;
 }
@@ -44,7 +45,8 @@ PictureFormat formatOf(const PreviewOptions& options) {
 // Throws UsageError for files that no picture can be made of or written to.
 void checkFiles(const PreviewJob& job) {
   if (Destination::IsFile(job.picture, drawingFile(job.drawing))) {
-    throw UsageError({job.picture, "is the drawing itself", "give the picture another name"});
+    throw UsageError(
+        {job.picture, tr("is the drawing itself"), tr("give the picture another name")});
   }
 }
 
@@ -60,8 +62,8 @@ std::vector<PreviewJob> jobsOf(const PreviewOptions& options) {
       picture = (fs::path(options.output) / (name + endOf(format))).string();
     }
     if (!pictures.insert(picture).second) {
-      throw UsageError({picture, "would be the picture of several drawings",
-                        "draw them into different directories"});
+      throw UsageError({picture, tr("would be the picture of several drawings"),
+                        tr("draw them into different directories")});
     }
     jobs.push_back({drawing, std::move(picture), format});
   }
@@ -89,8 +91,8 @@ int previewAll(const PreviewOptions& options) {
   if (isForDirectory(options)) {
     requireDirectory(options.output);
   }
-  return runAll(jobs, "pictures were not drawn", [&](const PreviewJob& job) {
-    const InputTask work("the renderer", drawingFile(job.drawing), options.limits);
+  return runAll(jobs, "%1 of %2 pictures were not drawn", [&](const PreviewJob& job) {
+    const InputTask work(tr("the renderer"), drawingFile(job.drawing), options.limits);
     return work.Reporting([&] { return preview(work, job, options); });
   });
 }

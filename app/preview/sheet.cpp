@@ -6,6 +6,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/drawing/drawing_units.h"
 
 namespace dxf2d {
@@ -64,7 +65,8 @@ struct Size {
 Size roomOn(const Size& page, const Sheet& sheet, double titleHeight) {
   const Size room{page.width - 2.0 * sheet.margin, page.height - 2.0 * sheet.margin - titleHeight};
   if (!(room.width > 0.0) || !(room.height > 0.0)) {
-    throw UsageError({"", "the margins leave no room on the paper", "make --margin smaller"});
+    throw UsageError(
+        {"", tr("the margins leave no room on the paper"), tr("make --margin smaller")});
   }
   return room;
 }
@@ -74,8 +76,9 @@ double titleHeightOf(const Sheet& sheet) { return sheet.title ? kTitleHeight : 0
 // Throws where nobody knows how long a unit is.
 double scaleOf(const Sheet& sheet, const SheetLayout& layout, const std::string& name) {
   if (layout.unit == 0.0) {
-    throw UsageError({name, "does not say its units, which a scale needs",
-                      "give them with --source-units, or choose a --paper without --plot-scale"});
+    throw UsageError(
+        {name, tr("does not say its units, which a scale needs"),
+         tr("give them with --source-units, or choose a --paper without --plot-scale")});
   }
   return layout.unit * sheet.plotScale.value_or(1.0);
 }
@@ -100,8 +103,8 @@ void layOutOnPaper(PlanPoint half, const Sheet& sheet, const std::string& name,
   } else {
     layout.scale = scaleOf(sheet, layout, name);
     if (layout.scale > fill * (1.0 + 1e-9)) {
-      throw UsageError({name, "does not fit on the paper at this scale",
-                        "choose a larger --paper, or a smaller --plot-scale"});
+      throw UsageError({name, tr("does not fit on the paper at this scale"),
+                        tr("choose a larger --paper, or a smaller --plot-scale")});
     }
   }
   if (!sheet.hasScale) {

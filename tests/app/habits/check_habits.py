@@ -49,7 +49,7 @@ NO_SENTENCES = {"completion.cpp", "manual_page.cpp", "stated_unit.cpp", "up_axis
 OTHER_TEXTS = {"scene file", "source <(dxf2d completion bash)", "a whole number from ", "%s: no findings\\n", "Solid line", "No suitable reader found",
                "dxf2d-worker is a part of dxf2d, which starts it\\n"}
 # The rooms whose sentences are marked so far.
-MARKED_ROOMS = {"cli", "process", "output", "batch", "model", "importer", "drawing"}
+MARKED_ROOMS = {"cli", "process", "output", "batch", "model", "importer", "drawing", "export", "host", "preview"}
 
 
 def openCalls(before):
