@@ -4,6 +4,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/drawing/drawing_units.h"
 #include "app/output/destination.h"
 
@@ -14,12 +15,12 @@ namespace {
 void checkFiles(const FinishOptions& options) {
   const std::string end = Destination::EndOf(options.output);
   if (!end.empty() && normalized(end) != ".dxf") {
-    throw UsageError({options.output, "a finished drawing is a DXF file",
-                      "end the name in .dxf; for pictures use dxf2d preview"});
+    throw UsageError({options.output, tr("a finished drawing is a DXF file"),
+                      tr("end the name in .dxf; for pictures use dxf2d preview")});
   }
   if (Destination::IsFile(options.output, options.drawing)) {
-    throw UsageError(
-        {options.output, "is the drawing itself", "give the finished drawing another name"});
+    throw UsageError({options.output, tr("is the drawing itself"),
+                      tr("give the finished drawing another name")});
   }
 }
 
@@ -46,7 +47,7 @@ std::function<bool(const std::string&)> refuse(const char* problem) {
     if (normalized(value) == "none") {
       return true;
     }
-    throw UsageError({"", problem, "give the option to dxf2d export"});
+    throw UsageError({"", tr(problem), tr("give the option to dxf2d export")});
   };
 }
 
@@ -119,7 +120,7 @@ Command finishCommand() {
 }
 
 int runFinish(const FinishOptions& options) {
-  const InputTask work("the finishing pass", options.drawing, options.limits);
+  const InputTask work(tr("the finishing pass"), options.drawing, options.limits);
   return work.Reporting([&] { return finishDrawingFile(work, options); });
 }
 

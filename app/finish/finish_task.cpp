@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 #include "app/drawing/drawing_units.h"
 #include "app/drawing/dxf_reader.h"
 #include "app/finish/finish_command.h"
@@ -19,8 +20,8 @@ namespace {
 finish::Options completed(const FinishOptions& options, const Drawing& drawing) {
   finish::Options finishing = options.finishing;
   if (drawing.units != 0 && options.sourceUnits && *options.sourceUnits != drawing.units) {
-    throw UsageError({options.drawing, "is in " + unitsName(drawing.units),
-                      "leave out --source-units or give those"});
+    throw UsageError({options.drawing, tr("is in %1", {unitsName(drawing.units)}),
+                      tr("leave out --source-units or give those")});
   }
   const bool isFinished = drawing.release != Release::kR10;
   finishing.release = options.release.value_or(isFinished ? drawing.release : Release::kR2000);
@@ -31,7 +32,7 @@ finish::Options completed(const FinishOptions& options, const Drawing& drawing) 
   }
   if (!parseUnits(unitsName(source))) {
     throw UsageError(
-        {options.drawing, "does not say its units", "give its units with --source-units"});
+        {options.drawing, tr("does not say its units"), tr("give its units with --source-units")});
   }
   finishing.scale = unitsRatio(source, *options.units);
   return finishing;

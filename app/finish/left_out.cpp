@@ -1,6 +1,7 @@
 #include "app/finish/left_out.h"
 
 #include "app/cli/failure.h"
+#include "app/cli/translation.h"
 
 namespace dxf2d::finish {
 
@@ -8,21 +9,23 @@ namespace {
 
 void noteCount(const std::string& name, std::size_t count, const char* one, const char* many) {
   if (count != 0) {
-    note(name + ": " + std::to_string(count) + " " + (count == 1 ? one : many) + " left out");
+    note(trn(one, many, count, {name, std::to_string(count)}));
   }
 }
 
 }  // namespace
 
 void noteLeftOut(const std::string& name, const Drawing& drawing, const Summary& summary) {
-  noteCount(name, drawing.skippedCount, "entity of an unsupported kind was",
-            "entities of unsupported kinds were");
-  noteCount(name, summary.pruned.emptyInserts, "insertion of a block that is not defined was",
-            "insertions of blocks that are not defined were");
-  noteCount(name, summary.pruned.shortPolylines, "polyline of fewer than two points was",
-            "polylines of fewer than two points were");
-  noteCount(name, summary.outOfRange, "entity with coordinates out of range was",
-            "entities with coordinates out of range were");
+  noteCount(name, drawing.skippedCount, "%1: %2 entity of an unsupported kind was left out",
+            "%1: %2 entities of unsupported kinds were left out");
+  noteCount(name, summary.pruned.emptyInserts,
+            "%1: %2 insertion of a block that is not defined was left out",
+            "%1: %2 insertions of blocks that are not defined were left out");
+  noteCount(name, summary.pruned.shortPolylines,
+            "%1: %2 polyline of fewer than two points was left out",
+            "%1: %2 polylines of fewer than two points were left out");
+  noteCount(name, summary.outOfRange, "%1: %2 entity with coordinates out of range was left out",
+            "%1: %2 entities with coordinates out of range were left out");
 }
 
 }  // namespace dxf2d::finish

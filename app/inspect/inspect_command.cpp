@@ -12,6 +12,7 @@
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
 #include "app/cli/printable.h"
+#include "app/cli/translation.h"
 #include "app/inspect/inspection_checks.h"
 #include "app/inspect/scene_findings.h"
 #include "app/output/output_file.h"
@@ -24,7 +25,7 @@ namespace dxf2d {
 
 namespace {
 
-constexpr const char* kFixPlugin = "fix the plug-in or name another";
+std::string fixPlugin() { return tr("fix the plug-in or name another"); }
 
 WorkerResult runInTime(const InspectOptions& options, WorkerCall call) {
   // What a plug-in prints does not get into a report for programs.
@@ -162,10 +163,10 @@ int makeChecks(const InspectOptions& options, Report& report) {
   if (failed == 0) {
     return kExitDone;
   }
-  return fail(kExitPlugin, {options.plugin,
-                            "fails " + std::to_string(failed) + " of " +
-                                std::to_string(checks.size()) + " checks",
-                            "see the report above"});
+  return fail(kExitPlugin,
+              {options.plugin,
+               tr("fails %1 of %2 checks", {std::to_string(failed), std::to_string(checks.size())}),
+               tr("see the report above")});
 }
 
 // Returns an exit code.
@@ -173,17 +174,19 @@ int failToLook(const InspectOptions& options, const WorkerResult& end) {
   switch (end.how) {
     case WorkerResult::How::kTimedOut:
       return fail(kExitPlugin,
-                  {options.plugin, "is not loaded within " + timeOf(options), kFixPlugin});
+                  {options.plugin,
+                   tr("is not loaded within %1 seconds", {std::to_string(options.time.count())}),
+                   fixPlugin()});
     case WorkerResult::How::kSignal:
-      return fail(kExitPlugin, {options.plugin,
-                                std::string("crashes its host while it is loaded (") +
-                                    strsignal(end.number) + ")",
-                                kFixPlugin});
+      return fail(
+          kExitPlugin,
+          {options.plugin, tr("crashes its host while it is loaded (%1)", {strsignal(end.number)}),
+           fixPlugin()});
     case WorkerResult::How::kExited:
       return fail(kExitPlugin, {options.plugin,
-                                "makes its host exit while it is loaded (exit code " +
-                                    std::to_string(end.number) + ")",
-                                kFixPlugin});
+                                tr("makes its host exit while it is loaded (exit code %1)",
+                                   {std::to_string(end.number)}),
+                                fixPlugin()});
     case WorkerResult::How::kNotStarted:
     case WorkerResult::How::kNotLoaded:
       throw startFailure(options.plugin, end);
@@ -235,7 +238,7 @@ int runInspect(const InspectOptions& options) {
     const WorkerResult end = runInTime(options, {kLookTask, {options.plugin}});
     // Of checks they are what the plug-in says of faulty content.
     for (const std::string& sentence : end.notes) {
-      note(sentence);
+      noteFromWorker(sentence);
     }
     if (end.Returned(kExitDone)) {
       Report report(options, end.text);

@@ -7,6 +7,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/printable.h"
+#include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
 #include "app/inspect/callback_slots.h"
 #include "app/inspect/inspect_command.h"
@@ -50,8 +51,8 @@ int look(std::span<const std::string> words) {
   const std::string& plugin = words[0];
   const std::vector<std::string> exports = exportedNames(plugin);
   if (!std::ranges::binary_search(exports, kEntryName)) {
-    return fail(kExitPlugin, {plugin, std::string("is not a plug-in: it has no ") + kEntryName,
-                              "export that function with C linkage, or name another module"});
+    return fail(kExitPlugin, {plugin, tr("is not a plug-in: it has no %1", {kEntryName}),
+                              tr("export that function with C linkage, or name another module")});
   }
   KtTraverser traverser;
   enterPlugin(plugin, traverser);

@@ -10,6 +10,7 @@
 #include <cstring>
 #include <memory>
 
+#include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
 #include "app/inspect/module_exports.h"
 #include "app/process/descriptor.h"
@@ -24,11 +25,11 @@ Descriptor openModule(const std::string& path) {
   struct stat status {};
   if (!file.IsOpen() || fstat(file.Number(), &status) != 0) {
     throw PluginError(
-        {path, std::string("cannot be read: ") + std::strerror(errno), "check the name"});
+        {path, tr("cannot be read: %1", {std::strerror(errno)}), tr("check the name")});
   }
   if (!S_ISREG(status.st_mode)) {
-    throw PluginError({path, "is not a plug-in: it is not a regular file",
-                       "name a .so file that was linked as a module"});
+    throw PluginError({path, tr("is not a plug-in: it is not a regular file"),
+                       tr("name a .so file that was linked as a module")});
   }
   return file;
 }
@@ -67,8 +68,8 @@ std::vector<std::string> exportedNames(const std::string& path) {
   elf_version(EV_CURRENT);
   const ElfImage image(elf_begin(file.Number(), ELF_C_READ, nullptr), &elf_end);
   if (!isModule(image.get())) {
-    throw PluginError({path, "is not a plug-in: it is not a loadable module of this system",
-                       "name a .so file that was linked as a module"});
+    throw PluginError({path, tr("is not a plug-in: it is not a loadable module of this system"),
+                       tr("name a .so file that was linked as a module")});
   }
   std::vector<std::string> names;
   GElf_Shdr header;

@@ -7,6 +7,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/printable.h"
+#include "app/cli/translation.h"
 #include "app/process/confinement.h"
 #include "app/process/input_task.h"
 #include "ktscene/kt_scene_check.h"
@@ -60,7 +61,7 @@ int check(std::span<const std::string> words) {
     const std::size_t end = problem.find("; ");
     return fail(kExitInput,
                 {"", problem.substr(0, end),
-                 end == std::string::npos ? "fix the scene file" : problem.substr(end + 2)});
+                 end == std::string::npos ? tr("fix the scene file") : problem.substr(end + 2)});
   }
   const std::vector<KtSceneFinding> findings = KtCheckScene(scene);
   const auto errors = static_cast<std::size_t>(
@@ -75,10 +76,10 @@ int check(std::span<const std::string> words) {
     return kExitDone;
   }
   return fail(kExitInput, {path,
-                           "has " + std::to_string(errors) +
-                               (errors == 1 ? " part that is" : " parts that are") +
-                               " missing from its drawing or wrong in it",
-                           "see the report above"});
+                           trn("has %1 part that is missing from its drawing or wrong in it",
+                               "has %1 parts that are missing from its drawing or wrong in it",
+                               errors, {std::to_string(errors)}),
+                           tr("see the report above")});
 }
 
 }  // namespace
@@ -88,7 +89,7 @@ bool isSceneInput(const std::string& input) { return input.ends_with(".json"); }
 int inspectScene(const InspectOptions& options) {
   ResourceLimits limits;
   limits.time = options.time;
-  InputTask work("the reader", options.plugin, limits);
+  InputTask work(tr("the reader"), options.plugin, limits);
   return work.Reporting([&] {
     WorkerCall call{kSceneTask, {options.plugin, options.isJson ? "json" : "text"}};
     call.hasOutput = true;

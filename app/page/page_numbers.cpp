@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/drawing/drawing_nesting.h"
 #include "app/drawing/group_reader.h"
 #include "app/drawing/text_decoding.h"
@@ -102,8 +103,8 @@ void measure(const Drawing& drawing, const PageStyle& style, PageNumbers& number
   forEachPlaced(drawing, [&](const DrawingEntity& entity, const Placement& placement) {
     strokes += strokesOf(entity);
     if (strokes > kMaxPageStrokes) {
-      throw LimitError(style.name, "makes a page of more than " + std::to_string(kMaxPageStrokes) +
-                                       " points and letters");
+      throw LimitError(style.name, tr("makes a page of more than %1 points and letters",
+                                      {std::to_string(kMaxPageStrokes)}));
     }
     if (isDrawable(entity) && isInRange(placement.origin)) {
       addExtents(numbers.extents, entity, placement);

@@ -7,6 +7,7 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/option_values.h"
+#include "app/cli/translation.h"
 #include "app/export/export_command.h"
 #include "app/output/destination.h"
 #include "app/process/input_task.h"
@@ -29,8 +30,8 @@ constexpr auto kForDrawings = std::to_array<std::string_view>(
 void checkDrawingOptions(const std::string& drawing, const OptionWords& words) {
   for (std::size_t i = 0; i < words.size(); i += 2) {
     if (!isForDrawings(words[i])) {
-      throw UsageError({drawing, words[i] + " does not apply to drawings",
-                        "leave it out, or view the model itself"});
+      throw UsageError({drawing, tr("%1 does not apply to drawings", {words[i]}),
+                        tr("leave it out, or view the model itself")});
     }
   }
 }
@@ -43,10 +44,11 @@ int viewDrawing(const ExportOptions& options) {
   const std::string& drawing = options.models.front();
   const std::string file = drawing == "-" ? "/dev/stdin" : drawing;
   checkDrawingOptions(drawing, options.words);
-  const InputTask work("the reader", file, options.limits);
+  const InputTask work(tr("the reader"), file, options.limits);
   return work.Reporting([&] {
     if (Destination::IsFile(options.output, file)) {
-      throw UsageError({options.output, "is the drawing itself", "give the page another name"});
+      throw UsageError(
+          {options.output, tr("is the drawing itself"), tr("give the page another name")});
     }
     Destination destination(options.output, options.existing);
     return deliverFrom(work, {kViewTask, {drawing}}, options.words, destination,
@@ -70,8 +72,8 @@ int viewModel(ExportOptions options) {
 
 int view(const ExportOptions& options) {
   if (options.output.ends_with('/')) {
-    throw UsageError({options.output, "is a directory, and a page is one file",
-                      "name the file, such as '" + options.output + "page.html'"});
+    throw UsageError({options.output, tr("is a directory, and a page is one file"),
+                      tr("name the file, such as '%1page.html'", {options.output})});
   }
   return isDrawingFile(options.models.front()) ? viewDrawing(options) : viewModel(options);
 }
