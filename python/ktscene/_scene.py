@@ -4,7 +4,7 @@ from __future__ import annotations
 import ctypes
 import enum
 import os
-from typing import Any, Callable, List, NamedTuple, Optional, Sequence, Tuple, Union
+from typing import Any, Callable, Dict, List, NamedTuple, Optional, Sequence, Tuple, Union
 
 from . import _arrays
 from ._library import (
@@ -63,6 +63,11 @@ def split_matrix(matrix: Matrix) -> Tuple[List[float], List[float]]:
     residual = (ctypes.c_double * 16)()
     check(library.KtCSplitMatrix(_arrays.matrix(matrix), placement, residual))
     return list(placement), list(residual)
+
+
+_IDENTITY = translation(0, 0, 0)
+# Of a matrix, relative to its largest element.
+_ROUNDING = 1e-6
 
 
 def _text(text: Optional[str]) -> Optional[bytes]:
@@ -194,6 +199,7 @@ class Scene:
 
     def __init__(self) -> None:
         self._lent: List[_arrays.Numbers] = []
+        self._residuals: Dict[str, List[List[float]]] = {}
         self._handle: Optional[int] = made(library.KtCNewScene())
 
     @property
@@ -246,14 +252,28 @@ class Scene:
 
         ``matrix`` is of any kind: what a placement does not carry (tilt, scale, mirroring) becomes
         that of a part below the object's node. Objects of one graphic name share one drawing if
-        they also have that and the color in common.
+        they also have that, to a millionth, and the color in common.
         """
-        placement, residual = split_matrix(translation(0, 0, 0) if matrix is None else matrix)
+        placement, residual = split_matrix(_IDENTITY if matrix is None else matrix)
         node = self.add_node(matrix=placement, color=color)
-        if graphic_name is not None and (residual != translation(0, 0, 0) or color is not None):
-            graphic_name = f"{graphic_name}|{residual}|{color}"
+        if graphic_name is not None:
+            number, residual = self._known_residual(graphic_name, residual)
+            graphic_name = f"{graphic_name}|{number}|{color}"
         node.set_names(object_id, graphic_name)
-        return node if residual == translation(0, 0, 0) else node.add_node(matrix=residual)
+        return node if residual == _IDENTITY else node.add_node(matrix=residual)
+
+    def _known_residual(self, name: str, residual: List[float]) -> Tuple[int, List[float]]:
+        """The first residual of that name that equals this one but for rounding, and its number.
+
+        Programs that compute in 32-bit floats have other last digits for every turn.
+        """
+        known = self._residuals.setdefault(name, [_IDENTITY])
+        largest = max(map(abs, residual))
+        for number, other in enumerate(known):
+            if all(abs(a - b) <= _ROUNDING * largest for a, b in zip(residual, other)):
+                return number, other
+        known.append(residual)
+        return len(known) - 1, residual
 
     def check(self) -> List[Finding]:
         """What a drawing of the scene would lack or show in the wrong place."""

@@ -124,6 +124,17 @@ class SceneTest(unittest.TestCase):
         self.assertEqual(entities.count("\nGO_1\n"), 2)
         self.assertEqual(entities.count("\nINSERT\n"), 3)
 
+    def test_rounding_keeps_no_two_objects_apart(self):
+        first = self.scene.add_object("a", "look", matrix=[2, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1])
+        first.add_faces(SQUARE, [0, 1, 2, 3], counts=[4])
+        for name, scale in (("b", 2 + 1e-7), ("c", 2.1), ("d", 1 - 1e-7)):
+            matrix = [scale, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 9, 0, 0, 1]
+            self.scene.add_object(name, "look", matrix=matrix).share(first)
+        looks = [node["graphicName"] for node in self.written()]
+        self.assertEqual([looks.index(look) for look in looks], [0, 0, 2, 3])
+        self.assertEqual(self.written()[1]["children"][0]["matrix"][0], 2)
+        self.assertNotIn("children", self.written()[3])
+
     def test_labels_and_lines_are_drawn(self):
         node = self.scene.add_object("a", color=(0, 1, 0))
         node.add_lines(SQUARE, [0, 1, 2], counts=[3])
