@@ -9,5 +9,7 @@ foreach(library IN ITEMS libgcc_s_seh-1.dll libstdc++-6.dll libwinpthread-1.dll)
   endif()
   list(APPEND runtime ${file})
 endforeach()
+# No time of linking in the libraries: the same sources give the same bytes.
+target_link_options(dxf2d_build_flags INTERFACE LINKER:--no-insert-timestamp)
 file(COPY ${runtime} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
 install(FILES ${runtime} DESTINATION ${CMAKE_INSTALL_BINDIR})
