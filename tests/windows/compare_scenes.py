@@ -115,8 +115,8 @@ def difference(scene):
                         for system in ("windows", "linux"))
         if ours != theirs:
             return f"{scene.name}: differs{' in its error' if ending else ''}"
-        if ending == "" and ours is None:
-            return f"{scene.name}: is not drawn"
+    if all(bytes_of(scene.with_suffix(f".linux{ending}")) is None for ending in ("", ".error")):
+        return f"{scene.name}: is not drawn"
     return None
 
 

@@ -4,7 +4,8 @@
 //
 // Each line of LIST, UTF-8, is a code page, a scene file and the drawing to make of it, with tabs
 // between them. Where an export ends with an exception that is a CFileException (caught here by its
-// type, across the libraries), "CFileException: " and its cause go into DRAWING.error.
+// type, across the libraries), "CFileException: " and its cause go into DRAWING.error; where the
+// walk is refused, "KtTraverserError: " and the reason.
 #include <exception>
 #include <fstream>
 #include <iostream>
@@ -14,6 +15,7 @@
 
 #include "ktscene/kt_scene_reader.h"
 #include "ktscene/kt_traverser.h"
+#include "ktscene/kt_traverser_error.h"
 #include "platform/cfile.h"
 #include "platform/code_page.h"
 #include "platform/path_text.h"
@@ -37,6 +39,10 @@ bool draw(const KtTraverser& traverser, const std::string& scenePath, const std:
     note(drawing, "CFileException: " + std::to_string(exception.m_cause) + "\n");
     // The host ends what it began.
     traverser.Callbacks().closeFile();
+    return true;
+  } catch (const KtTraverserError& error) {
+    // A scene that no plug-in can draw; the message names neither system nor path.
+    note(drawing, std::string("KtTraverserError: ") + error.what() + "\n");
     return true;
   }
 }
