@@ -8,7 +8,7 @@
 namespace dxf2d {
 
 std::string reasonOf(int error) {
-  const std::string reason = std::generic_category().message(error);
+  std::string reason = std::generic_category().message(error);
   if (const char* const english = strerrordesc_np(error)) {
     rememberEnglish(reason, english);
   }
