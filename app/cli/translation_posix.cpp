@@ -104,6 +104,8 @@ void findCatalogs() {
       bindtextdomain(kDomain, catalogs.c_str());
       // Whatever the locale's own encoding is.
       bind_textdomain_codeset(kDomain, "UTF-8");
+      // The system's reasons, which are parts of our sentences.
+      bind_textdomain_codeset("libc", "UTF-8");
       static_cast<void>(dgettext(kDomain, "Options"));
       return;
     }
