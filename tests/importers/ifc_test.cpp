@@ -31,7 +31,9 @@ class HouseWriter {
  public:
   explicit HouseWriter(const Writing& writing)
       : isOld_(std::string(writing.schema) == "IFC2X3"),
-        perMeter_(*writing.prefix == '\0' ? 1.0 : 1000.0) {
+        perMeter_(*writing.prefix == '\0'  ? 1.0
+                  : *writing.prefix == 'C' ? 100.0
+                                           : 1000.0) {
     text_ << "ISO-10303-21;\nHEADER;\nFILE_DESCRIPTION((''),'2;1');\n"
              "FILE_NAME('house.ifc','2026-01-01T00:00:00',(''),(''),'','','');\nFILE_SCHEMA(('"
           << writing.schema << "'));\nENDSEC;\nDATA;\n";
@@ -251,14 +253,16 @@ TEST_P(IfcImport, StoreysAreCutAboveTheirFloors) {
 
 INSTANTIATE_TEST_SUITE_P(
     Houses, IfcImport,
-    testing::Values(Writing{"IFC2X3", "MILLI", {0, 0, 0}},
-                    Writing{"IFC2X3", "", {500000.25, 20, 3}}, Writing{"IFC4", "MILLI", {0, 0, 0}},
-                    Writing{"IFC4", "", {0, 0, 0}},
-                    Writing{"IFC4", "MILLI", {500000.25, 5400000.5, 120}},
-                    Writing{"IFC4", "", {500000.25, 5400000.5, 120}},
-                    Writing{"IFC4X3_ADD2", "MILLI", {0, 0, 0}},
-                    Writing{"IFC4X3_ADD2", "", {-70000.125, 0, 0}},
-                    Writing{"IFC4X3_ADD2", "MILLI", {500000.25, 5400000.5, 0}}));
+    testing::Values(
+        Writing{"IFC2X3", "MILLI", {0, 0, 0}}, Writing{"IFC2X3", "", {500000.25, 20, 3}},
+        Writing{"IFC4", "MILLI", {0, 0, 0}}, Writing{"IFC4", "", {0, 0, 0}},
+        Writing{"IFC4", "MILLI", {500000.25, 5400000.5, 120}},
+        Writing{"IFC4", "", {500000.25, 5400000.5, 120}},
+        Writing{"IFC4", "MILLI", {-70000.125, 20, -3}}, Writing{"IFC4", "", {0, 7000000.25, 0}},
+        Writing{"IFC4", "CENTI", {12.5, -8, 0}},
+        Writing{"IFC4", "CENTI", {500000.25, 5400000.5, 0}},
+        Writing{"IFC4X3_ADD2", "MILLI", {0, 0, 0}}, Writing{"IFC4X3_ADD2", "", {-70000.125, 0, 0}},
+        Writing{"IFC4X3_ADD2", "MILLI", {500000.25, 5400000.5, 0}}));
 
 class BrokenIfc : public Dxf2d {};
 
