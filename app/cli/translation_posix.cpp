@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <clocale>
+#include <cstddef>
 #include <deque>
 #include <filesystem>
+#include <iterator>
 #include <system_error>
 #include <vector>
 
@@ -35,7 +37,7 @@ std::string filledIn(std::string_view rest, const Values& values) {
         at + 1 < rest.size() ? static_cast<unsigned char>(rest[at + 1]) - std::size_t{'1'} : 9;
     result += rest.substr(0, at);
     if (number < values.size()) {
-      result += values.begin()[number];
+      result += *std::next(values.begin(), static_cast<std::ptrdiff_t>(number));
       rest.remove_prefix(at + 2);
     } else {
       result += '%';
