@@ -1,38 +1,19 @@
 #include "app/model/plan_label.h"
 
 #include <algorithm>
-#include <charconv>
+
+#include "ktscene/kt_label.h"
 
 namespace dxf2d {
 namespace {
 
-// In the shortest form that reads as the same number.
-void addNumber(std::u16string& text, double value) {
-  char digits[32];
-  const std::to_chars_result end = std::to_chars(std::begin(digits), std::end(digits), value);
-  text.append(std::begin(digits), end.ptr);
-  text += u' ';
-}
-
-void addLine(std::u16string& text, const std::u16string& line) {
-  text += u'"';
-  for (const char16_t c : line) {
-    if (c == u'"' || c == u'\\') {
-      text += u'\\';
-    }
-    text += c;
-  }
-  text += u'"';
-}
-
-// Tag; width, height and depth; x, y, z and angle; alignment and frame; color; flags; the line.
 std::u16string labelString(const PlanLabel& label) {
-  std::u16string text = u"T:1 ";
-  addNumber(text, label.height);
   // The node's color index takes the place of the color in the text.
-  text += u"0 0 0 0 0 C 0 0 0 0 0 ";
-  addLine(text, label.text);
-  return text;
+  KtLabelContent content;
+  content.height = label.height;
+  content.align = u'C';
+  content.lines = {label.text};
+  return KtMakeLabel(content);
 }
 
 }  // namespace
