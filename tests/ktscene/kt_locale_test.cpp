@@ -2,20 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <string>
-
 #include "tests/platform/numeric_locale.h"
-
-namespace {
-
-std::string printedHalf() {
-  char text[16];
-  std::snprintf(text, sizeof text, "%.1f", 0.5);
-  return text;
-}
-
-}  // namespace
 
 TEST(KtNumericLocale, PutsThePointInForceForAsLongAsItLives) {
   const NumericLocale german(kCommaLocales);

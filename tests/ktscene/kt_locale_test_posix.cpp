@@ -1,22 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstdio>
 #include <string>
 #include <thread>
 
 #include "ktscene/kt_locale.h"
 #include "tests/platform/numeric_locale.h"
-
-namespace {
-
-std::string printedHalf() {
-  char text[16];
-  std::snprintf(text, sizeof text, "%.1f", 0.5);
-  return text;
-}
-
-}  // namespace
 
 TEST(KtNumericLocale, KeepsALocaleThatTheThreadHasOfItsOwn) {
   locale_t own = newlocale(LC_ALL_MASK, "de_DE.UTF-8", nullptr);

@@ -1,7 +1,6 @@
 // What KtTraverser::Walk does beside making the calls.
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <functional>
 #include <string>
 #include <thread>
@@ -128,11 +127,7 @@ TEST_F(Walk, WritesPointsUnlessToldOtherwise) {
     GTEST_SKIP() << "no German locale";
   }
   std::string printed;
-  atNode = [&] {
-    char text[16];
-    std::snprintf(text, sizeof text, "%.1f ", 0.5);
-    printed += text;
-  };
+  atNode = [&] { printed += printedHalf() + " "; };
   const KtScene scene = ParseScene(R"({"nodes": [{}]})", "one");
   KtWalkOptions options;
   wholeTraverser().Walk(scene, u"");

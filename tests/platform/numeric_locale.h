@@ -2,6 +2,7 @@
 #pragma once
 
 #include <clocale>
+#include <cstdio>
 #include <cstring>
 #include <initializer_list>
 #include <string>
@@ -38,3 +39,10 @@ inline constexpr std::initializer_list<const char*> kCommaLocales = {"de_DE.UTF-
 // Pashto: the separator is U+066B, two bytes of UTF-8.
 inline constexpr std::initializer_list<const char*> kWideSeparatorLocales = {"ps_AF",
                                                                              "ps_AF.UTF-8"};
+
+// A half as the thread's locale prints it: "0.5" or "0,5".
+inline std::string printedHalf() {
+  char text[16];
+  std::snprintf(text, sizeof text, "%.1f", 0.5);
+  return text;
+}
