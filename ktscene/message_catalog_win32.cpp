@@ -14,7 +14,7 @@
 #include "platform/windows_api.h"
 #include "platform/windows_text.h"
 
-// gettext is no part of Windows, and its library would be one more to ship for a handful of texts:
+// gettext is not part of Windows, and its library would be one more to ship for a handful of texts:
 // catalogs are read here, and the language is found as gettext finds it.
 
 namespace dxf2d {

@@ -44,7 +44,7 @@ class GroupReader {
 
   // The group last read.
   const DxfGroup& Current() const { return group_; }
-  // Reads the next group. Throws DxfError when there is none, or when the code is no number.
+  // Reads the next group. Throws DxfError when there is none, or when the code is not a number.
   void Advance();
 
   // The current value as a number. Throws DxfError for what is none, or is not finite.

@@ -29,7 +29,7 @@ class PlanExtents {
   bool IsFinite() const { return isFinite_; }
   PlanPoint Low() const { return low_; }
   PlanPoint High() const { return high_; }
-  // In halves, since the sum or the difference of two large numbers may be no number.
+  // In halves, since the sum or the difference of two large numbers may not be a number.
   PlanPoint Middle() const { return {low_.x / 2.0 + high_.x / 2.0, low_.y / 2.0 + high_.y / 2.0}; }
   // Half the width, and half the height.
   PlanPoint Half() const { return {high_.x / 2.0 - low_.x / 2.0, high_.y / 2.0 - low_.y / 2.0}; }

@@ -26,7 +26,7 @@ std::string skippedOf(const PlanContent& content, const DrawingCounts& counts);
 
 Summary summaryOf(const PlanContent& content, const DrawingCounts& counts);
 
-// The same for a file that is no drawing in DXF, of which only the model's side is known.
+// The same for a file that is not a DXF drawing, of which only the model's side is known.
 Summary summaryOf(const PlanContent& content);
 
 // What was made of the plug-in's drawing, to follow summaryOf; empty where it was left as it is.

@@ -192,7 +192,7 @@ class ExportTask {
                  tr("choose another --view")});
   }
 
-  // Of a file that is no drawing in DXF.
+  // Of a file that is not a DXF drawing.
   int ReportForeign(const PlanContent& content, const ModelFiles& files,
                     const ModelSource& source) {
     const Summary summary = summaryOf(content);

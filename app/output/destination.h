@@ -41,8 +41,8 @@ class Destination {
 
   // The file to make the output in. It goes with this object unless it is delivered.
   WorkOutput Work() const;
-  // Brings the whole output to its place. Throws OutputError. To be called once, after which there
-  // is no Work.
+  // Brings the whole output to its place. Throws OutputError. To be called once; Work may
+  // not be called afterwards.
   void Deliver();
   // How messages name it, and whether this process prints there too.
   const std::string& Name() const { return path_; }

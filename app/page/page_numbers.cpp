@@ -19,7 +19,7 @@ namespace {
 
 static_assert(std::endian::native == std::endian::little);
 
-// Beyond it, sums of coordinates and their squares are no numbers.
+// Beyond it, sums of coordinates and their squares overflow.
 constexpr double kMostCoordinate = 1e150;
 
 bool isInRange(double value) { return std::abs(value) <= kMostCoordinate; }

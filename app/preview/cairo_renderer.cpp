@@ -10,7 +10,7 @@ namespace dxf2d {
 
 namespace {
 
-// In pixels or points of a page that is no sheet.
+// In pixels or points of a page that is not a sheet.
 constexpr double kLineWidth = 1.5;
 
 // Of lines without a weight on a sheet.

@@ -209,7 +209,7 @@ bool filterCalls(bool allowsPrograms) {
     for (const std::uint32_t call : kPrograms) {
       filter.Refuse(call);
     }
-    // Threads are no processes.
+    // Threads do not count as processes.
     filter.RequireFlag(SYS_clone, 0, CLONE_THREAD);
     filter.Refuse(SYS_clone3, kUnknown);
   }

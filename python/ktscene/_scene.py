@@ -75,7 +75,7 @@ def _text(text: Optional[str]) -> Optional[bytes]:
         return None
     if "\0" in text:
         raise ValueError("a text with a zero character; leave it out")
-    # What is no character becomes a question mark.
+    # What is not a character becomes a question mark.
     return text.encode("utf-8", "replace")
 
 

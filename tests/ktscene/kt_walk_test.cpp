@@ -152,7 +152,7 @@ TEST_F(Walk, RefusesALabelWithDecimalCommas) {
 }
 
 TEST_F(Walk, TakesLabelsWhoseCommasAreNoDecimalOnes) {
-  // In a line; as the alignment; in a text that is no label with points either.
+  // In a line; as the alignment; in a text that is not a label with points either.
   for (const char* text :
        {"T:1 2.5 0 10 20 5 30 C 0 1 0 0 0 \\\"a, b\\\"", "T:1 1 0 1 1 1 0 , 0 1 0 0 0 \\\"a\\\"",
         "T:one, two", "Hello, world", ",", ""}) {

@@ -77,8 +77,8 @@ inline std::string readFile(const std::string& path) {
   return *bytes;
 }
 
-// Splits the text of a drawing into groups. Throws std::runtime_error at a code that is no number
-// or has no value line.
+// Splits the text of a drawing into groups. Throws std::runtime_error at a code that is not a
+// number or has no value line.
 inline std::vector<Group> groupsOf(const std::string& text) {
   std::vector<Group> groups;
   std::size_t begin = 0;

@@ -82,7 +82,7 @@ TEST(TextOfName, BytesThatAreNotUtf8ShowAsReplacements) {
                        "che"),
             u"K\\U+FFFDche");
   EXPECT_EQ(textOfName("a\xC3"), u"a\\U+FFFD");
-  // A surrogate in UTF-8 is no character.
+  // A surrogate in UTF-8 is not a character.
   EXPECT_EQ(textOfName("\xED\xA0\xBD"), u"\\U+FFFD\\U+FFFD\\U+FFFD");
 }
 

@@ -146,7 +146,7 @@ TEST(SilhouetteAgainstNormals, TrianglesAtRandom) {
 }
 
 TEST(SilhouetteAgainstNormals, TrianglesOfASmallGrid) {
-  // Many are upright, lie in one plane, or are no triangles.
+  // Many are upright, lie in one plane, or are degenerate.
   Random random(2);
   expectAgreement(200000, [&] {
     return fourPoints([&] { return static_cast<double>(below(random, 3)) - 1.0; });
