@@ -70,8 +70,11 @@ def check_components(args, work):
     """Each component installs what it says, and together they are everything."""
     environment = {key: value for key, value in os.environ.items() if key != "DESTDIR"}
 
+    def place_of(*component):
+        return work / "-".join(("part", *component))
+
     def files_of(*component):
-        prefix = work / "-".join(("part", *component))
+        prefix = place_of(*component)
         run(args.cmake, "--install", args.build, "--config", args.config, "--prefix", prefix, *component,
             environment=environment)
         return {path.relative_to(prefix).as_posix() for path in prefix.rglob("*") if not path.is_dir()}
@@ -87,6 +90,19 @@ def check_components(args, work):
                 and not name.endswith("dxf2d_plugin.so")], parts["runtime"]
     assert sum(map(len, parts.values())) == len(set().union(*parts.values()))
     assert set().union(*parts.values()) == files_of(), set().union(*parts.values()) ^ files_of()
+
+    # Programs are built with two of them, and run with one.
+    runtime = place_of("--component", "runtime")
+    both = work / "runtime and development"
+    shutil.copytree(runtime, both, symlinks=True)
+    shutil.copytree(place_of("--component", "development"), both, symlinks=True, dirs_exist_ok=True)
+    [examples] = place_of("--component", "documentation").glob("share/doc/*/examples")
+    host = build_with_pkg_config(args, examples / "minimal_host", both)
+    both.rename(work / "not there any more")
+    [plugin] = runtime.rglob("dxf2d_plugin.so")
+    drawing = work / "runtime.dxf"
+    run(host, drawing, plugin, environment=dict(os.environ, LD_LIBRARY_PATH=str(runtime / lib)))
+    check_two_crates(drawing)
 
 
 def check_headers(prefix):
@@ -113,6 +129,7 @@ def build_with_cmake(args, source, prefix):
 
 
 def pkg_config(args, prefix, *what):
+    """The words that pkg-config prints, as a shell takes them."""
     environment = dict(os.environ, PKG_CONFIG_PATH=str(prefix / args.libdir / "pkgconfig"))
     return shlex.split(run("pkg-config", *what, "ktscene", environment=environment))
 
