@@ -1,23 +1,14 @@
-#include "ktscene/default_plugin.h"
-
-#include <dlfcn.h>
-
 #include <filesystem>
 
+#include "ktscene/default_plugin.h"
 #include "ktscene/kt_traverser_error.h"
-#include "ktscene/kt_version.h"
+#include "ktscene/library_folder.h"
 
 namespace dxf2d {
 
 std::string defaultPlugin() {
   namespace fs = std::filesystem;
-  Dl_info library{};
-  fs::path folder;
-  if (dladdr(reinterpret_cast<const void*>(&defaultPlugin), &library) != 0 &&
-      library.dli_fname != nullptr) {
-    std::error_code error;
-    folder = fs::canonical(library.dli_fname, error).parent_path();
-  }
+  const fs::path folder = libraryFolder();
   for (const char* place : {"dxf2d/dxf2d_plugin.so", "dxf2d_plugin.so"}) {
     std::error_code error;
     if (fs::is_regular_file(folder / place, error)) {

@@ -4,6 +4,7 @@
 
 #include <mutex>
 
+#include "ktscene/library_folder.h"
 #include "ktscene/utf_text.h"
 
 namespace dxf2d {
@@ -18,24 +19,32 @@ void bindCatalog(const char* directory) {
   bind_textdomain_codeset(kDomain, "UTF-8");
 }
 
-std::once_flag installedCatalogBound;
-
-void bindInstalledCatalogOnce() {
-  std::call_once(installedCatalogBound, bindCatalog, KT_SCENE_CATALOG_DIRECTORY);
+// Without the library's place, catalogs are those of the system's own directory.
+void bindInstalledCatalog() {
+  if (const std::string folder = libraryFolder(); !folder.empty()) {
+    bindCatalog((folder + "/" KT_SCENE_CATALOG_DIRECTORY).c_str());
+  }
 }
+
+std::once_flag installedCatalogBound;
 
 }  // namespace
 
 std::u16string translate(const char16_t* text) {
-  bindInstalledCatalogOnce();
+  std::call_once(installedCatalogBound, bindInstalledCatalog);
   const std::string original = toUtf8(text);
   const char* translated = dgettext(kDomain, original.c_str());
   return translated == original.c_str() ? text : fromUtf8(translated);
 }
 
 void setCatalogDirectory(const std::string& directory) {
-  bindInstalledCatalogOnce();
-  bindCatalog(directory.empty() ? KT_SCENE_CATALOG_DIRECTORY : directory.c_str());
+  // So that a translation that comes later does not undo this.
+  std::call_once(installedCatalogBound, [] {});
+  if (directory.empty()) {
+    bindInstalledCatalog();
+  } else {
+    bindCatalog(directory.c_str());
+  }
 }
 
 }  // namespace dxf2d

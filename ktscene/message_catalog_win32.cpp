@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "ktscene/library_folder.h"
 #include "ktscene/message_catalog.h"
 #include "ktscene/mo_catalog.h"
 #include "ktscene/utf_text.h"
@@ -73,18 +74,6 @@ std::string readCatalog(const std::string& directory, const std::string& languag
                                                          : bytes;
 }
 
-// The installed directory, relative to that of this library.
-std::string installedDirectory() {
-  HMODULE library = nullptr;
-  GetModuleHandleExW(
-      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-      reinterpret_cast<const wchar_t*>(&installedDirectory), &library);
-  std::vector<wchar_t> path(32768);
-  const DWORD length = GetModuleFileNameW(library, path.data(), static_cast<DWORD>(path.size()));
-  const std::string file = toUtf8(frameworkString({path.data(), length}));
-  return file.substr(0, file.find_last_of('\\') + 1) + KT_SCENE_CATALOG_DIRECTORY;
-}
-
 // The catalogs of the user's languages, read again when the user's choice or the directory changes.
 struct Catalogs {
   std::mutex mutex;
@@ -100,7 +89,8 @@ struct Catalogs {
     }
     languages = wanted;
     bytes.clear();
-    const std::string place = directory.empty() ? installedDirectory() : directory;
+    const std::string place =
+        directory.empty() ? libraryFolder() + "/" KT_SCENE_CATALOG_DIRECTORY : directory;
     for (std::size_t begin = 0; begin <= wanted.size();) {
       const std::size_t end = std::min(wanted.find(':', begin), wanted.size());
       const std::string language = wanted.substr(begin, end - begin);

@@ -9,7 +9,7 @@
 // "ktscene"), or the text itself where there is no translation.
 KT_SCENE_API std::u16string ZuTranslateText(const char16_t* text);
 // Sets the directory in which catalogs are looked up (de/LC_MESSAGES/ktscene.mo and so on). Null or
-// empty: the installed one.
+// empty: the one that was installed with the library, wherever the tree is now.
 KT_SCENE_API void ZuSetCatalogueDirectory(const char* directory);
 
 // Shows an error. `owner` is the owning window, null for none; `style` is 0. Calls the handler that

@@ -41,6 +41,14 @@ TEST(ZuTranslateText, TranslatesToGerman) {
   EXPECT_EQ(ZuTranslateText(u"DXF export error"), u"DXF-Exportfehler");
 }
 
+TEST(ZuTranslateText, FindsTheCatalogFromTheLibrary) {
+  const GermanMessages german(nullptr);
+  if (!german.IsSet()) {
+    GTEST_SKIP() << "the C library has no locale that allows translations";
+  }
+  EXPECT_EQ(ZuTranslateText(u"DXF export error"), u"DXF-Exportfehler");
+}
+
 TEST(ZuTranslateText, UnknownTextIsUnchangedInEveryLanguage) {
   const GermanMessages german(KT_SCENE_TEST_CATALOGS);
   EXPECT_EQ(ZuTranslateText(u"Größe € 😀"), u"Größe € 😀");

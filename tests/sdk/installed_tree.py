@@ -146,6 +146,28 @@ def build_with_pkg_config(args, source, prefix):
     return host
 
 
+def check_translations(args, prefix, work):
+    """A program finds the catalog beside the library, wherever the tree is."""
+    program = work / "translated_text"
+    run(args.compiler, "-std=c++20", *shlex.split(args.flags), *pkg_config(args, prefix, "--cflags"),
+        pathlib.Path(__file__).with_name("translated_text.cpp"), "-o", program,
+        *pkg_config(args, prefix, "--libs"))
+
+    def text(place):
+        environment = dict(os.environ, LC_ALL="C.UTF-8", LANGUAGE="de",
+                           LD_LIBRARY_PATH=str(place / args.libdir))
+        return run(program, environment=environment)
+
+    assert text(prefix) == "DXF-Exportfehler\n", text(prefix)
+    elsewhere = work / "elsewhere"
+    prefix.rename(elsewhere)
+    assert text(elsewhere) == "DXF-Exportfehler\n", text(elsewhere)
+    # It was the tree's own catalog, not one that this system happens to have.
+    [catalog] = elsewhere.rglob("de/LC_MESSAGES/ktscene.mo")
+    catalog.unlink()
+    assert text(elsewhere) == "DXF export error\n", text(elsewhere)
+
+
 def groups(drawing):
     """The (code, value) pairs of a drawing."""
     lines = drawing.read_text(encoding="latin-1").split("\n")
@@ -229,6 +251,8 @@ def check(args, work):
     if program.exists():
         svg_plugin = build_with_cmake(args, examples / "svg_plugin", prefix) / "svg_plugin.so"
         check_program(program, plugin, svg_plugin, work)
+    # Last: it moves the tree once more.
+    check_translations(args, prefix, work)
 
 
 def main():
