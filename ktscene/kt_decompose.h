@@ -4,6 +4,7 @@
 #include "ktscene/export.h"
 #include "ktscene/kt_matrix.h"
 
+// The two parts of a transform.
 struct KtDecomposition {
   // A turn about z and a shift: the matrix of an object's node.
   KtMatrix placement;

@@ -16,11 +16,13 @@ enum KTV_GRAPHIC_TYPE {
 // walk owns it and lends it for one call. Hosts with shapes of their own derive from it.
 class KT_SCENE_API KtGeometry {
  public:
+  // A shape of that type, for good.
   explicit KtGeometry(KTV_GRAPHIC_TYPE type) : type_(type) {}
   virtual ~KtGeometry();
   KtGeometry(const KtGeometry&) = delete;
   KtGeometry& operator=(const KtGeometry&) = delete;
 
+  // Returns which kind of shape this is.
   KTV_GRAPHIC_TYPE GetGraphicType() const { return type_; }
 
   // Replaces `parameters` by the shape's sizes in drawing units: of a box its extents along x, y

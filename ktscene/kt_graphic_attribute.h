@@ -12,6 +12,7 @@ enum KTV_GRAPHIC_CREATE_TYPE { KTV_GRAPHIC_CREATE_DEFAULT = 0 };
 // A view of one scene node. The walk owns it and lends it for one call; the node must outlive it.
 class KT_SCENE_API KtGraphicAttribute {
  public:
+  // A view of `node`, for hosts that call the slots themselves.
   explicit KtGraphicAttribute(const KtSceneNode& node) : node_(&node) {}
 
   // Each sets the string to the node's name of that kind (see KtSceneNode). Returns false, and

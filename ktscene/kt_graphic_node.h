@@ -9,6 +9,7 @@
 // call. Hosts with nodes of their own derive from it.
 class KT_SCENE_API KtGraphicNode {
  public:
+  // `isLabel`: what GetIsLabel returns.
   explicit KtGraphicNode(bool isLabel) : isLabel_(isLabel) {}
   virtual ~KtGraphicNode();
   KtGraphicNode(const KtGraphicNode&) = delete;

@@ -28,6 +28,7 @@ extern "C" {
 
 // NOLINTBEGIN(modernize-use-using, readability-identifier-naming): for C, in its style.
 
+// The host, as it shows itself to a plug-in.
 typedef struct KtHost {
   // sizeof(KtHost) and KTSCENE_VERSION of the headers that the host was built with.
   size_t size;
@@ -43,9 +44,12 @@ typedef struct KtHost {
 
 // ---- Progress and cancel: KtHostProgress
 
+// What get_extension takes for a KtHostProgress.
 #define KT_HOST_PROGRESS "ktscene.progress/1"
 
+// Shows how far an export is, and whether the user still wants it.
 typedef struct KtHostProgress {
+  // sizeof(KtHostProgress)
   size_t size;
   // Shows how far an export is: `fraction` from 0 to 1, below 0 when that is not known; `text` says
   // what is being done, or is null. Returns whether the user has canceled the export, as
@@ -58,11 +62,15 @@ typedef struct KtHostProgress {
 
 // ---- Log: KtHostLog
 
+// What get_extension takes for a KtHostLog.
 #define KT_HOST_LOG "ktscene.log/1"
 
+// How much a sentence in the log matters.
 enum { KT_LOG_INFO = 0, KT_LOG_WARNING = 1, KT_LOG_ERROR = 2 };
 
+// Where a plug-in says what the user should know.
 typedef struct KtHostLog {
+  // sizeof(KtHostLog)
   size_t size;
   // Shows one sentence without a line feed. An error here does not end the export: for that the
   // slot returns false or throws.
@@ -71,9 +79,12 @@ typedef struct KtHostLog {
 
 // ---- Names of files: KtHostFiles
 
+// What get_extension takes for a KtHostFiles.
 #define KT_HOST_FILES "ktscene.files/1"
 
+// The names of the files that an export makes.
 typedef struct KtHostFiles {
+  // sizeof(KtHostFiles)
   size_t size;
   // The name under which the user gets the file of the export that is open or about to open, for
   // titles and references. Slot 19's path is often that of a temporary file. Null when there is

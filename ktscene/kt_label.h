@@ -16,20 +16,27 @@
 
 // What KtV::ParseLabelString takes apart; see there for the fields. Lengths are in drawing units.
 struct KtLabelContent {
+  // The size of a letter.
   double width = 1.0;
   double height = 1.0;
   double depth = 0.0;
+
+  // The point that `align` is about, in the node's coordinates.
   double x = 0.0;
   double y = 0.0;
   double z = 0.0;
-  double angle = 0.0;     // in degrees
+
+  double angle = 0.0;     // in degrees, counter-clockwise
   char16_t align = u'L';  // any unit but a space
-  bool frame = false;
-  double red = 0.0;  // components from 0 to 1
+  bool frame = false;     // whether it wants a frame around it
+
+  // The color, each from 0 to 1, unless KtLabel::colorIndex says another.
+  double red = 0.0;
   double green = 0.0;
   double blue = 0.0;
-  unsigned flags = 0;
-  std::vector<std::u16string> lines{};
+
+  unsigned flags = 0;                   // passed on as it is
+  std::vector<std::u16string> lines{};  // from the top to the bottom
   KtReserved<4> reserved{};
 };
 

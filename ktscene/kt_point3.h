@@ -8,7 +8,9 @@
 // default. Compile users of this header with -ffp-contract=off, as those of KtMatrix.
 class KtPoint3 {
  public:
+  // The origin.
   KtPoint3() = default;
+  // The point or the direction of these coordinates.
   KtPoint3(double x, double y, double z) : x_(x), y_(y), z_(z) {}
 
   // Sets all three coordinates.

@@ -34,12 +34,12 @@ class KtGraphicItem {};
 
 // A surface's colors, each red, green, blue from 0 to 1.
 struct KtMaterial {
-  double ambient[3] = {0.0, 0.0, 0.0};
-  double diffuse[3] = {1.0, 1.0, 1.0};
-  double specular[3] = {0.0, 0.0, 0.0};
-  double emission[3] = {0.0, 0.0, 0.0};
-  double shininess = 0.0;     // 0 (dull) to 1
-  double transparency = 0.0;  // 0 (opaque) to 1
+  double ambient[3] = {0.0, 0.0, 0.0};   // in ambient light
+  double diffuse[3] = {1.0, 1.0, 1.0};   // in direct light: the color that plans are drawn in
+  double specular[3] = {0.0, 0.0, 0.0};  // of highlights
+  double emission[3] = {0.0, 0.0, 0.0};  // of its own light
+  double shininess = 0.0;                // 0 (dull) to 1
+  double transparency = 0.0;             // 0 (opaque) to 1
   KtReserved<4> reserved{};
 };
 
@@ -58,8 +58,8 @@ struct KtFaceSet {
 
 // Lines; coordinates and codes as in KtFaceSet.
 struct KtLineSet {
-  std::vector<double> coords;
-  std::vector<int> indices;
+  std::vector<double> coords;  // x, y, z triples
+  std::vector<int> indices;    // runs of point numbers
   KtReserved<4> reserved{};
 };
 
@@ -84,15 +84,15 @@ struct KtBorrowedLists {
 
 // A KtFaceSet in lists that are borrowed.
 struct KtBorrowedFaces {
-  KtBorrowedLists lists{};
-  bool reverseOrientation = false;
-  bool closedSurface = true;
+  KtBorrowedLists lists{};          // the points and the runs
+  bool reverseOrientation = false;  // false: counter-clockwise is the front
+  bool closedSurface = true;        // whether the set bounds a solid
   KtReserved<4> reserved{};
 };
 
 // A KtLineSet in lists that are borrowed.
 struct KtBorrowedLines {
-  KtBorrowedLists lists{};
+  KtBorrowedLists lists{};  // the points and the runs
   KtReserved<4> reserved{};
 };
 
@@ -102,15 +102,15 @@ KT_SCENE_API KtLineSet KtCopyLists(const KtBorrowedLines& lines);
 
 // A box of extents a, b, c, each above 0, centered on the origin in x and y, from z = 0 to c.
 struct KtBox {
-  double a = 1.0;
-  double b = 1.0;
-  double c = 1.0;
+  double a = 1.0;  // along x
+  double b = 1.0;  // along y
+  double c = 1.0;  // along z
 };
 
 // A cylinder about the z axis, from z = 0 to `height`; both sizes are above 0.
 struct KtCylinder {
-  double radius = 1.0;
-  double height = 1.0;
+  double radius = 1.0;  // of the circle in plan
+  double height = 1.0;  // along z
 };
 
 // The face sets that stand in for shapes which a plug-in declines: closed, counter-clockwise from
@@ -125,6 +125,7 @@ using KtSceneGeometry =
                  KtCylinder, std::shared_ptr<const KtBorrowedFaces>,
                  std::shared_ptr<const KtBorrowedLines>>;
 
+// A text in the drawing.
 struct KtLabel {
   // A tag of two characters and a label string, see KtV::ParseLabelString.
   std::u16string text;
@@ -136,15 +137,17 @@ struct KtLabel {
 // A box that holds a node's content, by its lower and upper corner in the node's coordinates.
 // Passed to plug-ins unchanged; nothing compares it with the content.
 struct KtBounds {
-  std::array<double, 3> min{};
-  std::array<double, 3> max{};
+  std::array<double, 3> min{};  // lower corner
+  std::array<double, 3> max{};  // upper corner
   KtReserved<2> reserved{};
 };
 
 // One node. Owns its children; their order is that of the walk. Moving and destroying a node is
 // safe at any depth and takes no memory; it cannot be copied.
 struct KT_SCENE_API KtSceneNode : KtGraphicItem {
+  // A node without names, content and children, where its parent is.
   KtSceneNode();
+  // The other node is fit for nothing but assignment and destruction then.
   KtSceneNode(KtSceneNode&&) noexcept;
   KtSceneNode& operator=(KtSceneNode&&) noexcept;
   KtSceneNode(const KtSceneNode&) = delete;
@@ -185,6 +188,7 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
   // Null for an ordinary node. The walk looks at nothing else of a node that has it.
   std::unique_ptr<Lod> lod;
 
+  // In the order of the walk, which comes to them after the node's own content.
   std::vector<KtSceneNode> children;
 
   // The host's own, such as the viewer's node from which this one was made; kept as long as the
@@ -195,8 +199,9 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
   KtReserved<8> reserved{};
 };
 
-// The nodes at the top, in the order of the walk.
+// What a plug-in draws. A scene without nodes gives a drawing without objects.
 struct KtScene {
+  // The nodes at the top, in the order of the walk.
   std::vector<KtSceneNode> nodes;
   KtReserved<4> reserved{};
 };

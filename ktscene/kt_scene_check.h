@@ -15,6 +15,7 @@
 #include "ktscene/kt_reserved.h"
 #include "ktscene/kt_scene.h"
 
+// How much a finding matters.
 enum class KtSeverity {
   // Drawn, but perhaps not as it is meant.
   kWarning,
@@ -22,7 +23,9 @@ enum class KtSeverity {
   kError,
 };
 
+// One thing that is wrong with a scene.
 struct KtSceneFinding {
+  // Whether something is missing or wrong, or may be meant.
   KtSeverity severity = KtSeverity::kWarning;
   // The node or the part of it, as a JSON pointer (RFC 6901) into the scene's file, such as
   // "/nodes/0/children/2/label".

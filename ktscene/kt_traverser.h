@@ -16,6 +16,7 @@
 // What a plug-in says of itself. A struct of the caller's, of which the first `size` bytes are
 // read: later versions add members at the end. The texts are UTF-8 and never null.
 struct KtPluginDescription {
+  // Leave it as it is.
   std::size_t size = sizeof(KtPluginDescription);
   // For messages; empty: the name of the plug-in's file.
   const char* name = "";

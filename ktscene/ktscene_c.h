@@ -62,6 +62,7 @@ enum {
   KTC_POLYGON = -7
 };
 
+// A scene; one that KtCNewScene made belongs to the caller.
 typedef struct KtCScene KtCScene;
 // Belongs to its scene, and lives as long.
 typedef struct KtCNode KtCNode;
@@ -70,8 +71,9 @@ typedef struct KtCNode KtCNode;
 // this thread fails; empty if none has.
 KT_SCENE_API const char* KtCErrorText(void);
 
+// Makes a scene without nodes.
 KT_SCENE_API KtCScene* KtCNewScene(void);
-// Null is allowed.
+// Ends a scene and its nodes, and the loan of its lists. Null is allowed.
 KT_SCENE_API void KtCFreeScene(KtCScene* scene);
 
 // Adds a node behind the last one of `parent`, or of the scene if that is null.
@@ -98,22 +100,23 @@ KT_SCENE_API int KtCSetColor(KtCNode* node, double red, double green, double blu
 // A text in the drawing. Later versions add members at the end: set `size` to sizeof(KtCLabel) and
 // the rest to 0 first.
 typedef struct KtCLabel {
-  size_t size;
+  size_t size;  // sizeof(KtCLabel)
   // Lines that end in line feeds, but for the last; not null.
   const char* text;
-  double height;  // above 0
-  double x, y, z;
-  double angle;  // in degrees
+  double height;   // of its letters, above 0
+  double x, y, z;  // the point that align is about, in the node's coordinates
+  double angle;    // in degrees
   // 'L', 'C' or 'R'; 0 is as 'L'.
   char align;
   double red, green, blue;  // from 0 to 1
 } KtCLabel;
+// Gives the node a label, in place of the one that it may have.
 KT_SCENE_API int KtCSetLabel(KtCNode* node, const KtCLabel* label);
 
 // The lists of one mesh or of lines. Later versions add members at the end: set `size` to
 // sizeof(KtCLists) and the rest to 0 first.
 typedef struct KtCLists {
-  size_t size;
+  size_t size;  // sizeof(KtCLists)
   // x, y, z triples: one of these two, the other null. `coord_count` counts numbers.
   const float* floats;
   const double* doubles;
@@ -137,6 +140,7 @@ enum { KTC_CLOSED = 1, KTC_CLOCKWISE = 2 };
 
 // Adds a mesh, with 0 or more of the flags above, to what the node draws.
 KT_SCENE_API int KtCAddFaces(KtCNode* node, const KtCLists* lists, int flags);
+// Adds lines to what the node draws.
 KT_SCENE_API int KtCAddLines(KtCNode* node, const KtCLists* lists);
 // Adds what another node draws so far, without a copy.
 KT_SCENE_API int KtCShareGeometry(KtCNode* node, const KtCNode* other);
@@ -151,10 +155,10 @@ KT_SCENE_API int KtCCheckScene(const KtCScene* scene, KtCFinding finding, void* 
 // Writes the scene as a file (JSON) that dxf2d reads, for bug reports and for exports elsewhere.
 KT_SCENE_API int KtCWriteSceneFile(const KtCScene* scene, const char* path);
 
-// Later versions add members at the end: set `size` to sizeof(KtCDrawOptions) and the rest to 0
-// first.
+// How KtCDraw draws. Later versions add members at the end: set `size` to sizeof(KtCDrawOptions)
+// and the rest to 0 first.
 typedef struct KtCDrawOptions {
-  size_t size;
+  size_t size;  // sizeof(KtCDrawOptions)
   // The plug-in's path. Null: that of the plug-in which is installed with this library.
   const char* plugin;
   // Called before each node with the number of those before it; 0 cancels. May be null.

@@ -16,6 +16,7 @@ KT_SCENE_API void ZuSetCatalogueDirectory(const char* directory);
 // the application has set; without one, writes "title: text" and a line feed to standard error.
 KT_SCENE_API void ZuErrorBox(void* owner, const char16_t* title, const char16_t* text, int style);
 
+// Shows an error in a host's own way; arguments as in ZuErrorBox, the texts never null.
 using ZuErrorBoxHandler = void (*)(void* owner, const char16_t* title, const char16_t* text,
                                    int style);
 // Sets the process's handler (null: the default) and returns the previous one. Set it before any

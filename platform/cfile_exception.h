@@ -15,6 +15,7 @@ inline namespace kt_platform {
 // it beside its own writes kt_platform::CFileException.
 class KT_PLATFORM_API CFileException : public std::exception {
  public:
+  // What went wrong, by the framework's names.
   enum Cause {
     none,
     genericException,
@@ -53,9 +54,9 @@ class KT_PLATFORM_API CFileException : public std::exception {
   // The same sentence in UTF-8; empty for cause none.
   const char* what() const noexcept override;
 
-  Cause m_cause = none;
-  long m_lOsError = -1;
-  CString m_strFileName;
+  Cause m_cause = none;   // what OsErrorToCause makes of the next
+  long m_lOsError = -1;   // the operating system's error number, -1 for none
+  CString m_strFileName;  // the path as it was given
   // Replaces the part of the sentence after the file's name, such as " could not ... .", where the
   // cause's own text would say too little; empty otherwise.
   CString m_strReason;

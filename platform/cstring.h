@@ -27,6 +27,7 @@ class CString {
   std::u16string_view View() const { return text_; }
   operator const char16_t*() const { return text_.c_str(); }
 
+  // Makes this the empty text.
   void Empty() { text_.clear(); }
   // Replaces the text by `format` with its conversions filled in, as printf does it:
   // %d %i %u %x %X %c %f %F %e %E %g %G with flags, width, precision and the sizes l and ll, %s (a
@@ -35,6 +36,7 @@ class CString {
   // beyond 65535 counts as 65535.
   KT_PLATFORM_API void Format(const char16_t* format, ...);
 
+  // Texts are joined, and compared unit by unit.
   CString& operator+=(const CString& other) {
     text_ += other.text_;
     return *this;

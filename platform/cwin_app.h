@@ -18,6 +18,7 @@ class KT_PLATFORM_API CWinApp {
   // Initializes the module. Returns whether that succeeded.
   virtual bool InitInstance();
 
+  // The name that the constructor was given.
   CString m_strAppName;
 };
 
