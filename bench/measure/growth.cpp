@@ -32,6 +32,7 @@ void measureGrowth(const MeasureOptions& options) {
         options.repetitions, [&] { return secondsOfFirst(path, large); },
         [&] {
           std::vector<double> times;
+          times.reserve(kSmallRuns);
           for (int i = 0; i < kSmallRuns; ++i) {
             times.push_back(secondsOfFirst(path, small));
           }

@@ -33,8 +33,10 @@ InstanceScene instanceScene(const std::vector<std::u16string>& ids) {
   scene.instances.resize(ids.size());
   for (std::size_t i = 0; i < ids.size(); ++i) {
     nameNode(scene.instances[i], ids[i]);
-    scene.instances[i].matrix.SetTranslation(0.5 * static_cast<double>(i % 1000),
-                                             0.5 * static_cast<double>(i / 1000), 0.0);
+    const std::size_t column = i % 1000;
+    const std::size_t row = i / 1000;
+    scene.instances[i].matrix.SetTranslation(0.5 * static_cast<double>(column),
+                                             0.5 * static_cast<double>(row), 0.0);
   }
   return scene;
 }

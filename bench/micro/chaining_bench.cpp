@@ -21,7 +21,8 @@ EdgeSet ladder(std::size_t edgeCount) {
     set.points.emplace_back(rung, 1.0, 0.0);
     set.edges.insert(set.edges.end(), {{low, low + 1}, {low, low + 2}, {low + 1, low + 3}});
   }
-  const auto end = static_cast<double>(set.points.size() / 2);
+  const std::size_t rungs = set.points.size() / 2;
+  const auto end = static_cast<double>(rungs);
   set.points.emplace_back(end, 0.0, 0.0);
   set.points.emplace_back(end, 1.0, 0.0);
   return set;

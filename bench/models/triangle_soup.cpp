@@ -130,8 +130,10 @@ TriangleSoup boxesSoup(std::size_t triangleCount) {
   TriangleSoup soup;
   soup.reserve(12 * boxCount);
   for (std::size_t box = 0; box < boxCount; ++box) {
-    addBox(soup, random, kSpacing * static_cast<double>(box % columns),
-           kSpacing * static_cast<double>(box / columns));
+    const std::size_t column = box % columns;
+    const std::size_t row = box / columns;
+    addBox(soup, random, kSpacing * static_cast<double>(column),
+           kSpacing * static_cast<double>(row));
   }
   return soup;
 }

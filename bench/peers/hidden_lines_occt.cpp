@@ -51,7 +51,7 @@ TopoDS_Shape shellOf(const Poly_Triangulation& mesh) {
     }
   }
   // One triangle for each face.
-  BRepMesh_IncrementalMesh(shell, 1e6);
+  const BRepMesh_IncrementalMesh triangles(shell, 1e6);
   return shell;
 }
 

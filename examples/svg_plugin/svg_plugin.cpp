@@ -87,7 +87,7 @@ std::string cssColor(const std::array<double, 3>& color) {
   char text[8] = "#";
   for (std::size_t i = 0; i < 3; ++i) {
     const double level = std::isfinite(color[i]) ? std::clamp(color[i], 0.0, 1.0) : 0.0;
-    std::snprintf(text + 1 + 2 * i, 3, "%02x", static_cast<unsigned>(level * 255.0 + 0.5));
+    std::snprintf(text + 1 + 2 * i, 3, "%02x", static_cast<unsigned>(std::lround(level * 255.0)));
   }
   return text;
 }
