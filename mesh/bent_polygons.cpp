@@ -9,6 +9,7 @@
 
 #include "mesh/ear_clipping.h"
 #include "mesh/vector.h"
+#include "platform/parallel.h"
 
 namespace dxf2d::mesh {
 
@@ -99,24 +100,26 @@ Triangles bentTriangles(const PolygonMesh& mesh, std::size_t p, double distance)
 
 }  // namespace
 
-std::size_t splitBentPolygons(PolygonMesh& mesh, double distance) {
+std::size_t splitBentPolygons(PolygonMesh& mesh, double distance, std::size_t threads) {
   // A point that closes a T-junction is up to the distance away from a straight edge.
   constexpr double kThinnest = 4.0;
   struct Split {
     std::size_t polygon;
     Triangles triangles;
   };
-  std::vector<Split> bent;
-  std::size_t added = 0;
-  for (std::size_t p = 0; p < mesh.PolygonCount(); ++p) {
-    Triangles triangles = bentTriangles(mesh, p, kThinnest * distance);
-    if (!triangles.empty()) {
-      added += triangles.size();
-      bent.push_back({p, std::move(triangles)});
-    }
-  }
+  const std::vector<Split> bent =
+      collectInParallel<Split>(mesh.PolygonCount(), threads, [&](std::size_t p, auto& list) {
+        Triangles triangles = bentTriangles(mesh, p, kThinnest * distance);
+        if (!triangles.empty()) {
+          list.push_back({p, std::move(triangles)});
+        }
+      });
   if (bent.empty()) {
     return 0;
+  }
+  std::size_t added = 0;
+  for (const Split& one : bent) {
+    added += one.triangles.size();
   }
   PolygonMesh split;
   split.corners.reserve(mesh.corners.size() + 3 * added);

@@ -16,8 +16,8 @@ inline constexpr std::size_t kMostBentCorners = 64;
 // The diagonal of four corners is that from the corner at which the polygon is concave, or else
 // from its first. More corners, kMostBentCorners at most, lose one ear after another, seen along
 // the axis nearest to the normal; a polygon that crosses itself there stays whole, and so does
-// one with a triangle that is not a few times wider than `distance`, that of repair. Returns how
-// many were split.
-std::size_t splitBentPolygons(PolygonMesh& mesh, double distance);
+// one with a triangle that is not a few times wider than `distance`, that of repair. `threads`
+// share the work. Returns how many were split.
+std::size_t splitBentPolygons(PolygonMesh& mesh, double distance, std::size_t threads = 1);
 
 }  // namespace dxf2d::mesh

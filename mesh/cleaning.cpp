@@ -6,20 +6,27 @@
 
 #include "mesh/polygon_filter.h"
 #include "mesh/vector.h"
+#include "platform/parallel.h"
 
 namespace dxf2d::mesh {
 
 namespace {
 
+// Whether a corner repeats the one before it (the first one comes after the last).
+bool hasRepeats(std::span<const Index> corners) {
+  Index before = corners.empty() ? 0 : corners.back();
+  for (const Index corner : corners) {
+    if (corner == before) {
+      return true;
+    }
+    before = corner;
+  }
+  return false;
+}
+
 // Moves the corners [begin, end) to `out`, without those that repeat the one before them (the first
 // one comes after the last). Returns the end of what was moved.
 Index withoutRepeats(std::vector<Index>& corners, Index begin, Index end, Index out) {
-  if (out == begin && end - begin == 3) {
-    const Index* const triangle = &corners[begin];
-    if (triangle[0] != triangle[1] && triangle[1] != triangle[2] && triangle[2] != triangle[0]) {
-      return end;
-    }
-  }
   const Index first = out;
   for (Index i = begin; i < end; ++i) {
     if (out == first || corners[out - 1] != corners[i]) {
@@ -66,6 +73,22 @@ bool isWithoutArea(const std::vector<Point>& points, std::span<const Index> corn
   });
 }
 
+// The first polygon with a repeated corner, or without area; the number of polygons if there is
+// none.
+std::size_t firstUnclean(const PolygonMesh& mesh, double distance, std::size_t threads) {
+  const Blocks blocks(mesh.PolygonCount(), threads);
+  std::vector<std::size_t> firsts(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& block) {
+    std::size_t p = block.begin;
+    while (p < block.end && !hasRepeats(mesh.Polygon(p)) &&
+           !isWithoutArea(mesh.points, mesh.Polygon(p), distance)) {
+      ++p;
+    }
+    firsts[number] = p < block.end ? p : mesh.PolygonCount();
+  });
+  return *std::ranges::min_element(firsts);
+}
+
 }  // namespace
 
 std::size_t dropNotFinite(PolygonMesh& mesh) {
@@ -79,13 +102,13 @@ std::size_t dropNotFinite(PolygonMesh& mesh) {
          });
 }
 
-CleaningCounts dropDegenerate(PolygonMesh& mesh, double distance) {
+CleaningCounts dropDegenerate(PolygonMesh& mesh, double distance, std::size_t threads) {
   CleaningCounts counts;
   const std::size_t count = mesh.PolygonCount();
-  std::size_t kept = 0;
-  Index out = 0;
-  Index begin = 0;
-  for (std::size_t p = 0; p < count; ++p) {
+  std::size_t kept = firstUnclean(mesh, distance, threads);
+  Index out = mesh.starts[kept];
+  Index begin = out;
+  for (std::size_t p = kept; p < count; ++p) {
     const Index end = mesh.starts[p + 1];
     const Index moved = withoutRepeats(mesh.corners, begin, end, out);
     if (isWithoutArea(mesh.points, std::span(mesh.corners).subspan(out, moved - out), distance)) {

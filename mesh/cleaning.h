@@ -19,7 +19,8 @@ struct CleaningCounts {
 
 // Leaves out corners that repeat the one before them, polygons whose corners all lie within
 // `distance` of the line through the first corner and the one farthest from it (which have no area
-// worth the name), and segments between a point and itself. The mesh is welded.
-CleaningCounts dropDegenerate(PolygonMesh& mesh, double distance);
+// worth the name), and segments between a point and itself. The mesh is welded. `threads` share the
+// work.
+CleaningCounts dropDegenerate(PolygonMesh& mesh, double distance, std::size_t threads = 1);
 
 }  // namespace dxf2d::mesh

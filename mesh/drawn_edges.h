@@ -22,6 +22,8 @@ struct EdgeOptions {
   // Leaves out edges that show only because of how a curved surface was cut into facets
   // (mesh/facet_noise.h).
   bool dropsNoise = false;
+  // Threads that share the work; what comes out is the same with any number.
+  std::size_t threads = 1;
 };
 
 struct DrawnEdge {

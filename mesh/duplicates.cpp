@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "mesh/polygon_filter.h"
 #include "mesh/repeat_filter.h"
 #include "mesh/slot_table.h"
+#include "platform/parallel.h"
 
 namespace dxf2d::mesh {
 
@@ -67,20 +69,23 @@ class SameCorners {
 // corner, which are in one row of the table. Other polygons need not share any.
 class SuspectFinder {
  public:
-  explicit SuspectFinder(const PolygonMesh& mesh) : isSuspect_(mesh.PolygonCount(), 0) {
-    for (std::size_t p = 0; p < mesh.PolygonCount(); ++p) {
-      isSuspect_[p] = mesh.starts[p + 1] - mesh.starts[p] != 3 ? 1 : 0;
-    }
-  }
+  SuspectFinder(std::size_t polygonCount, std::size_t threads)
+      : isSuspect_(polygonCount, 0), threads_(threads) {}
 
-  void Add(Index a, std::span<const EdgeUse> uses) {
-    if (uses.size() == 2) {
-      AddPair(a, std::uint64_t{uses[0].Polygon()} << 32U | uses[1].Polygon());
-    } else if (uses.size() > 2) {
-      for (const EdgeUse& use : uses) {
-        isSuspect_[use.Polygon()] = 1;
+  void AddLargePolygons(const PolygonMesh& mesh) {
+    Blocks(mesh.PolygonCount(), threads_).Run([&](std::size_t /*number*/, const Block& polygons) {
+      for (std::size_t p = polygons.begin; p < polygons.end; ++p) {
+        isSuspect_[p] = mesh.starts[p + 1] - mesh.starts[p] != 3 ? 1 : 0;
       }
-    }
+    });
+  }
+  void AddRows(const EdgeTable& edges) {
+    Blocks(edges.RowCount(), threads_).Run([&](std::size_t /*number*/, const Block& rows) {
+      RowPairs pairs;
+      edges.ForEachEdge(rows, [&](Index a, Index /*b*/, std::span<const EdgeUse> uses) {
+        AddEdge(a, uses, pairs);
+      });
+    });
   }
 
   // The polygons, ascending.
@@ -98,32 +103,54 @@ class SuspectFinder {
   // Looked at one by one; the pairs of longer rows are all taken for suspects.
   static constexpr std::size_t kMostPairs = 32;
 
-  void AddPair(Index row, std::uint64_t pair) {
-    if (row != row_) {
-      row_ = row;
-      pairCount_ = 0;
-    }
-    bool isRepeated = pairCount_ == kMostPairs;
-    for (std::size_t i = 0; i < pairCount_; ++i) {
-      isRepeated |= pairs_[i] == pair;
-    }
-    if (isRepeated) {
-      isSuspect_[pair >> 32U] = isSuspect_[pair & 0xffffffffU] = 1;
-    } else {
-      pairs_[pairCount_++] = pair;
+  // The pairs of polygons at the edges of one row.
+  struct RowPairs {
+    Index row = kNone;
+    std::array<std::uint64_t, kMostPairs> pairs = {};
+    std::size_t count = 0;
+  };
+
+  void AddEdge(Index a, std::span<const EdgeUse> uses, RowPairs& pairs) {
+    if (uses.size() == 2) {
+      AddPair(a, std::uint64_t{uses[0].Polygon()} << 32U | uses[1].Polygon(), pairs);
+    } else if (uses.size() > 2) {
+      for (const EdgeUse& use : uses) {
+        Suspect(use.Polygon());
+      }
     }
   }
 
+  void AddPair(Index row, std::uint64_t pair, RowPairs& pairs) {
+    if (row != pairs.row) {
+      pairs.row = row;
+      pairs.count = 0;
+    }
+    bool isRepeated = pairs.count == kMostPairs;
+    for (std::size_t i = 0; i < pairs.count; ++i) {
+      isRepeated |= pairs.pairs[i] == pair;
+    }
+    if (isRepeated) {
+      Suspect(static_cast<Index>(pair >> 32U));
+      Suspect(static_cast<Index>(pair));
+    } else {
+      pairs.pairs[pairs.count++] = pair;
+    }
+  }
+
+  // Threads may come across one polygon at a time.
+  void Suspect(Index polygon) {
+    std::atomic_ref(isSuspect_[polygon]).store(1, std::memory_order_relaxed);
+  }
+
   std::vector<char> isSuspect_;
-  Index row_ = kNone;
-  std::array<std::uint64_t, kMostPairs> pairs_ = {};
-  std::size_t pairCount_ = 0;
+  std::size_t threads_;
 };
 
-std::vector<Index> findSuspects(const PolygonMesh& mesh, const EdgeTable& edges) {
-  SuspectFinder finder(mesh);
-  edges.ForEachEdge(
-      [&](Index a, Index /*b*/, std::span<const EdgeUse> uses) { finder.Add(a, uses); });
+std::vector<Index> findSuspects(const PolygonMesh& mesh, const EdgeTable& edges,
+                                std::size_t threads) {
+  SuspectFinder finder(mesh.PolygonCount(), threads);
+  finder.AddLargePolygons(mesh);
+  finder.AddRows(edges);
   return finder.Take();
 }
 
@@ -184,9 +211,10 @@ std::vector<DoubledPolygon> findDoubled(const PolygonMesh& mesh,
 
 }  // namespace
 
-Duplicates dropDuplicatePolygons(PolygonMesh& mesh, const EdgeTable& edges) {
+Duplicates dropDuplicatePolygons(PolygonMesh& mesh, const EdgeTable& edges, std::size_t threads) {
   Duplicates result;
-  const std::vector<Duplicate> duplicates = findDuplicates(mesh, findSuspects(mesh, edges));
+  const std::vector<Duplicate> duplicates =
+      findDuplicates(mesh, findSuspects(mesh, edges, threads));
   if (duplicates.empty()) {
     return result;
   }

@@ -22,7 +22,9 @@ struct Duplicates {
 
 // Keeps of the polygons with the same corners (in any order and winding, of any part) the first.
 // The mesh is cleaned. `edges` are those of the mesh, and no longer if anything was left out.
-Duplicates dropDuplicatePolygons(PolygonMesh& mesh, const EdgeTable& edges);
+// `threads` share the work.
+Duplicates dropDuplicatePolygons(PolygonMesh& mesh, const EdgeTable& edges,
+                                 std::size_t threads = 1);
 
 // The same for segments, either way round.
 std::size_t dropDuplicateSegments(PolygonMesh& mesh);

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <numbers>
 
+#include "platform/parallel.h"
+
 namespace dxf2d::mesh {
 
 namespace {
@@ -67,18 +69,19 @@ double creaseCosine(double degrees) {
   return least < kNoCreases ? std::cos(least * std::numbers::pi / 180.0) : kNone;
 }
 
-EdgeClassifier::EdgeClassifier(const PolygonMesh& mesh, double creaseDegrees)
-    : mesh_(mesh), creaseCosine_(creaseCosine(creaseDegrees)) {
-  facets_.reserve(mesh.PolygonCount());
-  for (std::size_t p = 0; p < mesh.PolygonCount(); ++p) {
-    Vector normal = doubledArea(mesh, p);
-    const double size = length(normal);
-    const bool hasArea = size > 0.0 && std::isfinite(size);
-    for (double& component : normal) {
-      component = hasArea ? component / size : 0.0;
+EdgeClassifier::EdgeClassifier(const PolygonMesh& mesh, double creaseDegrees, std::size_t threads)
+    : mesh_(mesh), facets_(mesh.PolygonCount()), creaseCosine_(creaseCosine(creaseDegrees)) {
+  Blocks(mesh.PolygonCount(), threads).Run([&](std::size_t /*number*/, const Block& polygons) {
+    for (std::size_t p = polygons.begin; p < polygons.end; ++p) {
+      Vector normal = doubledArea(mesh, p);
+      const double size = length(normal);
+      const bool hasArea = size > 0.0 && std::isfinite(size);
+      for (double& component : normal) {
+        component = hasArea ? component / size : 0.0;
+      }
+      facets_[p] = {normal, size};
     }
-    facets_.push_back({normal, size});
-  }
+  });
 }
 
 std::array<Vector, 2> EdgeClassifier::NormalsOf(const EdgeUse& first, const EdgeUse& second) const {

@@ -33,8 +33,9 @@ double creaseCosine(double degrees);
 // Classifies the edges of one mesh, which outlives it.
 class EdgeClassifier {
  public:
-  // Edges whose polygons' normals differ by more than `creaseDegrees` are creases.
-  EdgeClassifier(const PolygonMesh& mesh, double creaseDegrees);
+  // Edges whose polygons' normals differ by more than `creaseDegrees` are creases. `threads` share
+  // the work of looking at the polygons.
+  EdgeClassifier(const PolygonMesh& mesh, double creaseDegrees, std::size_t threads = 1);
 
   // The kind of the edge from a to b, or nothing when it does not show. Polygons that run along it
   // in the same direction are taken as if one of them were reversed. With three polygons or more,
@@ -65,7 +66,7 @@ class EdgeClassifier {
 
   const PolygonMesh& mesh_;
   // By polygon.
-  std::vector<Facet, LargeAllocator<Facet>> facets_;
+  LargeArray<Facet> facets_;
   // The cosine of the least angle of a crease.
   double creaseCosine_;
 };

@@ -1,6 +1,8 @@
 #include "mesh/edge_table.h"
 
 #include <algorithm>
+#include <numeric>
+#include <utility>
 
 namespace dxf2d::mesh {
 
@@ -13,11 +15,11 @@ void visitIfApart(Index from, Index to, Index polygon, Visit& visit) {
   }
 }
 
-// Calls visit(from, to, polygon) for every edge of every polygon.
+// Calls visit(from, to, polygon) for every edge of some polygons.
 template <class Visit>
-void forEachHalfEdge(const PolygonMesh& mesh, Visit visit) {
-  const auto polygonCount = static_cast<Index>(mesh.PolygonCount());
-  for (Index p = 0; p < polygonCount; ++p) {
+void forEachHalfEdge(const PolygonMesh& mesh, const Block& polygons, Visit visit) {
+  const auto end = static_cast<Index>(polygons.end);
+  for (auto p = static_cast<Index>(polygons.begin); p < end; ++p) {
     const std::span<const Index> corners = mesh.Polygon(p);
     if (corners.size() == 3) {
       visitIfApart(corners[2], corners[0], p, visit);
@@ -68,74 +70,161 @@ EdgeUse* withoutRepeats(const EdgeUse* begin, const EdgeUse* end, EdgeUse* out) 
   return out;
 }
 
-}  // namespace
+using Places = LargeArray<Index>;
 
-EdgeTable::EdgeTable(const PolygonMesh& mesh) {
-  // Counted into the row after the next, so that filling, which advances the row after, leaves
-  // every row's start in its own place.
-  rowStarts_.assign(mesh.points.size() + 2, 0);
-  forEachHalfEdge(mesh, [&](Index from, Index to, Index /*polygon*/) {
-    ++rowStarts_[std::size_t{std::min(from, to)} + 2];
+// Turns the number of uses that each stretch of polygons has in each row into the place of the
+// first of them, and writes where the rows start. Returns the number of all uses.
+std::size_t findPlaces(std::vector<Places>& places, std::size_t threads,
+                       std::vector<Index, LargeAllocator<Index>>& rowStarts) {
+  const Blocks blocks(rowStarts.size() - 1, threads);
+  std::vector<std::size_t> sums(blocks.Count() + 1);
+  blocks.Run([&](std::size_t number, const Block& rows) {
+    std::size_t sum = 0;
+    for (const Places& own : places) {
+      sum = std::accumulate(own.begin() + rows.begin, own.begin() + rows.end, sum);
+    }
+    sums[number + 1] = sum;
   });
-  for (std::size_t row = 2; row < rowStarts_.size(); ++row) {
-    rowStarts_[row] += rowStarts_[row - 1];
-  }
-  uses_.resize(rowStarts_.back(), EdgeUse(0, 0, false));
-  forEachHalfEdge(mesh, [&](Index from, Index to, Index polygon) {
-    const bool isForward = from < to;
-    uses_[rowStarts_[std::size_t{isForward ? from : to} + 1]++] =
-        EdgeUse(isForward ? to : from, polygon, isForward);
+  std::partial_sum(sums.begin(), sums.end(), sums.begin());
+  blocks.Run([&](std::size_t number, const Block& rows) {
+    auto next = static_cast<Index>(sums[number]);
+    for (std::size_t row = rows.begin; row < rows.end; ++row) {
+      rowStarts[row] = next;
+      for (Places& own : places) {
+        next += std::exchange(own[row], next);
+      }
+    }
   });
-  rowStarts_.pop_back();
-  SortRows();
+  rowStarts.back() = static_cast<Index>(sums.back());
+  return sums.back();
 }
 
-void EdgeTable::SortRows() {
-  EdgeUse* kept = uses_.data();
-  EdgeUse* begin = uses_.data();
-  for (std::size_t row = 0; row + 1 < rowStarts_.size(); ++row) {
-    EdgeUse* const end = uses_.data() + rowStarts_[row + 1];
+}  // namespace
+
+EdgeTable::EdgeTable(const PolygonMesh& mesh, std::size_t threads) {
+  // Each stretch of polygons takes a list of all rows.
+  constexpr std::size_t kMostStretches = 8;
+  const std::size_t rowCount = mesh.points.size();
+  const Blocks stretches =
+      Blocks::OneForEach(mesh.PolygonCount(), std::min(threads, kMostStretches));
+  std::vector<Places> places(stretches.Count());
+  stretches.Run([&](std::size_t number, const Block& polygons) {
+    Places own(rowCount);
+    std::fill(own.begin(), own.end(), 0);
+    forEachHalfEdge(mesh, polygons,
+                    [&](Index from, Index to, Index /*polygon*/) { ++own[std::min(from, to)]; });
+    places[number] = std::move(own);
+  });
+  rowStarts_.resize(rowCount + 1);
+  uses_ = LargeArray<EdgeUse>(findPlaces(places, threads, rowStarts_));
+  stretches.Run([&](std::size_t number, const Block& polygons) {
+    Index* const own = places[number].data();
+    forEachHalfEdge(mesh, polygons, [&](Index from, Index to, Index polygon) {
+      const bool isForward = from < to;
+      uses_[own[isForward ? from : to]++] = EdgeUse(isForward ? to : from, polygon, isForward);
+    });
+  });
+  places.clear();
+  SortRows(threads);
+}
+
+void EdgeTable::SortRows(std::size_t threads) {
+  const Blocks blocks(RowCount(), threads);
+  std::vector<EdgeUse*> ends(blocks.Count());
+  std::vector<Counts> counts(blocks.Count());
+  // Each block moves the starts of its own rows, and reads that of the row behind them.
+  std::vector<Index> nextStarts(blocks.Count());
+  for (std::size_t i = 0; i < blocks.Count(); ++i) {
+    nextStarts[i] = rowStarts_[blocks[i].end];
+  }
+  blocks.Run([&](std::size_t number, const Block& rows) {
+    ends[number] = SortRows(rows, nextStarts[number], counts[number]);
+  });
+  for (const Counts& some : counts) {
+    counts_ += some;
+  }
+  CloseGaps(blocks, ends);
+}
+
+EdgeUse* EdgeTable::SortRows(const Block& rows, Index behind, Counts& counts) {
+  EdgeUse* kept = uses_.data() + rowStarts_[rows.begin];
+  EdgeUse* begin = kept;
+  for (std::size_t row = rows.begin; row < rows.end; ++row) {
+    EdgeUse* const end = uses_.data() + (row + 1 < rows.end ? rowStarts_[row + 1] : behind);
     sortUses(begin, end);
     rowStarts_[row] = static_cast<Index>(kept - uses_.data());
     const EdgeUse* const first = kept;
     kept = withoutRepeats(begin, end, kept);
-    CountRow(first, kept);
+    CountRow(first, kept, counts);
     begin = end;
   }
-  uses_.resize(static_cast<std::size_t>(kept - uses_.data()), EdgeUse(0, 0, false));
-  rowStarts_.back() = static_cast<Index>(uses_.size());
+  return kept;
+}
+
+// Moves the uses of all blocks up to those of the blocks before, whose ends these are.
+void EdgeTable::CloseGaps(const Blocks& blocks, const std::vector<EdgeUse*>& ends) {
+  EdgeUse* kept = uses_.data();
+  for (std::size_t i = 0; i < blocks.Count(); ++i) {
+    const Block rows = blocks[i];
+    EdgeUse* const begin = uses_.data() + rowStarts_[rows.begin];
+    if (rows.begin == rows.end) {
+      continue;
+    }
+    const auto gap = static_cast<Index>(begin - kept);
+    if (gap != 0) {
+      std::copy(begin, ends[i], kept);
+      for (std::size_t row = rows.begin; row < rows.end; ++row) {
+        rowStarts_[row] -= gap;
+      }
+    }
+    kept += ends[i] - begin;
+  }
+  rowStarts_.back() = static_cast<Index>(kept - uses_.data());
+}
+
+EdgeTable::Counts& EdgeTable::Counts::operator+=(const Counts& other) {
+  edges += other.edges;
+  borders += other.borders;
+  nonManifold += other.nonManifold;
+  disagreeing += other.disagreeing;
+  return *this;
 }
 
 // Counts the kinds of the edges of one row.
-void EdgeTable::CountRow(const EdgeUse* begin, const EdgeUse* end) {
+void EdgeTable::CountRow(const EdgeUse* begin, const EdgeUse* end, Counts& counts) {
   while (begin != end) {
     const EdgeUse* next = begin + 1;
     while (next != end && next->Other() == begin->Other()) {
       ++next;
     }
     const std::ptrdiff_t count = next - begin;
-    ++edgeCount_;
-    borderCount_ += count == 1 ? 1 : 0;
-    nonManifoldCount_ += count > 2 ? 1 : 0;
-    disagreeingCount_ += count == 2 && !isAgreeing(begin[0], begin[1]) ? 1 : 0;
+    ++counts.edges;
+    counts.borders += count == 1 ? 1 : 0;
+    counts.nonManifold += count > 2 ? 1 : 0;
+    counts.disagreeing += count == 2 && !isAgreeing(begin[0], begin[1]) ? 1 : 0;
     begin = next;
   }
 }
 
-void EdgeTable::CountKinds() {
-  edgeCount_ = borderCount_ = nonManifoldCount_ = disagreeingCount_ = 0;
-  for (std::size_t row = 0; row + 1 < rowStarts_.size(); ++row) {
-    CountRow(uses_.data() + rowStarts_[row], uses_.data() + rowStarts_[row + 1]);
-  }
-}
-
-void EdgeTable::TurnPolygons(const std::vector<char>& isFlipped) {
-  for (EdgeUse& use : uses_) {
-    if (isFlipped[use.Polygon()] != 0) {
-      use.Turn();
+void EdgeTable::TurnPolygons(const std::vector<char>& isFlipped, std::size_t threads) {
+  const Blocks blocks(RowCount(), threads);
+  std::vector<Counts> counts(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& rows) {
+    EdgeUse* const begin = uses_.data() + rowStarts_[rows.begin];
+    EdgeUse* const end = uses_.data() + rowStarts_[rows.end];
+    for (EdgeUse* use = begin; use != end; ++use) {
+      if (isFlipped[use->Polygon()] != 0) {
+        use->Turn();
+      }
     }
+    for (std::size_t row = rows.begin; row < rows.end; ++row) {
+      CountRow(uses_.data() + rowStarts_[row], uses_.data() + rowStarts_[row + 1], counts[number]);
+    }
+  });
+  counts_ = Counts();
+  for (const Counts& some : counts) {
+    counts_ += some;
   }
-  CountKinds();
 }
 
 }  // namespace dxf2d::mesh

@@ -8,12 +8,15 @@
 
 #include "mesh/polygon_mesh.h"
 #include "platform/large_memory.h"
+#include "platform/parallel.h"
 
 namespace dxf2d::mesh {
 
 // A polygon's use of an edge. Polygons have numbers below 2^30.
 class EdgeUse {
  public:
+  // Any use.
+  EdgeUse() = default;
   EdgeUse(Index other, Index polygon, bool isForward)
       : bits_(std::uint64_t{other} << 32U | std::uint64_t{polygon} << 2U |
               (isForward ? kForward : 0U)) {}
@@ -52,21 +55,29 @@ class EdgeTable {
   EdgeTable() = default;
   // An edge joins neighbors in a polygon's list, the last to the first; there is none between a
   // point and itself, and a polygon that runs along an edge twice uses it once. The mesh has fewer
-  // than 2^30 polygons.
-  explicit EdgeTable(const PolygonMesh& mesh);
+  // than 2^30 polygons. `threads` share the work.
+  explicit EdgeTable(const PolygonMesh& mesh, std::size_t threads = 1);
 
   // How many edges there are; how many one polygon alone uses, and how many three or more.
-  std::size_t EdgeCount() const { return edgeCount_; }
-  std::size_t BorderCount() const { return borderCount_; }
-  std::size_t NonManifoldCount() const { return nonManifoldCount_; }
+  std::size_t EdgeCount() const { return counts_.edges; }
+  std::size_t BorderCount() const { return counts_.borders; }
+  std::size_t NonManifoldCount() const { return counts_.nonManifold; }
   // How many edges two polygons use that do not agree.
-  std::size_t DisagreeingCount() const { return disagreeingCount_; }
+  std::size_t DisagreeingCount() const { return counts_.disagreeing; }
+
+  // Rows are as many as points.
+  std::size_t RowCount() const { return rowStarts_.empty() ? 0 : rowStarts_.size() - 1; }
 
   // Calls visit(a, b, uses) for every edge with a < b, in order of a, then b; `uses` is a
   // std::span<const EdgeUse> by ascending polygons, each once.
   template <class Visit>
   void ForEachEdge(Visit visit) const {
-    for (std::size_t row = 0; row + 1 < rowStarts_.size(); ++row) {
+    ForEachEdge({0, RowCount()}, visit);
+  }
+  // The same for those of some rows. Threads may go through the table at a time.
+  template <class Visit>
+  void ForEachEdge(const Block& rows, Visit visit) const {
+    for (std::size_t row = rows.begin; row < rows.end; ++row) {
       const EdgeUse* begin = uses_.data() + rowStarts_[row];
       const EdgeUse* const end = uses_.data() + rowStarts_[row + 1];
       while (begin != end) {
@@ -81,19 +92,29 @@ class EdgeTable {
   }
 
   // Follows the mesh after polygons p with isFlipped[p] were reversed.
-  void TurnPolygons(const std::vector<char>& isFlipped);
+  void TurnPolygons(const std::vector<char>& isFlipped, std::size_t threads = 1);
 
  private:
-  void SortRows();
-  void CountKinds();
-  void CountRow(const EdgeUse* begin, const EdgeUse* end);
+  // Edges by kind.
+  struct Counts {
+    std::size_t edges = 0;
+    std::size_t borders = 0;
+    std::size_t nonManifold = 0;
+    std::size_t disagreeing = 0;
+
+    Counts& operator+=(const Counts& other);
+  };
+
+  void SortRows(std::size_t threads);
+  // `behind`: where the row after these starts. Returns the end of what is left of their uses.
+  EdgeUse* SortRows(const Block& rows, Index behind, Counts& counts);
+  void CloseGaps(const Blocks& blocks, const std::vector<EdgeUse*>& ends);
+  static void CountRow(const EdgeUse* begin, const EdgeUse* end, Counts& counts);
 
   std::vector<Index, LargeAllocator<Index>> rowStarts_;
-  std::vector<EdgeUse, LargeAllocator<EdgeUse>> uses_;
-  std::size_t edgeCount_ = 0;
-  std::size_t borderCount_ = 0;
-  std::size_t nonManifoldCount_ = 0;
-  std::size_t disagreeingCount_ = 0;
+  // Of which those before the end of the last row are in use.
+  LargeArray<EdgeUse> uses_;
+  Counts counts_;
 };
 
 }  // namespace dxf2d::mesh

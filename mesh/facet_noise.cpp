@@ -1,15 +1,18 @@
 #include "mesh/facet_noise.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <iterator>
 #include <numbers>
 #include <numeric>
 #include <span>
+#include <utility>
 
 #include "mesh/edge_kinds.h"
 #include "mesh/slot_table.h"
 #include "mesh/vector.h"
+#include "platform/large_memory.h"
 
 namespace dxf2d::mesh {
 
@@ -68,6 +71,15 @@ class PointGroups {
   std::vector<Index> before_;
 };
 
+template <class Element>
+void append(std::vector<Element> some, std::vector<Element>& all) {
+  if (all.empty()) {
+    all = std::move(some);
+  } else {
+    all.insert(all.end(), some.begin(), some.end());
+  }
+}
+
 }  // namespace
 
 FacetNoise::FacetNoise(const PolygonMesh& mesh, const EdgeClassifier& classifier,
@@ -79,42 +91,57 @@ FacetNoise::FacetNoise(const PolygonMesh& mesh, const EdgeClassifier& classifier
       isAnchor_(mesh.points.size(), 0) {}
 
 void FacetNoise::AddOther(Index a, Index b) {
-  isAnchor_[a] = 1;
-  isAnchor_[b] = 1;
+  for (const Index point : {a, b}) {
+    std::atomic_ref(isAnchor_[point]).store(1, std::memory_order_relaxed);
+  }
 }
 
-void FacetNoise::AddPair(Index a, Index b, std::span<const EdgeUse> uses, Index edge) {
+void FacetNoise::AddPair(Index a, Index b, std::span<const EdgeUse> uses, Index edge,
+                         Findings& findings) {
   const auto [u, v] = classifier_.NormalsOf(uses[0], uses[1]);
   const bool isCrease = classifier_.IsCrease(u, v);
-  const Vector along = difference(mesh_.points[b], mesh_.points[a]);
   if (seenSide(u) * seenSide(v) < 0) {
+    const Vector along = difference(mesh_.points[b], mesh_.points[a]);
     // Turning on around the direction in which the first polygon runs, a solid ends here.
     const double turn = dot(cross(u, v), along);
     const bool isConcave = uses[0].IsForward() ? turn < 0.0 : turn > 0.0;
-    AddSilhouette({{edge, isCrease}, a, b, {uses[0].Polygon(), uses[1].Polygon()}}, isConcave);
+    appendLarge(
+        findings.silhouettes_,
+        Silhouette{{edge, isCrease}, a, b, {uses[0].Polygon(), uses[1].Polygon()}, isConcave});
   }
   if (!isCrease) {
     return;
   }
-  // What hangs together with something that is of no stroke is of none either.
-  const bool isAnchored = isAnchor_[a] != 0 || isAnchor_[b] != 0;
-  if (!isAnchored &&
+  // What hangs together with something that is of no stroke is of none either: this saves listing
+  // it, and whether another thread has been there yet makes no difference to what comes out.
+  const auto isAnchor = [&](Index point) {
+    return std::atomic_ref(isAnchor_[point]).load(std::memory_order_relaxed) != 0;
+  };
+  if (!isAnchor(a) && !isAnchor(b) &&
       (dot(u, v) > sharpCosine_ || IsNeedle(uses[0].Polygon()) || IsNeedle(uses[1].Polygon()))) {
-    faint_.push_back({edge, a, b});
+    appendLarge(findings.faint_, Crease{edge, a, b});
   } else {
     AddOther(a, b);
   }
 }
 
-void FacetNoise::AddSilhouette(const Silhouette& silhouette, bool isConcave) {
-  if (silhouettes_.empty()) {
+void FacetNoise::Add(Findings findings, Index first) {
+  const auto renumber = [&](Index& edge) { edge += edge != kNone ? first : 0; };
+  if (counts_.empty() && !findings.silhouettes_.empty()) {
     counts_.resize(mesh_.PolygonCount());
   }
-  silhouettes_.push_back(silhouette);
-  for (const Index p : silhouette.polygons) {
-    ++counts_[p].all;
-    counts_[p].concave += isConcave ? 1U : 0U;
+  for (Silhouette& silhouette : findings.silhouettes_) {
+    renumber(silhouette.fold.edge);
+    for (const Index p : silhouette.polygons) {
+      ++counts_[p].all;
+      counts_[p].concave += silhouette.isConcave ? 1U : 0U;
+    }
   }
+  for (Crease& crease : findings.faint_) {
+    renumber(crease.edge);
+  }
+  append(std::move(findings.silhouettes_), silhouettes_);
+  append(std::move(findings.faint_), faint_);
 }
 
 bool FacetNoise::IsNeedle(Index p) const {

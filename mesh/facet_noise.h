@@ -30,8 +30,13 @@ class EdgeClassifier;
 // longer.
 //
 // Whether an edge is of a stroke does not depend on the view. Time is near-linear in the edges that
-// are added.
+// are added. Several threads may add edges at a time, each to findings of its own: what is noise
+// does not depend on the order.
 class FacetNoise {
+ private:
+  struct Silhouette;
+  struct Crease;
+
  public:
   // Of the diagonal of the box around the mesh: the height of a needle, and the length of a stroke.
   static constexpr double kThinShare = 0.005;
@@ -45,11 +50,21 @@ class FacetNoise {
   // The mesh and the classifier outlive this.
   FacetNoise(const PolygonMesh& mesh, const EdgeClassifier& classifier, double creaseDegrees);
 
+  // What may be noise among some edges.
+  class Findings {
+   private:
+    friend class FacetNoise;
+    std::vector<Silhouette> silhouettes_;
+    std::vector<Crease> faint_;
+  };
+
   // Adds an edge that shows, of one polygon or of three and more.
   void AddOther(Index a, Index b);
   // Adds an edge from a to b of two polygons that is a silhouette, a crease, or both; `edge` is its
-  // number in what Folds and Strokes return, or kNone.
-  void AddPair(Index a, Index b, std::span<const EdgeUse> uses, Index edge);
+  // number in what Folds and Strokes return, less that of the first edge of the findings, or kNone.
+  void AddPair(Index a, Index b, std::span<const EdgeUse> uses, Index edge, Findings& findings);
+  // Adds findings, whose first edge has the number `first`. Not for several threads at a time.
+  void Add(Findings findings, Index first);
 
   struct Fold {
     Index edge;
@@ -67,6 +82,7 @@ class FacetNoise {
     Index a;
     Index b;
     std::array<Index, 2> polygons;
+    bool isConcave;
   };
   // Of one polygon's edges: those that are silhouettes between opposite sides, and those of them
   // at which the surface bends inwards.
@@ -80,7 +96,6 @@ class FacetNoise {
     Index b;
   };
 
-  void AddSilhouette(const Silhouette& silhouette, bool isConcave);
   bool IsNeedle(Index polygon) const;
   bool IsFold(Index polygon) const;
   // Whether creases with these ends, each at least once, are a stroke.
@@ -95,7 +110,7 @@ class FacetNoise {
   std::vector<SilhouetteCount> counts_;
   // Creases that may be of strokes.
   std::vector<Crease> faint_;
-  // By point: whether an edge ends there that is of no stroke.
+  // By point: whether an edge ends there that is of no stroke. Threads write it at a time.
   std::vector<std::uint8_t> isAnchor_;
 };
 

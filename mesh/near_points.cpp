@@ -7,15 +7,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
+#include <optional>
 
 #include "mesh/repeat_filter.h"
 #include "mesh/vector.h"
+#include "platform/parallel.h"
 
 namespace dxf2d::mesh {
 
 namespace {
 
-using Hashes = std::vector<std::uint32_t, LargeAllocator<std::uint32_t>>;
+using Hashes = LargeArray<std::uint32_t>;
 
 // Side of a cell in distances: larger cells hold more points, smaller ones have more points near
 // their sides, which stand in the neighboring cells too.
@@ -98,16 +100,14 @@ class Grid {
   bool isWide_ = false;
 };
 
-// The points, ascending, whose own cell another point stands in or reaches, and some others.
-// `hashes` receives the hashes of the points' own cells.
-std::vector<Index> findCrowded(std::span<const Point> points, const Grid& grid, Hashes& hashes) {
-  RepeatFilter filter(points.size());
-  hashes.resize(points.size());
+// Adds the cells of some points to the filter. `hashes` receives the hashes of their own cells.
+void addCells(std::span<const Point> points, const Block& block, const Grid& grid,
+              RepeatFilter& filter, Hashes& hashes) {
   // In batches, as nothing then comes between the bits and the next ones, which are far apart.
   constexpr std::size_t kBatch = 256;
   std::array<std::uint32_t, kBatch * 8> cells;
-  for (std::size_t begin = 0; begin < points.size(); begin += kBatch) {
-    const std::size_t end = std::min(begin + kBatch, points.size());
+  for (std::size_t begin = block.begin; begin < block.end; begin += kBatch) {
+    const std::size_t end = std::min(begin + kBatch, block.end);
     std::size_t count = 0;
     for (std::size_t i = begin; i < end; ++i) {
       hashes[i] = grid.Cells(points[i], [&](std::uint32_t hash) { cells[count++] = hash; });
@@ -117,26 +117,40 @@ std::vector<Index> findCrowded(std::span<const Point> points, const Grid& grid, 
       filter.Add(cells[i]);
     }
   }
-  std::vector<Index> crowded;
-  for (std::size_t i = 0; i < points.size(); ++i) {
+}
+
+// The points, ascending, whose own cell another point stands in or reaches, and some others.
+// `hashes` receives the hashes of the points' own cells.
+std::vector<Index> findCrowded(std::span<const Point> points, const Grid& grid, std::size_t threads,
+                               Hashes& hashes) {
+  const Blocks stretches = Blocks::OneForEach(points.size(), threads);
+  std::vector<std::optional<RepeatFilter>> filters(stretches.Count());
+  stretches.Run([&](std::size_t number, const Block& block) {
+    addCells(points, block, grid, filters[number].emplace(points.size()), hashes);
+  });
+  RepeatFilter& filter = *filters[0];
+  for (std::size_t i = 1; i < filters.size(); ++i) {
+    filter.Add(*filters[i]);
+    filters[i].reset();
+  }
+  return collectInParallel<Index>(points.size(), threads, [&](std::size_t i, auto& crowded) {
     if (filter.IsRepeated(hashes[i])) {
       crowded.push_back(static_cast<Index>(i));
     }
-  }
-  return crowded;
+  });
 }
 
 }  // namespace
 
 std::vector<Index, LargeAllocator<Index>> joinNear(std::span<const Point> points, const Box& box,
-                                                   double distance) {
+                                                   double distance, std::size_t threads) {
   std::vector<Index, LargeAllocator<Index>> joined;
   if (distance <= 0.0) {
     return joined;
   }
   const Grid grid(box, distance);
-  Hashes hashes;
-  const std::vector<Index> crowded = findCrowded(points, grid, hashes);
+  Hashes hashes(points.size());
+  const std::vector<Index> crowded = findCrowded(points, grid, threads, hashes);
   // A kept point stands in its own cell and in those that the distance reaches, so a search looks
   // into one cell only. Kept points are farther apart than the distance, so a cell holds few.
   SlotTable table(2 * crowded.size());

@@ -21,7 +21,8 @@ struct Box {
 //
 // Takes time linear in the points, however they lie. Nearly all have no other near them, and a set
 // of bits by grid cells tells which do not, with few exceptions; only the rest is searched.
+// `threads` share the first of these.
 std::vector<Index, LargeAllocator<Index>> joinNear(std::span<const Point> points, const Box& box,
-                                                   double distance);
+                                                   double distance, std::size_t threads = 1);
 
 }  // namespace dxf2d::mesh

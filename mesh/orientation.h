@@ -19,7 +19,7 @@ struct OrientationCounts {
 // number of its polygons at each of its edges) faces outwards, by its signed volume; a piece that
 // is open, or has no volume, keeps the side that most of its area has (of equal areas, that of its
 // first polygon). A piece that no choice makes agree stays as it is. `edges` are those of the mesh
-// and follow the change.
-OrientationCounts orient(PolygonMesh& mesh, EdgeTable& edges);
+// and follow the change. `threads` share the work.
+OrientationCounts orient(PolygonMesh& mesh, EdgeTable& edges, std::size_t threads = 1);
 
 }  // namespace dxf2d::mesh

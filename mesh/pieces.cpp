@@ -1,8 +1,12 @@
 #include "mesh/pieces.h"
 
 #include <algorithm>
+#include <atomic>
 #include <span>
 #include <utility>
+#include <vector>
+
+#include "platform/parallel.h"
 
 namespace dxf2d::mesh {
 
@@ -55,6 +59,9 @@ class AgreementSets {
     isTwisted_[first.polygon] |= isTwisted_[second.polygon];
   }
 
+  // What `polygon` is linked to: itself if it is a root, else an earlier one, and whether the two
+  // disagree.
+  Root Above(Index polygon) const { return {links_[polygon] >> 1U, (links_[polygon] & 1U) != 0}; }
   bool IsTwisted(Index root) const { return isTwisted_[root] != 0; }
 
  private:
@@ -64,16 +71,73 @@ class AgreementSets {
   std::vector<char> isTwisted_;
 };
 
-void numberPieces(AgreementSets& sets, Pieces& pieces) {
+// Two polygons that share an edge of theirs alone.
+struct Joint {
+  Index p;
+  Index q;
+  bool isReversed;
+};
+
+template <class Visit>
+void forEachJoint(const EdgeTable& edges, const Block& rows, Visit visit) {
+  edges.ForEachEdge(rows, [&](Index /*a*/, Index /*b*/, std::span<const EdgeUse> uses) {
+    if (uses.size() == 2 && !uses[0].IsBothWays() && !uses[1].IsBothWays()) {
+      visit(Joint{uses[0].Polygon(), uses[1].Polygon(), !isAgreeing(uses[0], uses[1])});
+    }
+  });
+}
+
+// Where the rows begin that the polygons of each stretch use, roughly: points are mostly numbered
+// as polygons come across them.
+std::vector<std::size_t> rowsOfStretches(const PolygonMesh& mesh, const Blocks& stretches,
+                                         std::size_t rowCount) {
+  std::vector<std::size_t> begins(stretches.Count() + 1, 0);
+  for (std::size_t i = 1; i < stretches.Count(); ++i) {
+    const std::size_t p = stretches[i].begin;
+    const bool hasCorners = p < mesh.PolygonCount() && !mesh.Polygon(p).empty();
+    begins[i] = std::max(begins[i - 1], hasCorners ? mesh.Polygon(p)[0] : std::size_t{0});
+  }
+  begins.back() = rowCount;
+  return begins;
+}
+
+// Each thread joins what lies within its own stretch of polygons; the rest is joined after that.
+// Sets and roots do not depend on the order.
+void joinAll(const PolygonMesh& mesh, const EdgeTable& edges, std::size_t threads,
+             AgreementSets& sets) {
+  const Blocks stretches = Blocks::OneForEach(mesh.PolygonCount(), threads);
+  const std::vector<std::size_t> rows = rowsOfStretches(mesh, stretches, edges.RowCount());
+  std::vector<std::vector<Joint>> rests(stretches.Count());
+  stretches.Run([&](std::size_t number, const Block& own) {
+    const auto isOwn = [&](Index p) { return p >= own.begin && p < own.end; };
+    std::vector<Joint> rest;
+    forEachJoint(edges, {rows[number], rows[number + 1]}, [&](const Joint& joint) {
+      if (isOwn(joint.p) && isOwn(joint.q)) {
+        sets.Join(joint.p, joint.q, joint.isReversed);
+      } else {
+        rest.push_back(joint);
+      }
+    });
+    rests[number] = std::move(rest);
+  });
+  for (const std::vector<Joint>& rest : rests) {
+    for (const Joint& joint : rest) {
+      sets.Join(joint.p, joint.q, joint.isReversed);
+    }
+  }
+}
+
+void numberPieces(const AgreementSets& sets, Pieces& pieces) {
   for (Index p = 0; p < pieces.pieceOf.size(); ++p) {
-    const AgreementSets::Root root = sets.Find(p);
-    if (root.polygon == p) {
+    const AgreementSets::Root above = sets.Above(p);
+    if (above.polygon == p) {
       pieces.pieceOf[p] = static_cast<Index>(pieces.Count());
       pieces.firstPolygon.push_back(p);
       pieces.isOrientable.push_back(sets.IsTwisted(p) ? 0 : 1);
     } else {
-      pieces.pieceOf[p] = pieces.pieceOf[root.polygon];
-      pieces.isReversed[p] = root.isReversed ? 1 : 0;
+      // An earlier one, which has its number.
+      pieces.pieceOf[p] = pieces.pieceOf[above.polygon];
+      pieces.isReversed[p] = pieces.isReversed[above.polygon] ^ (above.isReversed ? 1 : 0);
     }
   }
 }
@@ -91,7 +155,8 @@ void markOpen(std::span<const EdgeUse> uses, std::vector<Index>& scratch, Pieces
   for (auto begin = scratch.begin(); begin != scratch.end();) {
     const auto end = std::upper_bound(begin, scratch.end(), *begin);
     if ((end - begin) % 2 != 0) {
-      pieces.isClosed[*begin] = 0;
+      // Threads may come across one piece at a time.
+      std::atomic_ref(pieces.isClosed[*begin]).store(0, std::memory_order_relaxed);
     }
     begin = end;
   }
@@ -99,22 +164,20 @@ void markOpen(std::span<const EdgeUse> uses, std::vector<Index>& scratch, Pieces
 
 }  // namespace
 
-Pieces findPieces(const PolygonMesh& mesh, const EdgeTable& edges) {
+Pieces findPieces(const PolygonMesh& mesh, const EdgeTable& edges, std::size_t threads) {
   AgreementSets sets(mesh.PolygonCount());
-  edges.ForEachEdge([&](Index /*a*/, Index /*b*/, std::span<const EdgeUse> uses) {
-    if (uses.size() == 2 && !uses[0].IsBothWays() && !uses[1].IsBothWays()) {
-      sets.Join(uses[0].Polygon(), uses[1].Polygon(), !isAgreeing(uses[0], uses[1]));
-    }
-  });
+  joinAll(mesh, edges, threads, sets);
   Pieces pieces;
   pieces.pieceOf.resize(mesh.PolygonCount());
   pieces.isReversed.resize(mesh.PolygonCount(), 0);
   numberPieces(sets, pieces);
   pieces.isClosed.resize(pieces.Count(), 1);
   if (edges.BorderCount() != 0 || edges.NonManifoldCount() != 0) {
-    std::vector<Index> scratch;
-    edges.ForEachEdge([&](Index /*a*/, Index /*b*/, std::span<const EdgeUse> uses) {
-      markOpen(uses, scratch, pieces);
+    Blocks(edges.RowCount(), threads).Run([&](std::size_t /*number*/, const Block& rows) {
+      std::vector<Index> scratch;
+      edges.ForEachEdge(rows, [&](Index /*a*/, Index /*b*/, std::span<const EdgeUse> uses) {
+        markOpen(uses, scratch, pieces);
+      });
     });
   }
   return pieces;

@@ -25,6 +25,7 @@ struct Pieces {
   std::size_t Count() const { return firstPolygon.size(); }
 };
 
-Pieces findPieces(const PolygonMesh& mesh, const EdgeTable& edges);
+// `threads` share the work.
+Pieces findPieces(const PolygonMesh& mesh, const EdgeTable& edges, std::size_t threads = 1);
 
 }  // namespace dxf2d::mesh

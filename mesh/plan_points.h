@@ -16,8 +16,9 @@ struct PlanPoints {
 };
 
 // Looks at the points i with isLookedAt[i] and moves those within `distance` in plan of an earlier
-// one above or below it; 0: none, points are at one place when x and y are equal.
+// one above or below it; 0: none, points are at one place when x and y are equal. `threads` share
+// the work.
 PlanPoints joinInPlan(std::vector<Point>& points, const std::vector<char>& isLookedAt,
-                      double distance);
+                      double distance, std::size_t threads = 1);
 
 }  // namespace dxf2d::mesh

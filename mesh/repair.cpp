@@ -27,18 +27,18 @@ std::vector<Index> ofOneLook(const PolygonMesh& mesh, const std::vector<DoubledP
 }
 
 EdgeTable dropDuplicates(PolygonMesh& mesh, const RepairOptions& options, RepairCounts& counts) {
-  EdgeTable edges(mesh);
-  const Duplicates duplicates = dropDuplicatePolygons(mesh, edges);
+  EdgeTable edges(mesh, options.threads);
+  const Duplicates duplicates = dropDuplicatePolygons(mesh, edges, options.threads);
   if (duplicates.dropped == 0) {
     return edges;
   }
   counts.duplicatePolygons += duplicates.dropped;
-  edges = EdgeTable(mesh);
+  edges = EdgeTable(mesh, options.threads);
   const std::size_t contacts =
       dropContactFaces(mesh, edges, ofOneLook(mesh, duplicates.doubled, options));
   if (contacts != 0) {
     counts.contactFaces += contacts;
-    edges = EdgeTable(mesh);
+    edges = EdgeTable(mesh, options.threads);
   }
   return edges;
 }
@@ -86,15 +86,15 @@ RepairCounts& RepairCounts::operator+=(const RepairCounts& other) {
 Repaired repair(PolygonMesh& mesh, const RepairOptions& options) {
   Repaired repaired;
   RepairCounts& counts = repaired.counts;
-  UsedPoints used(mesh, options.arePointsDistinct);
+  UsedPoints used(mesh, options.arePointsDistinct, options.threads);
   if (!used.areUsable) {
     counts.notFinite = dropNotFinite(mesh);
-    used = UsedPoints(mesh);
+    used = UsedPoints(mesh, false, options.threads);
   }
   repaired.distance =
       options.weldShare ? used.WeldDistance(*options.weldShare) : used.DefaultWeldDistance();
-  counts.pointsWelded = weld(mesh, used, repaired.distance);
-  const CleaningCounts cleaned = dropDegenerate(mesh, repaired.distance);
+  counts.pointsWelded = weld(mesh, used, repaired.distance, options.threads);
+  const CleaningCounts cleaned = dropDegenerate(mesh, repaired.distance, options.threads);
   counts.repeatedCorners = cleaned.repeatedCorners;
   counts.degeneratePolygons = cleaned.degeneratePolygons;
   counts.degenerateSegments = cleaned.degenerateSegments;
@@ -103,13 +103,13 @@ Repaired repair(PolygonMesh& mesh, const RepairOptions& options) {
   }
   counts.duplicateSegments = dropDuplicateSegments(mesh);
   repaired.edges = closeSurface(mesh, repaired.distance, options, counts);
-  counts.bentPolygonsSplit = splitBentPolygons(mesh, repaired.distance);
+  counts.bentPolygonsSplit = splitBentPolygons(mesh, repaired.distance, options.threads);
   if (counts.bentPolygonsSplit != 0) {
     // Triangles may be where others are.
     repaired.edges = closeSurface(mesh, repaired.distance, options, counts);
   }
   counts.nonManifoldEdges = repaired.edges.NonManifoldCount();
-  const OrientationCounts oriented = orient(mesh, repaired.edges);
+  const OrientationCounts oriented = orient(mesh, repaired.edges, options.threads);
   counts.polygonsFlipped = oriented.polygonsFlipped;
   counts.piecesTurnedOutward = oriented.piecesTurnedOutward;
   counts.nonOrientablePieces = oriented.nonOrientablePieces;

@@ -45,6 +45,8 @@ struct RepairOptions {
   // What the caller vouches for: no two points are equal, all are usable (isUsablePoint), and each
   // is used. Saves looking for what is not there.
   bool arePointsDistinct = false;
+  // Threads that share the work; what comes out is the same with any number.
+  std::size_t threads = 1;
 };
 
 // Runs, in this order,

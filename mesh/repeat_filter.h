@@ -21,6 +21,13 @@ class RepeatFilter {
     word.twice |= word.once & bit;
     word.once |= bit;
   }
+  // Adds what was added to another filter for as many hashes.
+  void Add(const RepeatFilter& other) {
+    for (std::size_t i = 0; i < words_.size(); ++i) {
+      words_[i].twice |= other.words_[i].twice | (words_[i].once & other.words_[i].once);
+      words_[i].once |= other.words_[i].once;
+    }
+  }
   // Whether the hash was added twice or more, or others were that have its bit: of eight hashes or
   // so, one.
   bool IsRepeated(std::uint32_t hash) const {

@@ -9,6 +9,7 @@
 #include "mesh/equal_points.h"
 #include "mesh/vector.h"
 #include "platform/large_memory.h"
+#include "platform/parallel.h"
 #include "platform/prefetch.h"
 
 namespace dxf2d::mesh {
@@ -140,33 +141,61 @@ void markUsed(const PolygonMesh& mesh, std::vector<char>& isUsed) {
   }
 }
 
+// What is known of some of the used points.
+struct UsedExtent {
+  static constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+  Box box = {{kInfinity, kInfinity, kInfinity}, {-kInfinity, -kInfinity, -kInfinity}};
+  std::size_t count = 0;
+  bool areUsable = true;
+
+  void Add(const Point& point) {
+    ++count;
+    areUsable = areUsable && isUsablePoint(point);
+    Widen(point, point);
+  }
+  void Add(const UsedExtent& other) {
+    count += other.count;
+    areUsable = areUsable && other.areUsable;
+    Widen(other.box.least, other.box.greatest);
+  }
+
+ private:
+  void Widen(const Point& least, const Point& greatest) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      box.least[axis] = std::min(box.least[axis], least[axis]);
+      box.greatest[axis] = std::max(box.greatest[axis], greatest[axis]);
+    }
+  }
+};
+
 }  // namespace
 
-UsedPoints::UsedPoints(const PolygonMesh& mesh, bool areKnownDistinct)
+UsedPoints::UsedPoints(const PolygonMesh& mesh, bool areKnownDistinct, std::size_t threads)
     : isUsed(areKnownDistinct ? 0 : mesh.points.size(), 0), areDistinct(areKnownDistinct) {
   if (!areDistinct) {
     markUsed(mesh, isUsed);
   }
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  Point least = {kInfinity, kInfinity, kInfinity};
-  Point greatest = {-kInfinity, -kInfinity, -kInfinity};
-  bool isUsable = true;
-  for (std::size_t i = 0; i < mesh.points.size(); ++i) {
-    if (!areDistinct && isUsed[i] == 0) {
-      continue;
+  const Blocks blocks(mesh.points.size(), threads);
+  std::vector<UsedExtent> extents(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& block) {
+    UsedExtent own;
+    for (std::size_t i = block.begin; i < block.end; ++i) {
+      if (areDistinct || isUsed[i] != 0) {
+        own.Add(mesh.points[i]);
+      }
     }
-    ++count;
-    const Point& point = mesh.points[i];
-    isUsable = isUsable && isUsablePoint(point);
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-      least[axis] = point[axis] < least[axis] ? point[axis] : least[axis];
-      greatest[axis] = point[axis] > greatest[axis] ? point[axis] : greatest[axis];
-    }
+    extents[number] = own;
+  });
+  UsedExtent all;
+  for (const UsedExtent& some : extents) {
+    all.Add(some);
   }
-  areUsable = isUsable;
+  count = all.count;
+  areUsable = all.areUsable;
   if (count != 0 && areUsable) {
-    box = {least, greatest};
-    diagonal = length(difference(greatest, least));
+    box = all.box;
+    diagonal = length(difference(box.greatest, box.least));
     extent = std::min(diagonal, kMostEdges * medianEdgeLength(mesh));
   }
 }
@@ -175,11 +204,11 @@ double UsedPoints::WeldDistance(double share) const { return usableDistance(diag
 
 double UsedPoints::DefaultWeldDistance() const { return usableDistance(extent, kDefaultWeldShare); }
 
-std::size_t weld(PolygonMesh& mesh, const UsedPoints& used, double distance) {
+std::size_t weld(PolygonMesh& mesh, const UsedPoints& used, double distance, std::size_t threads) {
   // Nearly all points that coincide are equal, and what equals a kept point has the same kept ones
   // near it: so those are joined first, and the few that are near, but not equal, after them.
   const std::size_t equal = used.areDistinct ? 0 : weldEqual(mesh, used);
-  Numbers joined = joinNear(mesh.points, used.box, distance);
+  Numbers joined = joinNear(mesh.points, used.box, distance, threads);
   if (joined.empty()) {
     return equal;
   }

@@ -27,8 +27,9 @@ struct UsedPoints {
   // Whether no two of the points are equal and all are used; nothing is in isUsed then.
   bool areDistinct = false;
 
-  // `areKnownDistinct`: what areDistinct says, known beforehand.
-  explicit UsedPoints(const PolygonMesh& mesh, bool areKnownDistinct = false);
+  // `areKnownDistinct`: what areDistinct says, known beforehand. `threads` share the work.
+  explicit UsedPoints(const PolygonMesh& mesh, bool areKnownDistinct = false,
+                      std::size_t threads = 1);
 
   // Distances within which points of the object coincide, in units of the mesh; 0 where doubles
   // cannot tell them apart: `share` of the diagonal, and kDefaultWeldShare of the extent.
@@ -38,8 +39,9 @@ struct UsedPoints {
 
 // Keeps of points within `distance` of each other the earliest, in their order, and leaves out
 // points that nothing uses; `corners` and `segments` name what is kept. `used` are the points in
-// use, all usable. Returns how many of them were left out.
-std::size_t weld(PolygonMesh& mesh, const UsedPoints& used, double distance);
+// use, all usable. Returns how many of them were left out. `threads` share the work.
+std::size_t weld(PolygonMesh& mesh, const UsedPoints& used, double distance,
+                 std::size_t threads = 1);
 
 // Leaves out points that nothing uses.
 void dropUnusedPoints(PolygonMesh& mesh);

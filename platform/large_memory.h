@@ -5,6 +5,7 @@
 #include <iterator>
 #include <memory>
 #include <new>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -52,6 +53,43 @@ struct LargeAllocator : std::allocator<T> {
   }
 
   friend bool operator==(const LargeAllocator&, const LargeAllocator&) { return true; }
+};
+
+// An array whose elements hold anything until they are written: by several threads, say, each of
+// which then faults in the pages of its own part.
+template <class T>
+class LargeArray {
+  static_assert(std::is_trivially_destructible_v<T> && std::is_trivially_copyable_v<T>);
+
+ public:
+  LargeArray() = default;
+  explicit LargeArray(std::size_t size) : data_(LargeAllocator<T>().allocate(size)), size_(size) {}
+  LargeArray(LargeArray&& other) noexcept
+      : data_(std::exchange(other.data_, nullptr)), size_(std::exchange(other.size_, 0)) {}
+  LargeArray& operator=(LargeArray&& other) noexcept {
+    std::swap(data_, other.data_);
+    std::swap(size_, other.size_);
+    return *this;
+  }
+  ~LargeArray() {
+    if (data_ != nullptr) {
+      LargeAllocator<T>().deallocate(data_, size_);
+    }
+  }
+
+  T* data() { return data_; }
+  const T* data() const { return data_; }
+  std::size_t size() const { return size_; }
+  T& operator[](std::size_t i) { return data_[i]; }
+  const T& operator[](std::size_t i) const { return data_[i]; }
+  T* begin() { return data_; }
+  T* end() { return data_ + size_; }
+  const T* begin() const { return data_; }
+  const T* end() const { return data_ + size_; }
+
+ private:
+  T* data_ = nullptr;
+  std::size_t size_ = 0;
 };
 
 // Reserves room for `count` elements in an ordinary vector, for interfaces that require one.

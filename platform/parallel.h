@@ -3,6 +3,11 @@
 
 #include <cstddef>
 #include <functional>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+#include "platform/large_memory.h"
 
 namespace dxf2d {
 
@@ -46,6 +51,11 @@ class Blocks {
   Blocks(std::size_t size, std::size_t threads)
       : size_(size), threads_(threads), count_(threads == 1 ? 1 : kBlocksForEach * threads) {}
 
+  // One for each thread, for work that keeps a table for each block.
+  static Blocks OneForEach(std::size_t size, std::size_t threads) {
+    return Blocks(size, threads, threads);
+  }
+
   std::size_t Count() const { return count_; }
   Block operator[](std::size_t number) const { return {BeginOf(number), BeginOf(number + 1)}; }
   // Calls work(number, block) for each block, as runInParallel does.
@@ -57,6 +67,9 @@ class Blocks {
  private:
   static constexpr std::size_t kBlocksForEach = 8;
 
+  Blocks(std::size_t size, std::size_t threads, std::size_t count)
+      : size_(size), threads_(threads), count_(count) {}
+
   // Without a product that could overflow.
   std::size_t BeginOf(std::size_t number) const {
     return size_ / count_ * number + size_ % count_ * number / count_;
@@ -66,5 +79,38 @@ class Blocks {
   std::size_t threads_;
   std::size_t count_;
 };
+
+// The lists one after the other; each is given up once it is copied.
+template <class Element>
+std::vector<Element> joined(std::vector<std::vector<Element>> lists) {
+  std::size_t size = 0;
+  for (const std::vector<Element>& list : lists) {
+    size += list.size();
+  }
+  std::vector<Element> all = std::move(lists.front());
+  reserveLarge(all, size);
+  for (std::size_t i = 1; i < lists.size(); ++i) {
+    all.insert(all.end(), std::make_move_iterator(lists[i].begin()),
+               std::make_move_iterator(lists[i].end()));
+    std::vector<Element>().swap(lists[i]);
+  }
+  return all;
+}
+
+// Calls visit(i, list) for each i below `size`, each thread in lists of its own; returns what they
+// appended to these as one list, in order of i.
+template <class Element, class Visit>
+std::vector<Element> collectInParallel(std::size_t size, std::size_t threads, Visit visit) {
+  const Blocks blocks(size, threads);
+  std::vector<std::vector<Element>> lists(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& block) {
+    std::vector<Element> own;
+    for (std::size_t i = block.begin; i < block.end; ++i) {
+      visit(i, own);
+    }
+    lists[number] = std::move(own);
+  });
+  return joined(std::move(lists));
+}
 
 }  // namespace dxf2d

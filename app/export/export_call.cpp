@@ -39,7 +39,7 @@ std::size_t cutOf(const ExportJob& job, const ExportOptions& options) {
 ExportOptions optionsOf(std::span<const std::string> words) {
   ExportOptions options;
   takeOptions(exportOptions(options), words);
-  options.plan.linework.threads = options.threads.value_or(1);
+  options.plan.threading = {options.threads.value_or(1), processThreading().leastWork};
   return options;
 }
 

@@ -257,8 +257,8 @@ Option threadsOption(std::optional<unsigned>& threads) {
                                                           : std::nullopt;
   };
   return {"--threads", "N",
-          "Threads that find hidden lines and outlines of a large model (default: as many as there "
-          "are processors, shared by the models drawn at a time); the drawing is the same",
+          "Threads that share the work on a large model (default: as many as there are processors, "
+          "shared by the models drawn at a time); the drawing is the same",
           "a number from 1 to 64", into(threads, parse)};
 }
 

@@ -24,10 +24,6 @@ using projection::Polylines;
 using projection::Scene;
 using projection::Tolerances;
 
-Threading threadingOf(const LineworkOptions& options) {
-  return {options.threads, processThreading().leastWork};
-}
-
 LineKind lineKindOf(projection::EdgeKind kind) {
   switch (kind) {
     case projection::EdgeKind::kBorder:
@@ -121,13 +117,13 @@ Polylines sortedByGroup(const Polylines& lines) {
 // Loops of each object, in the group of its first part; of all together, in that of part 0.
 Polylines outlineOf(const Scene& scene, std::span<const CandidateEdge> edges,
                     std::span<const Index> objectOfPart, const LineworkOptions& options,
-                    const Tolerances& tolerances, Linework& linework) {
+                    const Tolerances& tolerances, const Threading& threading, Linework& linework) {
   std::vector<Index> groups(objectOfPart.begin(), objectOfPart.end());
   if (options.outline == OutlineOf::kWholeView) {
     std::ranges::fill(groups, Index{0});
   }
   projection::UnionOutline outline =
-      projection::findUnionOutline(scene, edges, groups, tolerances, threadingOf(options));
+      projection::findUnionOutline(scene, edges, groups, tolerances, threading);
   linework.droppedPieces = outline.droppedPieces;
   for (std::uint64_t& group : outline.loops.groups) {
     // Groups ascend with the parts.
@@ -158,13 +154,13 @@ std::vector<CandidateEdge> cutAway(Scene& scene, double height, double weld,
 }
 
 std::vector<GroupedSegment> segmentsOf(const Scene& scene, std::span<const CandidateEdge> edges,
-                                       const LineworkOptions& options,
-                                       const Tolerances& tolerances) {
+                                       const LineworkOptions& options, const Tolerances& tolerances,
+                                       const Threading& threading) {
   if (options.hidden == HiddenLines::kShow) {
     return allSegments(scene, edges);
   }
   const projection::VisibleLines visible =
-      projection::findVisibleLines(scene, edges, tolerances, threadingOf(options));
+      projection::findVisibleLines(scene, edges, tolerances, threading);
   std::vector<GroupedSegment> segments = visibleSegments(scene, edges, visible);
   if (options.hidden == HiddenLines::kDash) {
     addHiddenSegments(scene, edges, visible.pieces, tolerances.weld, segments);
@@ -175,7 +171,7 @@ std::vector<GroupedSegment> segmentsOf(const Scene& scene, std::span<const Candi
 }  // namespace
 
 Linework drawLinework(Scene scene, const LineworkParts& parts, const LineworkOptions& options,
-                      double creaseDegrees) {
+                      double creaseDegrees, const Threading& threading) {
   Linework linework;
   const projection::Bounds bounds = projection::boundsOf(scene);
   const Tolerances tolerances = options.outline == OutlineOf::kNothing
@@ -186,18 +182,19 @@ Linework drawLinework(Scene scene, const LineworkParts& parts, const LineworkOpt
     cuts = cutAway(scene, heightOf(*options.cut, bounds), tolerances.weld, parts.objects, options,
                    linework);
   }
-  std::vector<CandidateEdge> edges = projection::findCandidateEdges(
-      scene, tolerances, creaseDegrees, parts.looks, threadingOf(options));
+  std::vector<CandidateEdge> edges =
+      projection::findCandidateEdges(scene, tolerances, creaseDegrees, parts.looks, threading);
   edges.insert(edges.end(), cuts.begin(), cuts.end());
   cuts = std::vector<CandidateEdge>();
   if (options.outline != OutlineOf::kNothing) {
-    linework.lines =
-        sortedByGroup(outlineOf(scene, edges, parts.objects, options, tolerances, linework));
+    linework.lines = sortedByGroup(
+        outlineOf(scene, edges, parts.objects, options, tolerances, threading, linework));
     return linework;
   }
   linework.creases = static_cast<std::size_t>(
       std::ranges::count(edges, projection::EdgeKind::kCrease, &CandidateEdge::kind));
-  const std::vector<GroupedSegment> segments = segmentsOf(scene, edges, options, tolerances);
+  const std::vector<GroupedSegment> segments =
+      segmentsOf(scene, edges, options, tolerances, threading);
   // Joining takes as much memory again.
   scene = Scene();
   edges = std::vector<CandidateEdge>();

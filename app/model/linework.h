@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/model/linework_options.h"
+#include "platform/parallel.h"
 #include "projection/scene.h"
 #include "projection/segment_chains.h"
 
@@ -53,8 +54,10 @@ struct LineworkParts {
 };
 
 // Draws `scene`. Edges at which faces meet at more than `creaseDegrees` are creases, and so are the
-// lines along which faces pierce each other, where hidden lines are told from visible ones.
+// lines along which faces pierce each other, where hidden lines are told from visible ones. Threads
+// share the work; the lines are the same with any number.
 Linework drawLinework(projection::Scene scene, const LineworkParts& parts,
-                      const LineworkOptions& options, double creaseDegrees);
+                      const LineworkOptions& options, double creaseDegrees,
+                      const Threading& threading);
 
 }  // namespace dxf2d

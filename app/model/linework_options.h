@@ -38,8 +38,6 @@ struct LineworkOptions {
   bool keepsHiddenWhole = false;
   OutlineOf outline = OutlineOf::kNothing;
   std::optional<CutPlane> cut;
-  // Threads that look for what can be seen in models of some size; at least 1.
-  std::size_t threads = 1;
 
   // Whether each object can be drawn by itself, as if the others were not there.
   bool IsByObject() const {

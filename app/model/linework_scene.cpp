@@ -330,8 +330,9 @@ std::vector<ShownObject> addLinework(const LineworkSource& source, BlockBuilder&
   ObjectScene objects = makeObjectScene(source, builder, limits);
   const LineworkOptions& options = objects.linework;
   beginStage("visibility");
-  const Linework linework = drawLinework(std::move(objects.scene), {objects.objects, objects.looks},
-                                         options, source.options.creaseDegrees);
+  const Linework linework =
+      drawLinework(std::move(objects.scene), {objects.objects, objects.looks}, options,
+                   source.options.creaseDegrees, source.options.threading);
   PlanContent& content = plan.content;
   content.meshWork = builder.Work();
   content.meshWork.creases = linework.creases;

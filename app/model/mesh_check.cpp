@@ -1,6 +1,8 @@
 #include "app/model/mesh_check.h"
 
 #include <cmath>
+#include <numeric>
+#include <vector>
 
 #include "app/cli/translation.h"
 
@@ -13,18 +15,24 @@ double sumOf(const Vertex& v) {
 }
 
 // A sum of finite terms in double precision cannot overflow.
-bool areFinite(const StlTriangles& triangles) {
-  double sum = 0.0;
-  for (std::size_t i = 0; i < triangles.Count(); ++i) {
-    const std::array<StlTriangles::Vertex, 3> corners = triangles.TriangleAt(i);
-    sum += (sumOf(corners[0]) + sumOf(corners[1])) + sumOf(corners[2]);
-  }
-  return std::isfinite(sum);
+bool areFinite(const StlTriangles& triangles, std::size_t threads) {
+  const Blocks blocks(triangles.Count(), threads);
+  std::vector<double> sums(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& block) {
+    double sum = 0.0;
+    for (std::size_t i = block.begin; i < block.end; ++i) {
+      const std::array<StlTriangles::Vertex, 3> corners = triangles.TriangleAt(i);
+      sum += (sumOf(corners[0]) + sumOf(corners[1])) + sumOf(corners[2]);
+    }
+    sums[number] = sum;
+  });
+  return std::isfinite(std::accumulate(sums.begin(), sums.end(), 0.0));
 }
 
 // The first vertex with a coordinate that is not finite, or the number of vertices.
-std::size_t firstBrokenVertex(const SourceMesh& mesh) {
-  if (mesh.Triangles() != nullptr && areFinite(*mesh.Triangles())) {
+std::size_t firstBrokenVertex(const SourceMesh& mesh, const Threading& threading) {
+  if (mesh.Triangles() != nullptr &&
+      areFinite(*mesh.Triangles(), threading.For(mesh.VertexCount()))) {
     return mesh.VertexCount();
   }
   return mesh.WithVertices([count = mesh.VertexCount()](const auto& at) {
@@ -65,14 +73,14 @@ bool isDrawn(const unsigned* corners, unsigned count) {
   return false;
 }
 
-MeshContent checkMesh(const SourceMesh& mesh, std::string& fault) {
+MeshContent checkMesh(const SourceMesh& mesh, const Threading& threading, std::string& fault) {
   fault.clear();
   MeshContent content;
   if (mesh.FaceCount() == 0) {
     return content;
   }
   const std::size_t vertexCount = mesh.VertexCount();
-  const std::size_t broken = firstBrokenVertex(mesh);
+  const std::size_t broken = firstBrokenVertex(mesh, threading);
   if (broken != vertexCount) {
     fault = tr("vertex %1 is not finite", {std::to_string(broken)});
     return content;

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "app/model/source_mesh.h"
+#include "platform/parallel.h"
 
 namespace dxf2d {
 
@@ -28,6 +29,7 @@ bool isDrawn(const unsigned* corners, unsigned count);
 
 // Looks through a mesh. Empties `fault` when it is sound; otherwise that names the first offender,
 // a vertex that is not finite or a corner that names no vertex, and the counts mean nothing.
-MeshContent checkMesh(const SourceMesh& mesh, std::string& fault);
+// Threads share the work.
+MeshContent checkMesh(const SourceMesh& mesh, const Threading& threading, std::string& fault);
 
 }  // namespace dxf2d

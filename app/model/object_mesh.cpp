@@ -91,30 +91,27 @@ bool appendMesh(const SourceMesh& source, const MeshContent& content,
 }
 
 bool appendTriangles(const StlTriangles& triangles, const std::array<double, 9>& residual,
-                     Index part, PolygonMesh& mesh) {
+                     Index part, std::size_t threads, PolygonMesh& mesh) {
   const std::size_t count = triangles.Count();
   const std::size_t firstPoint = mesh.points.size();
   const std::size_t firstCorner = mesh.corners.size();
   reserveLarge(mesh.corners, firstCorner + 3 * count);
-  {
-    mesh::PointCollector collector(mesh.points, 3 * count);
-    constexpr std::size_t kBatch = mesh::PointCollector::kMostOfBatch / 3;
-    std::array<Point, 3 * kBatch> batch;
-    std::array<Index, 3 * kBatch> numbers;
-    for (std::size_t begin = 0; begin < count;) {
-      const std::size_t size = std::min(kBatch, count - begin);
-      for (std::size_t i = 0; i < size; ++i) {
-        const std::array<StlTriangles::Vertex, 3> corners = triangles.TriangleAt(begin + i);
-        for (std::size_t corner = 0; corner < 3; ++corner) {
-          batch[3 * i + corner] = transformed(corners[corner], residual);
-        }
+  mesh.corners.resize(firstCorner + 3 * count);
+  const auto makePoints = [&](std::size_t begin, std::size_t size, Point* out) {
+    const std::size_t end = begin + size;
+    for (std::size_t i = begin; i < end;) {
+      if (i % 3 != 0 || end - i < 3) {
+        *out++ = transformed(triangles.VertexAt(i++), residual);
+        continue;
       }
-      collector.Add(std::span(batch).first(3 * size), numbers.data());
-      mesh.corners.insert(mesh.corners.end(), numbers.begin(),
-                          numbers.begin() + static_cast<std::ptrdiff_t>(3 * size));
-      begin += size;
+      for (const StlTriangles::Vertex& corner : triangles.TriangleAt(i / 3)) {
+        *out++ = transformed(corner, residual);
+      }
+      i += 3;
     }
-  }
+  };
+  mesh::collectPoints(3 * count, threads, makePoints, mesh.points,
+                      mesh.corners.data() + firstCorner);
   if (!std::all_of(mesh.points.begin() + static_cast<std::ptrdiff_t>(firstPoint), mesh.points.end(),
                    mesh::isUsablePoint)) {
     mesh.points.resize(firstPoint);

@@ -34,9 +34,10 @@ bool appendMesh(const SourceMesh& source, const MeshContent& content,
                 const std::array<double, 9>& residual, mesh::Index part, mesh::PolygonMesh& mesh);
 
 // Appends triangles in the same way, but equal points of them once. Returns false, with nothing
-// appended, when repair would look at points one by one (mesh::isUsablePoint).
+// appended, when repair would look at points one by one (mesh::isUsablePoint). `threads` share the
+// work.
 bool appendTriangles(const StlTriangles& triangles, const std::array<double, 9>& residual,
-                     mesh::Index part, mesh::PolygonMesh& mesh);
+                     mesh::Index part, std::size_t threads, mesh::PolygonMesh& mesh);
 
 // The edges as a line set. The polygons are not sent with them: the plug-in would look through all
 // of them for edges that are known here, and find others where one part continues another.

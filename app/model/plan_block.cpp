@@ -59,19 +59,23 @@ void addTo(HullPoints& hull, const KtSceneGeometry& geometry) {
   }
 }
 
+std::size_t threadsFor(const GatheredMesh& object, const PlanOptions& options) {
+  return options.threading.For(object.mesh.corners.size());
+}
+
 mesh::Repaired repairGathered(GatheredMesh& object, const PlanOptions& options,
                               const mesh::Looks& looks, MeshWork& work) {
-  mesh::Repaired repaired =
-      repair(object.mesh, {options.weldShare, looks, object.arePointsDistinct});
+  mesh::Repaired repaired = repair(object.mesh, {options.weldShare, looks, object.arePointsDistinct,
+                                                 threadsFor(object, options)});
   repaired.counts.pointsWelded += object.joined;
   work.repair += repaired.counts;
   return repaired;
 }
 
 // Joins points that are equal, as the plug-in does.
-void joinEqual(GatheredMesh& object) {
+void joinEqual(GatheredMesh& object, std::size_t threads) {
   if (!object.arePointsDistinct) {
-    mesh::weld(object.mesh, mesh::UsedPoints(object.mesh), 0.0);
+    mesh::weld(object.mesh, mesh::UsedPoints(object.mesh, false, threads), 0.0, threads);
   }
 }
 
@@ -81,9 +85,11 @@ mesh::DrawnEdges drawnEdges(GatheredMesh& object, const PlanOptions& options,
   mesh::EdgeOptions edgeOptions;
   edgeOptions.creaseDegrees = options.creaseDegrees;
   edgeOptions.looks = looks;
+  edgeOptions.threads = threadsFor(object, options);
   if (!options.repair) {
-    joinEqual(object);
-    return findDrawnEdges(object.mesh, mesh::EdgeTable(object.mesh), edgeOptions);
+    joinEqual(object, edgeOptions.threads);
+    return findDrawnEdges(object.mesh, mesh::EdgeTable(object.mesh, edgeOptions.threads),
+                          edgeOptions);
   }
   const mesh::Repaired repaired = repairGathered(object, options, looks, work);
   // Drawings have six digits after the point: rounding may bring ends nearer by that much.
@@ -113,7 +119,7 @@ const MeshContent& BlockBuilder::ContentOf(unsigned mesh) {
   std::optional<MeshContent>& content = contents_[mesh];
   if (!content) {
     std::string fault;
-    content = checkMesh(MeshOf(mesh), fault);
+    content = checkMesh(MeshOf(mesh), options_.threading, fault);
     if (!fault.empty()) {
       Fail(mesh, fault);
     }
@@ -186,7 +192,8 @@ GatheredMesh BlockBuilder::Gather(const std::vector<unsigned>& meshes,
   GatheredMesh object;
   if (meshes.size() == 1 && MeshOf(meshes[0]).Triangles() != nullptr) {
     const StlTriangles& triangles = *MeshOf(meshes[0]).Triangles();
-    if (appendTriangles(triangles, residual, 0, object.mesh)) {
+    if (appendTriangles(triangles, residual, 0, options_.threading.For(3 * triangles.Count()),
+                        object.mesh)) {
       object.arePointsDistinct = true;
       object.joined = 3 * triangles.Count() - object.mesh.points.size();
       return object;
@@ -213,11 +220,12 @@ mesh::PolygonMesh BlockBuilder::BuildMesh(const std::vector<unsigned>& meshes,
     const mesh::Repaired repaired = repairGathered(object, options_, looks, work_);
     if (noise != nullptr) {
       *noise =
-          findFacetNoise(object.mesh, repaired.edges, {options_.creaseDegrees, 0.0, looks, true});
+          findFacetNoise(object.mesh, repaired.edges,
+                         {options_.creaseDegrees, 0.0, looks, true, threadsFor(object, options_)});
       work_.noise += noise->size();
     }
   } else {
-    joinEqual(object);
+    joinEqual(object, threadsFor(object, options_));
   }
   return std::move(object.mesh);
 }

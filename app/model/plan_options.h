@@ -15,6 +15,7 @@
 #include "app/model/up_axis.h"
 #include "mesh/edge_kinds.h"
 #include "mesh/repair.h"
+#include "platform/parallel.h"
 
 namespace dxf2d {
 
@@ -70,6 +71,8 @@ struct PlanOptions {
   bool splitsKinds = false;
 
   ModelLimits limits;
+  // Of what is done to one object, or to all together.
+  Threading threading;
 };
 
 // Whether faces are drawn exactly as the model has them.

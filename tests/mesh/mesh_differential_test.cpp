@@ -1,8 +1,6 @@
 // The stages of repair against the reference implementation, on random meshes.
 #include <gtest/gtest.h>
 
-#include <random>
-
 #include "mesh/cleaning.h"
 #include "mesh/drawn_edges.h"
 #include "mesh/duplicates.h"
@@ -11,52 +9,14 @@
 #include "mesh/t_junctions.h"
 #include "mesh/weld.h"
 #include "tests/mesh/plan_drawing.h"
+#include "tests/mesh/random_meshes.h"
 #include "tests/mesh/reference_mesh.h"
 
 using namespace dxf2d::mesh;
 
 namespace {
 
-constexpr double kDistance = 0.01;
-
-// Points on a small grid, most a little off it, and polygons between any of them.
-class RandomMeshes {
- public:
-  explicit RandomMeshes(unsigned seed) : random_(seed) {}
-
-  PolygonMesh Next() {
-    PolygonMesh mesh;
-    const int side = Pick(2, 5);
-    const bool isNoisy = Pick(0, 1) == 1;
-    for (int i = Pick(4, 60); i > 0; --i) {
-      Point point;
-      for (double& coordinate : point) {
-        coordinate = Pick(0, side) + (isNoisy ? 0.3 * kDistance * Pick(-1, 1) : 0.0);
-      }
-      mesh.points.push_back(point);
-    }
-    const int last = static_cast<int>(mesh.points.size()) - 1;
-    for (int i = Pick(1, 60); i > 0; --i) {
-      std::vector<Index> corners;
-      for (int k = Pick(0, 3) == 0 ? Pick(1, 6) : 3; k > 0; --k) {
-        corners.push_back(static_cast<Index>(Pick(0, last)));
-      }
-      mesh.Add(corners, static_cast<Index>(Pick(0, 2)));
-    }
-    for (int i = Pick(-5, 5); i > 0; --i) {
-      mesh.segments.push_back({static_cast<Index>(Pick(0, last)), static_cast<Index>(Pick(0, last)),
-                               static_cast<Index>(Pick(0, 2))});
-    }
-    return mesh;
-  }
-
- private:
-  int Pick(int least, int greatest) {
-    return std::uniform_int_distribution<int>(least, greatest)(random_);
-  }
-
-  std::mt19937 random_;
-};
+constexpr double kDistance = RandomMeshes::kDistance;
 
 constexpr int kMeshes = 3000;
 

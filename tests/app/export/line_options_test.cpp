@@ -80,7 +80,8 @@ std::string pyramids(int side) {
 TEST_F(Dxf2d, ThreadsDrawWhatOneDraws) {
   const std::string model = Write("pyramids.obj", pyramids(20));
   for (const std::string lines :
-       {"--hidden remove", "--hidden dash", "--outline each", "--cut 3"}) {
+       {"", "--repair off --creases 20", "--hidden remove", "--hidden dash", "--outline each",
+        "--cut 3", "--cut 3 --hidden remove"}) {
     const std::string command = "export " + model + " -f " + lines;
     ASSERT_EQ(Run(command + " --threads 1 -o " + Path("one.dxf")), kExitDone) << error_;
     for (const std::string threads : {"2", "17"}) {

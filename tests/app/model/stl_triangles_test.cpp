@@ -114,12 +114,18 @@ TEST_F(StlFile, GivesTheMeshThatItsCornersMakeWeldedAtAnyScale) {
   const auto triangles = StlTriangles::Open(path);
   ASSERT_NE(triangles, nullptr);
   mesh::PolygonMesh gathered;
-  EXPECT_TRUE(appendTriangles(*triangles, {0.5, 0.25, 0, -1, 2, 0, 0, 0, 1}, 0, gathered));
+  EXPECT_TRUE(appendTriangles(*triangles, {0.5, 0.25, 0, -1, 2, 0, 0, 0, 1}, 0, 1, gathered));
   EXPECT_EQ(gathered.PolygonCount(), 300U);
   EXPECT_LE(gathered.points.size(), 343U);
+  for (const std::size_t threads : {2U, 3U, 8U, 17U}) {
+    mesh::PolygonMesh together;
+    EXPECT_TRUE(
+        appendTriangles(*triangles, {0.5, 0.25, 0, -1, 2, 0, 0, 0, 1}, 0, threads, together));
+    EXPECT_EQ(together, gathered) << threads;
+  }
   // Squares of such areas are not finite: repair leaves out the polygons, one by one.
   mesh::PolygonMesh huge;
-  EXPECT_FALSE(appendTriangles(*triangles, {1e80, 0, 0, 0, 1, 0, 0, 0, 1}, 0, huge));
+  EXPECT_FALSE(appendTriangles(*triangles, {1e80, 0, 0, 0, 1, 0, 0, 0, 1}, 0, 1, huge));
   EXPECT_EQ(huge, mesh::PolygonMesh());
 }
 
