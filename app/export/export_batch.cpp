@@ -14,7 +14,9 @@
 #include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/export/export_job.h"
+#include "app/host/plugin_module.h"
 #include "app/process/termination_signals.h"
+#include "app/process/worker_template.h"
 #include "platform/parallel.h"
 
 namespace dxf2d {
@@ -68,6 +70,19 @@ std::string optionForModels(const OptionWords& words) {
     }
   }
   return "";
+}
+
+// The plug-in that workers load, unless it is a stranger's.
+std::vector<std::string> trustedPlugin(const ExportOptions& options) {
+  if (!options.pluginFacts.isOwn) {
+    return {};
+  }
+  try {
+    return {pluginFile(options.plugin)};
+  } catch (const PluginError&) {
+    // Each job says that it is missing.
+    return {};
+  }
 }
 
 class ExportBatch {
@@ -185,10 +200,21 @@ class ExportBatch {
         progress_->SetStage(job.model, stage);
       }
     };
-    const int code = runExportJob(job, isSceneFile(job.model) ? sceneOptions_ : options_, news);
+    const int code =
+        runExportJob(job, isSceneFile(job.model) ? sceneOptions_ : options_, Workers(), news);
     record.peakMemory = news.peakMemory;
     record.facts = news.facts;
     return code;
+  }
+
+  // What this thread's workers are forked from; null for one model alone, for which the program is
+  // started sooner.
+  WorkerTemplate* Workers() const {
+    if (jobs_.size() == 1) {
+      return nullptr;
+    }
+    static thread_local WorkerTemplate workers({}, trustedPlugin(options_));
+    return &workers;
   }
 
   // A line of JSON, where else a summary goes.

@@ -120,7 +120,7 @@ class StageTimes {
 // Appends what the worker tells to `told`. Returns an exit code.
 int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& options,
                 const WorkOutput& output, const std::optional<WorkOutput>& preview,
-                std::string& told, JobNews& news) {
+                WorkerTemplate* workers, std::string& told, JobNews& news) {
   StageTimes times;
   const std::string foreign = options.pluginFacts.isOwn ? "" : options.plugin;
   const auto beginStage = [&](std::string_view stage) {
@@ -139,6 +139,7 @@ int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& opti
   if (code == kExitDone) {
     WorkerCall call = callToExport(job, options, output, preview, import.File());
     call.onStage = beginStage;
+    call.from = workers;
     std::uint64_t peakMemory = 0;
     // Before the worker reads the model it loads the plug-in.
     work.Blame(foreign, tr(" while it is loaded"));
@@ -153,7 +154,8 @@ int makeDrawing(InputTask& work, const ExportJob& job, const ExportOptions& opti
   return code;
 }
 
-int draw(InputTask& work, const ExportJob& job, const ExportOptions& options, JobNews& news) {
+int draw(InputTask& work, const ExportJob& job, const ExportOptions& options,
+         WorkerTemplate* workers, JobNews& news) {
   const Clock::time_point start = Clock::now();
   checkInputs(job, options);
   // The worker finds the same; here it refuses what does not fit before the model is read.
@@ -169,7 +171,8 @@ int draw(InputTask& work, const ExportJob& job, const ExportOptions& options, Jo
     previewWork = preview->Work();
   }
   std::string told;
-  const int code = makeDrawing(work, job, options, destination.Work(), previewWork, told, news);
+  const int code =
+      makeDrawing(work, job, options, destination.Work(), previewWork, workers, told, news);
   if (code != kExitDone) {
     return code;
   }
@@ -190,9 +193,10 @@ int draw(InputTask& work, const ExportJob& job, const ExportOptions& options, Jo
 
 }  // namespace
 
-int runExportJob(const ExportJob& job, const ExportOptions& options, JobNews& news) {
+int runExportJob(const ExportJob& job, const ExportOptions& options, WorkerTemplate* workers,
+                 JobNews& news) {
   InputTask work(tr("the importer"), job.model, options.limits);
-  return work.Reporting([&] { return draw(work, job, options, news); });
+  return work.Reporting([&] { return draw(work, job, options, workers, news); });
 }
 
 }  // namespace dxf2d

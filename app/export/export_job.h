@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "app/export/export_request.h"
+#include "app/process/worker_template.h"
 
 namespace dxf2d {
 
@@ -20,8 +21,10 @@ struct JobNews {
   std::string facts{};
 };
 
-// Draws a job's model in a worker process. Prints a message when that fails, else the summary of a
+// Draws a job's model in a worker process, which is forked from `workers` unless that is null.
+// Prints a message when that fails, else the summary of a
 // model. Returns an exit code.
-int runExportJob(const ExportJob& job, const ExportOptions& options, JobNews& news);
+int runExportJob(const ExportJob& job, const ExportOptions& options, WorkerTemplate* workers,
+                 JobNews& news);
 
 }  // namespace dxf2d

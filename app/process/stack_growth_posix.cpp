@@ -1,10 +1,14 @@
 #include "app/process/stack_growth.h"
 
-#include <pthread.h>
+#include <sys/resource.h>
 
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
 
 #include "app/process/refused_memory.h"
 
@@ -34,26 +38,34 @@ void onBadAccess(int /*signal*/, siginfo_t* information, void* /*context*/) {
   // The access is repeated, and ends the process.
 }
 
-bool findStack() {
-  pthread_attr_t attributes;
-  if (pthread_getattr_np(pthread_self(), &attributes) != 0) {
-    return false;
-  }
-  void* begin = nullptr;
-  std::size_t size = 0;
-  const bool isFound = pthread_attr_getstack(&attributes, &begin, &size) == 0;
-  pthread_attr_destroy(&attributes);
-  stackBegin = reinterpret_cast<std::uintptr_t>(begin);
-  stackEnd = stackBegin + size;
-  return isFound;
+// Its limit in bytes; 0 when the system does not say.
+std::size_t stackLimit() {
+  struct rlimit limits {};
+  const bool isKnown = getrlimit(RLIMIT_STACK, &limits) == 0 && limits.rlim_cur != RLIM_INFINITY;
+  return isKnown ? limits.rlim_cur : 0;
 }
 
 }  // namespace
 
+void findStackEnd() {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::fopen("/proc/self/maps", "re"),
+                                                             &std::fclose);
+  // Longer lines, those of files, come in parts.
+  char line[256];
+  while (file != nullptr && std::fgets(line, sizeof line, file.get()) != nullptr) {
+    const char* const end = std::strchr(line, '-');
+    if (end != nullptr && std::strstr(line, "[stack]") != nullptr) {
+      stackEnd = std::strtoull(end + 1, nullptr, 16);
+    }
+  }
+}
+
 void noteRefusedStackGrowth() {
-  if (kHasHandler || !findStack()) {
+  const std::size_t limit = stackLimit();
+  if (kHasHandler || stackEnd < limit || limit == 0) {
     return;
   }
+  stackBegin = stackEnd - limit;
   stack_t stack{};
   stack.ss_sp = handlerStack;
   stack.ss_size = sizeof handlerStack;

@@ -41,10 +41,10 @@ void unblockTerminationSignals() {
 
 bool isTerminationPending() {
   sigset_t pending;
-  const sigset_t requests = terminationSignals();
-  if (sigpending(&pending) != 0) {
+  if (sigpending(&pending) != 0 || sigisemptyset(&pending) != 0) {
     return false;
   }
+  const sigset_t requests = terminationSignals();
   for (int signal = 1; signal < NSIG; ++signal) {
     if (sigismember(&pending, signal) == 1 && sigismember(&requests, signal) == 1) {
       return true;

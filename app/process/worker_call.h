@@ -10,6 +10,8 @@
 
 namespace dxf2d {
 
+class WorkerTemplate;
+
 // Resource limits of a worker; 0 for none.
 struct WorkerLimits {
   // Bytes of address space beyond what is in use at its start. Allocations beyond it are refused.
@@ -39,6 +41,8 @@ struct WorkerCall {
   // How many threads the task may run, at least 1. The address space of those beside the first is
   // granted in addition to the limit: memory in use is limited all the same.
   unsigned threads = 1;
+  // What the worker is forked from; null: the program is started.
+  WorkerTemplate* from = nullptr;
   // Called for each stage that the task begins, with its name; may be empty.
   std::function<void(std::string_view)> onStage{};
 

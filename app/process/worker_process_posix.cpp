@@ -17,6 +17,7 @@
 #include "app/process/worker_process.h"
 #include "app/process/worker_reports.h"
 #include "app/process/worker_start.h"
+#include "app/process/worker_template.h"
 
 namespace dxf2d {
 
@@ -38,12 +39,6 @@ void heedChildren() {
   struct sigaction action {};
   action.sa_handler = SIG_DFL;
   sigaction(SIGCHLD, &action, nullptr);
-}
-
-sigset_t signalMask() {
-  sigset_t mask;
-  pthread_sigmask(SIG_BLOCK, nullptr, &mask);
-  return mask;
 }
 
 // A descriptor that is readable while a termination signal, all of them blocked, is pending. The
@@ -97,7 +92,7 @@ class Watch {
       if (limits_.time.count() != 0 && spent_ >= limits_.time) {
         return Kill(How::kTimedOut);
       }
-      if (limits_.residentMemory != 0 && residentMemoryOf(child_) > limits_.residentMemory) {
+      if (IsMemoryExceeded()) {
         return Kill(How::kMemoryExceeded);
       }
     }
@@ -121,6 +116,15 @@ class Watch {
       spent_ += std::min<Clock::duration>(now - lastLook_, kLongestLook);
     }
     lastLook_ = now;
+  }
+
+  // Looks no more often than is promised: a report of a worker may come at any time.
+  bool IsMemoryExceeded() {
+    if (limits_.residentMemory == 0 || lastLook_ - lastMemoryLook_ < kInterval) {
+      return false;
+    }
+    lastMemoryLook_ = lastLook_;
+    return residentMemoryOf(child_) > limits_.residentMemory;
   }
 
   // More than the pipe holds, but not without end from a worker that never stops.
@@ -192,6 +196,7 @@ class Watch {
   Descriptor report_;
   WorkerLimits limits_;
   Clock::time_point lastLook_ = Clock::now();
+  Clock::time_point lastMemoryLook_ = lastLook_;
   Clock::duration spent_{};
   bool isStopped_ = false;
   WorkerReports reports_;
@@ -226,9 +231,14 @@ WorkerResult runWorker(const WorkerCall& call, const WorkerLimits& limits) {
     return {How::kNotStarted, errno};
   }
   pid_t child = -1;
-  const int error = startWorker(call, limits, report.writer.Number(), signalMask(), child);
-  if (error != 0) {
-    return {How::kNotStarted, error};
+  if (call.from != nullptr) {
+    child = static_cast<pid_t>(
+        call.from->Fork(call, limits, report.writer.Number(), signals.Number()).value_or(-1));
+  }
+  if (child < 0) {
+    if (const int error = startWorker(call, limits, report.writer.Number(), child); error != 0) {
+      return {How::kNotStarted, error};
+    }
   }
   report.writer.Close();
   return Watch(child, signals, std::move(report.reader), call, limits).Run();

@@ -20,6 +20,7 @@
 #include "app/process/memory_in_use.h"
 #include "app/process/refused_memory.h"
 #include "app/process/stack_growth.h"
+#include "app/process/worker_fork.h"
 #include "app/process/worker_program.h"
 #include "app/process/worker_protocol.h"
 
@@ -52,8 +53,15 @@ void report(WorkerRecord kind, std::string_view text = {}) noexcept {
   const auto length = static_cast<std::uint32_t>(text.size());
   char header[kRecordHeader] = {static_cast<char>(kind)};
   std::memcpy(header + 1, &length, sizeof length);
-  writeAll({header, sizeof header});
-  writeAll(text.substr(0, length));
+  text = text.substr(0, length);
+  // At once, so that the parent wakes up once.
+  const iovec parts[] = {{header, sizeof header}, {const_cast<char*>(text.data()), text.size()}};
+  const ssize_t count = writev(reportDescriptor, parts, 2);
+  const std::size_t written = count < 0 ? 0 : static_cast<std::size_t>(count);
+  if (written < sizeof header) {
+    writeAll({header + written, sizeof header - written});
+  }
+  writeAll(text.substr(std::max(written, sizeof header) - sizeof header));
 }
 
 void reportRefusedMemory() noexcept {
@@ -179,11 +187,16 @@ int runTask(const WorkerTask& task, std::span<const std::string> words) {
   }
 }
 
-void begin(const WorkerSetup& setup) {
+void enter(const WorkerSetup& setup) {
   reportDescriptor = setup.report;
   fcntl(setup.report, F_SETFD, FD_CLOEXEC);
   endWithParent(setup);
   closeOtherDescriptors(setup);
+}
+
+// What is the same for each worker, and done once for those of a template.
+void prepare() {
+  findStackEnd();
   // Messages in the user's language, and nothing else: numbers in drawings always have a point.
   std::setlocale(LC_MESSAGES, "");
   findCatalogs();
@@ -195,8 +208,17 @@ void begin(const WorkerSetup& setup) {
   noteSink = [](const std::string& sentence) {
     report(WorkerRecord::kNote, noteForParent(sentence));
   };
-  report(WorkerRecord::kStarted);
-  setLimits(setup);
+}
+
+const WorkerTask* findTask(std::span<const WorkerTask> tasks, const std::string& name) {
+  const auto task =
+      std::ranges::find_if(tasks, [&](const WorkerTask& known) { return known.name == name; });
+  return task == tasks.end() ? nullptr : &*task;
+}
+
+[[noreturn]] void endMisused() {
+  std::fputs("dxf2d-worker is a part of dxf2d, which starts it\n", stderr);
+  std::_Exit(kExitUsage);
 }
 
 }  // namespace
@@ -206,20 +228,31 @@ void beginStage(std::string_view name) { report(WorkerRecord::kStage, name); }
 void tellParent(std::string_view text) { report(WorkerRecord::kText, text); }
 
 void runWorkerProgram(std::span<const WorkerTask> tasks, int argc, char** argv) {
-  const std::span<const char* const> words(argv, static_cast<std::size_t>(argc));
-  const std::size_t taskAt = 1 + kSetupWords;
-  const auto setup = words.size() > taskAt ? setupOf(words.subspan(1, kSetupWords)) : std::nullopt;
-  const auto isAsked = [&](const WorkerTask& task) {
-    return std::strcmp(task.name, words[taskAt]) == 0;
+  constexpr std::size_t kTaskAt = 1 + kSetupWords;
+  std::vector<std::string> words(argv, argv + argc);
+  const auto setupOfWords = [&] {
+    return words.size() > kTaskAt ? setupOf(std::span(words).subspan(1, kSetupWords))
+                                  : std::nullopt;
   };
-  const auto task = setup ? std::ranges::find_if(tasks, isAsked) : tasks.end();
-  if (task == tasks.end()) {
-    std::fputs("dxf2d-worker is a part of dxf2d, which starts it\n", stderr);
-    std::_Exit(kExitUsage);
+  std::optional<WorkerSetup> setup = setupOfWords();
+  if (!setup) {
+    endMisused();
   }
-  begin(*setup);
-  const int code =
-      runTask(*task, std::vector<std::string>(words.begin() + taskAt + 1, words.end()));
+  enter(*setup);
+  prepare();
+  if (words[kTaskAt] == kForkTask) {
+    unsetenv(kBindsAtStart);
+    words = serveForks(setup->report, std::span(words).subspan(kTaskAt + 1));
+    setup = setupOfWords();
+    enter(*setup);
+  }
+  const WorkerTask* const task = findTask(tasks, words[kTaskAt]);
+  if (task == nullptr) {
+    endMisused();
+  }
+  report(WorkerRecord::kStarted);
+  setLimits(*setup);
+  const int code = runTask(*task, std::span(words).subspan(kTaskAt + 1));
   if (std::fflush(stdout) != 0) {
     std::_Exit(kExitWriteFailed);
   }

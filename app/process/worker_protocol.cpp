@@ -38,13 +38,31 @@ std::vector<std::string> wordsOf(const WorkerSetup& setup) {
           std::to_string(setup.addressSpace), std::to_string(setup.processorTime), descriptors};
 }
 
-std::optional<WorkerSetup> setupOf(std::span<const char* const> words) {
+std::optional<WorkerSetup> setupOf(std::span<const std::string> words) {
   WorkerSetup setup;
   const bool isSetup = words.size() == kSetupWords && parse(words[0], setup.report) &&
                        parse(words[1], setup.parentProcess) &&
                        parse(words[2], setup.addressSpace) &&
                        parse(words[3], setup.processorTime) && parse(words[4], setup.descriptors);
   return isSetup ? std::optional(setup) : std::nullopt;
+}
+
+std::string requestOf(std::span<const std::string> words) {
+  std::string request;
+  for (const std::string& word : words) {
+    request.append(word).push_back('\0');
+  }
+  return request;
+}
+
+std::vector<std::string> wordsOfRequest(std::string_view request) {
+  std::vector<std::string> words;
+  while (!request.empty()) {
+    const std::size_t end = request.find('\0');
+    words.emplace_back(request.substr(0, end));
+    request.remove_prefix(end == std::string_view::npos ? request.size() : end + 1);
+  }
+  return words;
 }
 
 }  // namespace dxf2d

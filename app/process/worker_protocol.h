@@ -1,11 +1,13 @@
 // What a worker process and its parent tell each other: the words that a worker is started with,
-// and the records that it writes into a pipe. Both are built together, so there is no version.
+// the requests for workers that are forked (see WorkerTemplate), and the records that a worker
+// writes into a pipe. Both are built together, so there is no version.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace dxf2d {
@@ -29,7 +31,27 @@ inline constexpr std::size_t kSetupWords = 5;
 std::vector<std::string> wordsOf(const WorkerSetup& setup);
 
 // Of exactly kSetupWords words; none when they are not those of a setup.
-std::optional<WorkerSetup> setupOf(std::span<const char* const> words);
+std::optional<WorkerSetup> setupOf(std::span<const std::string> words);
+
+// The task of a template, whose words are libraries to load, and whose report is the socket that
+// requests come from and answers go to.
+inline constexpr const char* kForkTask = "fork";
+
+// Set in the environment of a template alone: what it is linked with is bound at its start
+// (ld.so(8)) and not again in each worker.
+inline constexpr const char* kBindsAtStart = "LD_BIND_NOW";
+
+// A request is one message: the words that a worker would be started with, each with a null
+// character at its end, and with it, in this order, the descriptors of its setup: the report and
+// those that its task needs.
+inline constexpr std::size_t kMostRequestBytes = std::size_t{64} << 10;
+inline constexpr std::size_t kMostRequestDescriptors = 16;
+
+std::string requestOf(std::span<const std::string> words);
+std::vector<std::string> wordsOfRequest(std::string_view request);
+
+// The answer to a request: a worker's process, or an errno, negative, when there is none.
+using ForkAnswer = std::int64_t;
 
 // A record is its kind in one byte, the length of its text in four bytes of the machine's order,
 // and the text.

@@ -3,8 +3,8 @@
 
 #include <sys/types.h>
 
-#include <csignal>
 #include <string>
+#include <vector>
 
 #include "app/process/worker_call.h"
 
@@ -13,9 +13,12 @@ namespace dxf2d {
 // The file of the worker program that belongs to this program.
 std::string workerProgram();
 
-// Starts the worker program, which reports to the descriptor `report`. It has the signal mask
-// `mask` without the termination signals. Returns 0 and the process in `child`, or an errno.
-int startWorker(const WorkerCall& call, const WorkerLimits& limits, int report,
-                const sigset_t& mask, pid_t& child);
+// The command line of a worker that reports to the descriptor `report`.
+std::vector<std::string> workerWords(const WorkerCall& call, const WorkerLimits& limits,
+                                     int report);
+
+// Starts the worker program, which reports to the descriptor `report`. It has this thread's signal
+// mask without the termination signals. Returns 0 and the process in `child`, or an errno.
+int startWorker(const WorkerCall& call, const WorkerLimits& limits, int report, pid_t& child);
 
 }  // namespace dxf2d

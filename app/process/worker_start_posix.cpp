@@ -79,7 +79,9 @@ void addDescriptors(SpawnActions& actions, const WorkerCall& call, int report, i
   }
 }
 
-sigset_t withoutTerminationSignals(sigset_t mask) {
+sigset_t maskWithoutTerminationSignals() {
+  sigset_t mask;
+  pthread_sigmask(SIG_BLOCK, nullptr, &mask);
   const sigset_t requests = terminationSignals();
   for (int signal = 1; signal < NSIG; ++signal) {
     if (sigismember(&requests, signal) == 1) {
@@ -89,15 +91,29 @@ sigset_t withoutTerminationSignals(sigset_t mask) {
   return mask;
 }
 
-std::vector<std::string> commandLineOf(const WorkerCall& call, const WorkerLimits& limits,
-                                       int report) {
-  const auto processorTime = static_cast<std::uint64_t>(limits.processorTime.count());
-  std::vector<std::string> words =
-      wordsOf(WorkerSetup{report, getpid(), limits.addressSpace, processorTime, call.descriptors});
-  words.insert(words.begin(), kWorkerName);
-  words.push_back(call.task);
-  words.insert(words.end(), call.words.begin(), call.words.end());
-  return words;
+// Pointers to what `words` holds, with null at the end.
+std::vector<char*> pointersTo(std::vector<std::string>& words) {
+  std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
+  for (std::string& word : words) {
+    pointers.push_back(word.data());
+  }
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+// This process's, but for what a template needs.
+std::vector<char*> environmentFor(const WorkerCall& call) {
+  static std::string bindsAtStart = std::string(kBindsAtStart) + "=1";
+  std::vector<char*> environment;
+  for (char** entry = environ; entry != nullptr && *entry != nullptr; ++entry) {
+    environment.push_back(*entry);
+  }
+  if (call.task == kForkTask) {
+    environment.push_back(bindsAtStart.data());
+  }
+  environment.push_back(nullptr);
+  return environment;
 }
 
 // This program's file, with links followed; as it was called where /proc is not there.
@@ -124,25 +140,29 @@ std::string workerProgram() {
   return isInstalled ? installed.string() : (directory / kWorkerName).string();
 }
 
-int startWorker(const WorkerCall& call, const WorkerLimits& limits, int report,
-                const sigset_t& mask, pid_t& child) {
+std::vector<std::string> workerWords(const WorkerCall& call, const WorkerLimits& limits,
+                                     int report) {
+  const auto processorTime = static_cast<std::uint64_t>(limits.processorTime.count());
+  std::vector<std::string> words =
+      wordsOf(WorkerSetup{report, getpid(), limits.addressSpace, processorTime, call.descriptors});
+  words.insert(words.begin(), kWorkerName);
+  words.push_back(call.task);
+  words.insert(words.end(), call.words.begin(), call.words.end());
+  return words;
+}
+
+int startWorker(const WorkerCall& call, const WorkerLimits& limits, int report, pid_t& child) {
   const Descriptor nothing = openNothing();
   if (!nothing.IsOpen()) {
     return errno;
   }
   SpawnActions actions;
   addDescriptors(actions, call, report, nothing.Number());
-  const SpawnAttributes attributes(withoutTerminationSignals(mask));
-  std::vector<std::string> words = commandLineOf(call, limits, report);
-  std::vector<char*> arguments;
-  arguments.reserve(words.size() + 1);
-  for (std::string& word : words) {
-    arguments.push_back(word.data());
-  }
-  arguments.push_back(nullptr);
+  const SpawnAttributes attributes(maskWithoutTerminationSignals());
+  std::vector<std::string> words = workerWords(call, limits, report);
   const std::string program = call.program.empty() ? workerProgram() : call.program;
-  return posix_spawn(&child, program.c_str(), actions.Get(), attributes.Get(), arguments.data(),
-                     environ);
+  return posix_spawn(&child, program.c_str(), actions.Get(), attributes.Get(),
+                     pointersTo(words).data(), environmentFor(call).data());
 }
 
 }  // namespace dxf2d

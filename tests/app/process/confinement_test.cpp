@@ -2,10 +2,13 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "app/process/descriptor.h"
 #include "app/process/worker_process.h"
@@ -67,6 +70,28 @@ TEST_F(Confined, NothingButFilesIsReached) {
                            "start a program", "start a process", "signal the parent"}) {
     Expect(deed, "refused");
   }
+}
+
+// Of each part of the list of refused calls, which is sorted by number, the first and others.
+TEST(Confinement, CallsOfAllNumbersAreRefusedAndTheirNeighborsAllowed) {
+  if (!availableConfinement().callFilter) {
+    GTEST_SKIP() << "this system has no filter of system calls";
+  }
+  const std::pair<int, const char*> calls[] = {
+      {SYS_read, "allowed "},           {SYS_fstat, "allowed "},        {SYS_socket, "refused "},
+      {SYS_socketpair, "refused "},     {SYS_execve, "refused "},       {SYS_ptrace, "refused "},
+      {SYS_setuid, "refused "},         {SYS_setgroups, "refused "},    {SYS_fchmod, "refused "},
+      {SYS_mount, "refused "},          {SYS_fsetxattr, "refused "},    {SYS_fgetxattr, "allowed "},
+      {SYS_tkill, "refused "},          {SYS_unlinkat, "refused "},     {SYS_openat, "allowed "},
+      {SYS_utimensat, "refused "},      {SYS_bpf, "refused "},          {SYS_execveat, "refused "},
+      {SYS_io_uring_setup, "refused "}, {SYS_memfd_create, "refused "}, {SYS_close, "allowed "}};
+  std::vector<std::string> words;
+  std::string expected;
+  for (const auto& [number, outcome] : calls) {
+    words.push_back(std::to_string(number));
+    expected += outcome;
+  }
+  EXPECT_EQ(runWorker({"tell refused calls", words, {}, false, TEST_WORKER}).text, expected);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -124,6 +125,34 @@ int tellDescriptors(Words) {
   return 0;
 }
 
+// Which file the descriptor `words[0]` is.
+int tellFile(Words words) {
+  struct stat status {};
+  if (fstat(numberOf(words), &status) != 0) {
+    return 1;
+  }
+  tellParent(std::to_string(status.st_dev) + ":" + std::to_string(status.st_ino));
+  return 0;
+}
+
+// Begins a stage, in which the parent does what it likes and then writes into the pipe `words[0]`.
+int waitForByte(Words words) {
+  beginStage("waiting");
+  char byte = 0;
+  return read(numberOf(words), &byte, 1) == 1 ? byte : 1;
+}
+
+// Calls that are refused say so before they look at their arguments, which are wrong for all.
+int tellRefusedCalls(Words words) {
+  confine({{}, {}});
+  for (const std::string& word : words) {
+    errno = 0;
+    const long end = syscall(std::stoi(word), -1, -1, -1, -1, -1, -1);
+    tellParent(end == -1 && errno == EPERM ? "refused " : "allowed ");
+  }
+  return 0;
+}
+
 // Notes a refused allocation and then does what the words say.
 int hideRefusal(Words words) {
   noteRefusedMemory();
@@ -215,6 +244,14 @@ const WorkerTask kTasks[] = {
        }
      }},
     {"tell descriptors", &tellDescriptors},
+    {"tell file", &tellFile},
+    {"tell parent",
+     [](Words) {
+       tellParent(std::to_string(getppid()));
+       return 0;
+     }},
+    {"tell refused calls", &tellRefusedCalls},
+    {"wait for a byte", &waitForByte},
     {"print",
      [](Words words) {
        std::fputs(words[0].c_str(), stdout);
