@@ -37,7 +37,8 @@ struct Findings {
     repaired.edges.ForEachEdge([&](Index a, Index b, std::span<const EdgeUse> uses) {
       for (const EdgeUse& use : uses) {
         edges.emplace_back(a, b);
-        edges.emplace_back(use.Polygon(), (use.IsForward() ? 1U : 0U) + (use.IsBothWays() ? 2U : 0U));
+        edges.emplace_back(use.Polygon(),
+                           (use.IsForward() ? 1U : 0U) + (use.IsBothWays() ? 2U : 0U));
       }
     });
     EdgeOptions edgeOptions;

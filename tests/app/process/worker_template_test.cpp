@@ -26,7 +26,8 @@ namespace {
 
 using How = WorkerResult::How;
 
-WorkerCall callFrom(WorkerTemplate& workers, const char* task, std::vector<std::string> words = {}) {
+WorkerCall callFrom(WorkerTemplate& workers, const char* task,
+                    std::vector<std::string> words = {}) {
   WorkerCall call{task, std::move(words), {}, false, TEST_WORKER};
   call.from = &workers;
   return call;
@@ -34,8 +35,7 @@ WorkerCall callFrom(WorkerTemplate& workers, const char* task, std::vector<std::
 
 // A call that waits in a stage, in which `meanwhile` is done.
 WorkerCall waitingCall(WorkerTemplate& workers, const Pipe& pipe, void (*meanwhile)(pid_t)) {
-  WorkerCall call =
-      callFrom(workers, "wait for a byte", {std::to_string(pipe.reader.Number())});
+  WorkerCall call = callFrom(workers, "wait for a byte", {std::to_string(pipe.reader.Number())});
   call.descriptors = {pipe.reader.Number()};
   call.onStage = [&workers, &pipe, meanwhile](std::string_view) {
     meanwhile(static_cast<pid_t>(workers.Process()));
