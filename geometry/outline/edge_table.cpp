@@ -10,27 +10,41 @@ namespace dxf2d {
 
 namespace {
 
-// Calls visit(smaller, larger, polygon) for every valid edge of every polygon.
+// Calls visit(smaller, larger, polygon) if the two make a valid edge.
+template <class Visit>
+void visitEdge(int a, int b, std::uint32_t polygon, std::size_t pointCount, Visit visit) {
+  if (a != b && namesPoint(a, pointCount) && namesPoint(b, pointCount)) {
+    visit(static_cast<std::uint32_t>(std::min(a, b)), static_cast<std::uint32_t>(std::max(a, b)),
+          polygon);
+  }
+}
+
+// Does so for every edge of every triangle.
+template <class Visit>
+void forEachTriangleEdge(std::span<const int> corners, std::size_t pointCount, Visit visit) {
+  for (std::size_t i = 0; i + 2 < corners.size(); i += 3) {
+    const auto triangle = static_cast<std::uint32_t>(i / 3);
+    visitEdge(corners[i], corners[i + 1], triangle, pointCount, visit);
+    visitEdge(corners[i + 1], corners[i + 2], triangle, pointCount, visit);
+    visitEdge(corners[i + 2], corners[i], triangle, pointCount, visit);
+  }
+}
+
+// Does so for every edge of every polygon.
 template <class Visit>
 void forEachPolygonEdge(std::span<const int> polygons, std::size_t pointCount, Visit visit) {
-  const auto visitEdge = [&](int a, int b, std::uint32_t polygon) {
-    if (a != b && namesPoint(a, pointCount) && namesPoint(b, pointCount)) {
-      visit(static_cast<std::uint32_t>(std::min(a, b)), static_cast<std::uint32_t>(std::max(a, b)),
-            polygon);
-    }
-  };
   std::uint32_t polygon = 0;
   // First and last entry of the current polygon so far; the code where there is none yet.
   int first = KtRunCode::kPolygon;
   int last = KtRunCode::kPolygon;
   for (const int entry : polygons) {
     if (entry == KtRunCode::kPolygon) {
-      visitEdge(last, first, polygon++);
+      visitEdge(last, first, polygon++, pointCount, visit);
       first = KtRunCode::kPolygon;
     } else if (first == KtRunCode::kPolygon) {
       first = entry;
     } else {
-      visitEdge(last, entry, polygon);
+      visitEdge(last, entry, polygon, pointCount, visit);
     }
     last = entry;
   }
@@ -74,6 +88,13 @@ void EdgeTable::Build(const std::vector<int>& polygons, std::size_t pointCount,
   findStarts(whole, threads, starts_);
   adjacency_.Build(pointCount, threads,
                    [&](auto visit) { forEachPolygonEdge(whole, pointCount, visit); });
+}
+
+void EdgeTable::BuildTriangles(std::span<const int> corners, std::size_t pointCount,
+                               std::size_t threads) {
+  starts_.clear();
+  adjacency_.Build(pointCount, threads,
+                   [&](auto visit) { forEachTriangleEdge(corners, pointCount, visit); });
 }
 
 }  // namespace dxf2d

@@ -21,7 +21,10 @@ class EdgeTable {
   // result does not depend on `threads`.
   void Build(const std::vector<int>& polygons, std::size_t pointCount, std::size_t threads);
 
-  // By polygon: the position in the polygon list at which it begins.
+  // The same for triangles: polygon i has the corners 3 i, 3 i + 1 and 3 i + 2 of `corners`.
+  void BuildTriangles(std::span<const int> corners, std::size_t pointCount, std::size_t threads);
+
+  // By polygon: the position in the polygon list at which it begins. Empty for triangles.
   const std::vector<std::uint32_t>& PolygonStarts() const { return starts_; }
 
   // Replaces `edges` by those for which isWanted(edge, incidentFaces) holds, in edge order; the low

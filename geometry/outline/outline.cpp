@@ -26,17 +26,36 @@ constexpr int kBoundaryMode = 2;
 // call; after a huge set it is freed.
 struct OutlineScratch {
   WeldScratch weld;
+  PointNumbers corners;
   ExpandedRuns runs;
   EdgeTable table;
   std::vector<Facing> facings;
   std::vector<Edge> edges;
   ChainScratch chains;
 
-  std::size_t CapacityBytes() const {
-    return weld.CapacityBytes() + runs.CapacityBytes() + table.CapacityBytes() +
-           facings.capacity() * sizeof(Facing) + edges.capacity() * sizeof(Edge) +
-           chains.CapacityBytes();
+  // What a huge set needs no more is freed at once, so that it never has the memory of all stages.
+  void FreeAfterWeld() {
+    if (weld.CapacityBytes() > kKeptByStage) {
+      weld = WeldScratch();
+    }
   }
+  void FreeAfterClassification() {
+    if (table.CapacityBytes() + runs.polygons.capacity() * sizeof(int) > kKeptByStage) {
+      corners = PointNumbers();
+      runs.polygons = std::vector<int>();
+      table = EdgeTable();
+      facings = std::vector<Facing>();
+    }
+  }
+
+  std::size_t CapacityBytes() const {
+    return weld.CapacityBytes() + corners.capacity() * sizeof(int) + runs.CapacityBytes() +
+           table.CapacityBytes() + facings.capacity() * sizeof(Facing) +
+           edges.capacity() * sizeof(Edge) + chains.CapacityBytes();
+  }
+
+ private:
+  static constexpr std::size_t kKeptByStage = std::size_t{2} << 20U;
 };
 
 ScratchPool<OutlineScratch>& scratchPool() {
@@ -114,13 +133,9 @@ const std::vector<int>& expandedPolygons(const std::vector<int>& indices, std::s
   return runs.polygons;
 }
 
-// Stages 2 to 7 of a face set whose points are welded.
-bool outlineFaces(std::vector<KtPoint3>& points, std::vector<int>& indices, bool reverseOrientation,
+// Stages 4 to 7 of a face set whose edges are in the table.
+bool outlineFaces(std::vector<KtPoint3>& points, std::vector<int>& indices, const PolygonSet& set,
                   bool closedSurface, std::size_t threads, OutlineScratch& scratch) {
-  const std::vector<int>& polygons =
-      expandedPolygons(indices, points.size(), SegmentRuns::kExactlyTwo, scratch.runs);
-  scratch.table.Build(polygons, points.size(), threads);
-  const PolygonSet set{points, polygons, scratch.table.PolygonStarts(), reverseOrientation};
   findFacings(set, threads, scratch.facings);
   const auto isDrawn = [&](const Edge& edge, std::span<const std::uint64_t> faces) {
     // An edge with three or more incident faces is never drawn.
@@ -129,7 +144,30 @@ bool outlineFaces(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
             isSilhouette(set, scratch.facings, edge, tagOf(faces[0]), tagOf(faces[1])));
   };
   scratch.table.ChooseEdges(threads, isDrawn, scratch.edges);
+  scratch.FreeAfterClassification();
   return finishOutline(points, indices, scratch);
+}
+
+// Stages 2 to 7 of a face set whose points are welded.
+bool outlinePolygons(std::vector<KtPoint3>& points, std::vector<int>& indices,
+                     bool reverseOrientation, bool closedSurface, std::size_t threads,
+                     OutlineScratch& scratch) {
+  const std::vector<int>& polygons =
+      expandedPolygons(indices, points.size(), SegmentRuns::kExactlyTwo, scratch.runs);
+  scratch.table.Build(polygons, points.size(), threads);
+  return outlineFaces(points, indices,
+                      {points, polygons, scratch.table.PolygonStarts(), reverseOrientation},
+                      closedSurface, threads, scratch);
+}
+
+// The same for triangles, whose welded corners are in the scratch: there is nothing to expand.
+bool outlineTriangles(std::vector<KtPoint3>& points, std::vector<int>& outline,
+                      bool reverseOrientation, bool closedSurface, std::size_t threads,
+                      OutlineScratch& scratch) {
+  scratch.runs.edges.clear();
+  scratch.table.BuildTriangles(scratch.corners, points.size(), threads);
+  return outlineFaces(points, outline, {points, scratch.corners, {}, reverseOrientation},
+                      closedSurface, threads, scratch);
 }
 
 // The same for a line set.
@@ -141,6 +179,7 @@ bool outlineLines(std::vector<KtPoint3>& points, std::vector<int>& indices, std:
     return faces.size() == 1;
   };
   scratch.table.ChooseEdges(threads, isDrawn, scratch.edges);
+  scratch.FreeAfterClassification();
   return finishOutline(points, indices, scratch);
 }
 
@@ -152,7 +191,7 @@ bool BuildOutline(std::vector<KtPoint3>& points, std::vector<int>& indices, bool
                   bool closedSurface) {
   const ScratchLoan loan;
   weldPoints(points, indices, (*loan).weld);
-  return outlineFaces(points, indices, reverseOrientation, closedSurface, 1, *loan);
+  return outlinePolygons(points, indices, reverseOrientation, closedSurface, 1, *loan);
 }
 
 bool BuildOutline(const PlacedCoords& placed, const std::vector<int>& indices,
@@ -160,8 +199,16 @@ bool BuildOutline(const PlacedCoords& placed, const std::vector<int>& indices,
                   bool closedSurface, const Threading& threading) {
   const ScratchLoan loan;
   const std::size_t threads = threading.For(indices.size());
-  weldCoords(placed.coords, placed.transform, indices, threads, points, outline, (*loan).weld);
-  return outlineFaces(points, outline, reverseOrientation, closedSurface, threads, *loan);
+  const TriangleRuns triangles = triangleRunsOf(indices, threads);
+  if (triangles == TriangleRuns::kOther) {
+    weldCoords(placed.coords, placed.transform, indices, threads, points, outline, (*loan).weld);
+    (*loan).FreeAfterWeld();
+    return outlinePolygons(points, outline, reverseOrientation, closedSurface, threads, *loan);
+  }
+  weldTriangles(placed.coords, placed.transform, indices, triangles, threads, points,
+                (*loan).corners, (*loan).weld);
+  (*loan).FreeAfterWeld();
+  return outlineTriangles(points, outline, reverseOrientation, closedSurface, threads, *loan);
 }
 
 bool BuildLineOutline(std::vector<KtPoint3>& points, std::vector<int>& indices) {
@@ -176,6 +223,7 @@ bool BuildLineOutline(const PlacedCoords& placed, const std::vector<int>& indice
   const ScratchLoan loan;
   const std::size_t threads = threading.For(indices.size());
   weldCoords(placed.coords, placed.transform, indices, threads, points, outline, (*loan).weld);
+  (*loan).FreeAfterWeld();
   return outlineLines(points, outline, threads, *loan);
 }
 

@@ -30,6 +30,28 @@ class PointIndex {
 
   void Prefetch(std::uint64_t hash) const { __builtin_prefetch(&slots_[hash & mask_], 1); }
 
+  // Makes room for twice as many points as there are, 0 to count - 1; hashOf(number) is the hash
+  // that each was stored under.
+  template <class HashOf>
+  void Grow(std::uint32_t count, HashOf hashOf) {
+    Reset(2 * std::size_t{count});
+    for (std::uint32_t number = 0; number < count; ++number) {
+      FindOrInsert(hashOf(number), number, [](std::uint32_t) { return false; });
+    }
+  }
+  // Whether `count` points are so many that looking them up begins to take long.
+  bool IsCrowdedBy(std::size_t count) const { return count > slots_.size() / 2; }
+
+  // Returns the number stored under `hash` for which isSame(number) holds, kNone if there is none.
+  template <class IsSame>
+  std::uint32_t Find(std::uint64_t hash, IsSame isSame) const {
+    for (std::size_t slot = hash & mask_;; slot = (slot + 1) & mask_) {
+      if (slots_[slot] == kNone || isSame(slots_[slot])) {
+        return slots_[slot];
+      }
+    }
+  }
+
   // Returns the number stored under `hash` for which isSame(number) holds; if there is none, stores
   // `number` and returns it. The table must have been reset, and must not be full.
   template <class IsSame>
@@ -73,8 +95,5 @@ class PointIndex {
   std::vector<std::uint32_t, LargeAllocator<std::uint32_t>> slots_;
   std::size_t mask_ = 0;
 };
-
-// For each point of a list, the number of the kept point that equals it, or PointIndex::kNone.
-using PointNumbers = std::vector<std::uint32_t, LargeAllocator<std::uint32_t>>;
 
 }  // namespace dxf2d

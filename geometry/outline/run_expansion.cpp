@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 
 #include "geometry/outline/runs.h"
 #include "ktscene/kt_run_code.h"
 #include "platform/large_memory.h"
+#include "platform/parallel.h"
 
 namespace dxf2d {
 
@@ -93,6 +95,30 @@ class RunExpander {
   ExpandedRuns& runs_;
 };
 
+// What the list of triangles looks like in a block of them.
+TriangleRuns triangleRunsIn(const int* indices, Block triangles) {
+  // So many at a time: a list of something else mostly begins with it.
+  constexpr std::size_t kBatch = 1024;
+  std::uint32_t shared = 0;
+  for (std::size_t begin = triangles.begin; begin < triangles.end; begin += kBatch) {
+    std::uint32_t other = 0;
+    const std::size_t end = std::min(begin + kBatch, triangles.end);
+    for (std::size_t i = begin; i < end; ++i) {
+      const int* const run = indices + kTriangleRun * i;
+      for (std::uint32_t corner = 0; corner < 3; ++corner) {
+        const auto point = static_cast<std::uint32_t>(run[corner]);
+        other |= point >> 31U;
+        shared |= point ^ (3 * static_cast<std::uint32_t>(i) + corner);
+      }
+      other |= static_cast<std::uint32_t>(run[3] ^ KtRunCode::kPolygon);
+    }
+    if (other != 0) {
+      return TriangleRuns::kOther;
+    }
+  }
+  return shared == 0 ? TriangleRuns::kSeparate : TriangleRuns::kAny;
+}
+
 // Deliberately two: every run is taken to have two entries at least, so the two after a code are
 // never taken for codes. Only the list's first run may be shorter.
 constexpr RunScan kTwoEntriesAtLeast{.skippedInFirst = 0, .skippedInLater = 2};
@@ -110,6 +136,18 @@ void expandRuns(const std::vector<int>& indices, std::size_t pointCount, Segment
     expander.Expand(begin, end, segmentRuns);
     return true;
   });
+}
+
+TriangleRuns triangleRunsOf(const std::vector<int>& indices, std::size_t threads) {
+  if (indices.empty() || indices.size() % kTriangleRun != 0) {
+    return TriangleRuns::kOther;
+  }
+  const Blocks blocks(indices.size() / kTriangleRun, threads);
+  std::vector<TriangleRuns> runs(blocks.Count());
+  blocks.Run([&](std::size_t number, Block block) {
+    runs[number] = triangleRunsIn(indices.data(), block);
+  });
+  return *std::min_element(runs.begin(), runs.end());
 }
 
 bool isPolygonList(const std::vector<int>& indices) {

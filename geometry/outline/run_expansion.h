@@ -29,6 +29,18 @@ enum class SegmentRuns { kExactlyTwo, kStrips };
 void expandRuns(const std::vector<int>& indices, std::size_t pointCount, SegmentRuns segmentRuns,
                 ExpandedRuns& runs);
 
+// What a list of triangles looks like, each with three point numbers and KtRunCode::kPolygon.
+enum class TriangleRuns {
+  // A list of something else.
+  kOther,
+  kAny,
+  // Triangle i has the points 3 i, 3 i + 1 and 3 i + 2.
+  kSeparate,
+};
+inline constexpr std::size_t kTriangleRun = 4;
+
+TriangleRuns triangleRunsOf(const std::vector<int>& indices, std::size_t threads);
+
 // Returns whether the list consists of polygons of at least three entries, up to its end, so that
 // expanding it would only copy it.
 bool isPolygonList(const std::vector<int>& indices);

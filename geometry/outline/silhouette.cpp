@@ -35,21 +35,20 @@ Vector3 difference(const KtPoint3& a, const KtPoint3& b) {
 // The normal of a counter-clockwise polygon before it is divided by its length, with exactly the
 // bits that KtG::ComputeNormal computes; the zero vector when an entry names no point.
 Vector3 areaOf(const PolygonSet& set, std::uint32_t polygon) {
-  assert(polygon < set.starts.size());
-  const int* entry = set.polygons.data() + set.starts[polygon];
+  const std::span<const int> corners = set.CornersOf(polygon);
   const auto namesNone = [&](int index) { return !namesPoint(index, set.points.size()); };
   const auto pointAt = [&](int index) { return set.points[static_cast<std::size_t>(index)]; };
-  if (namesNone(entry[0]) || namesNone(entry[1])) {
+  if (namesNone(corners[0]) || namesNone(corners[1])) {
     return {};
   }
-  const KtPoint3 origin = pointAt(entry[0]);
-  Vector3 before = difference(pointAt(entry[1]), origin);
+  const KtPoint3 origin = pointAt(corners[0]);
+  Vector3 before = difference(pointAt(corners[1]), origin);
   Vector3 sum = {0.0, 0.0, 0.0};
-  for (entry += 2; *entry != KtRunCode::kPolygon; ++entry) {
-    if (namesNone(*entry)) {
+  for (const int corner : corners.subspan(2)) {
+    if (namesNone(corner)) {
       return {};
     }
-    const Vector3 after = difference(pointAt(*entry), origin);
+    const Vector3 after = difference(pointAt(corner), origin);
     const Vector3 part = cross(before, after);
     for (std::size_t i = 0; i < 3; ++i) {
       sum[i] += part[i];
@@ -73,8 +72,9 @@ Facing facingOf(const Vector3& area) {
 
 // A polygon without a normal gets the zero vector and so counts as edge-on.
 KtPoint3 normalOf(const PolygonSet& set, std::uint32_t polygon) {
+  const std::span<const int> corners = set.CornersOf(polygon);
   KtPoint3 normal;
-  KtG::ComputeNormal(set.points, set.polygons, set.starts[polygon], !set.reverseOrientation,
+  KtG::ComputeNormal(set.points, {corners.begin(), corners.end()}, 0, !set.reverseOrientation,
                      normal);
   return normal;
 }
@@ -112,8 +112,21 @@ bool isPointInPlan(const std::vector<KtPoint3>& points, const Edge& edge) {
 
 }  // namespace
 
+std::span<const int> PolygonSet::CornersOf(std::uint32_t polygon) const {
+  assert(polygon < Count());
+  if (starts.empty()) {
+    return polygons.subspan(std::size_t{3} * polygon, 3);
+  }
+  const std::span<const int> rest = polygons.subspan(starts[polygon]);
+  std::size_t size = 2;
+  while (rest[size] != KtRunCode::kPolygon) {
+    ++size;
+  }
+  return rest.first(size);
+}
+
 void findFacings(const PolygonSet& set, std::size_t threads, std::vector<Facing>& facings) {
-  facings.resize(set.starts.size());
+  facings.resize(set.Count());
   Blocks(facings.size(), threads).Run([&](std::size_t, Block block) {
     for (std::size_t f = block.begin; f < block.end; ++f) {
       facings[f] = facingOf(areaOf(set, static_cast<std::uint32_t>(f)));

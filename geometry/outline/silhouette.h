@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "geometry/outline/edge.h"
@@ -23,13 +24,17 @@ enum class Facing : std::uint8_t {
 };
 
 // The polygons of a set: flat, each ended by KtRunCode::kPolygon, polygon f at position starts[f].
-// Every polygon has at least two entries before its code.
+// Every polygon has at least two entries before its code. Without `starts`, triangles: three
+// entries each, and no codes.
 struct PolygonSet {
   const std::vector<KtPoint3>& points;
-  const std::vector<int>& polygons;
-  const std::vector<std::uint32_t>& starts;
+  std::span<const int> polygons;
+  std::span<const std::uint32_t> starts;
   // The front is the side from which polygons are clockwise; false: counter-clockwise.
   bool reverseOrientation;
+
+  std::size_t Count() const { return starts.empty() ? polygons.size() / 3 : starts.size(); }
+  std::span<const int> CornersOf(std::uint32_t polygon) const;
 };
 
 // Replaces `facings` by those of the set's polygons, in their order.

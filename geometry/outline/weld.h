@@ -2,26 +2,21 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 #include <vector>
 
-#include "geometry/outline/point_index.h"
+#include "geometry/outline/numbered_points.h"
+#include "geometry/outline/run_expansion.h"
 #include "ktscene/kt_matrix.h"
 #include "ktscene/kt_point3.h"
 
 namespace dxf2d {
 
 struct WeldScratch {
-  PointIndex table;
-  PointNumbers newIndex;
+  PointNumbers numbers;
+  std::vector<BlockPoints> blocks = std::vector<BlockPoints>(1);
 
-  std::size_t CapacityBytes() const {
-    return table.CapacityBytes() + newIndex.capacity() * sizeof(std::uint32_t);
-  }
+  std::size_t CapacityBytes() const;
 };
-
-// An index entry that names no point after the weld. It is not negative, so it ends no run.
-inline constexpr int kNoPoint = 0x7fffffff;
 
 // Keeps the first of equal points (exactly equal; -0 equals 0), in the given order, and renumbers
 // `indices` accordingly. Points that are not finite are dropped; entries that name them, or no
@@ -35,5 +30,11 @@ void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldSc
 void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
                 const std::vector<int>& indices, std::size_t threads, std::vector<KtPoint3>& points,
                 std::vector<int>& welded, WeldScratch& scratch);
+
+// The same for triangles, `runs` being triangleRunsOf(indices): their corners, three each without
+// the code, replace `corners`.
+void weldTriangles(const std::vector<double>& coords, const KtMatrix& transform,
+                   const std::vector<int>& indices, TriangleRuns runs, std::size_t threads,
+                   std::vector<KtPoint3>& points, PointNumbers& corners, WeldScratch& scratch);
 
 }  // namespace dxf2d

@@ -57,6 +57,19 @@ TEST(EdgeTable, PolygonThatRunsAlongAnEdgeTwiceUsesItOnce) {
             (EdgeUsers{{{0, 1}, {0, 1}}, {{0, 2}, {0}}, {{0, 3}, {1}}, {{1, 3}, {1}}}));
 }
 
+TEST(EdgeTable, TrianglesHaveTheEdgesOfPolygons) {
+  const std::vector<int> corners = {2, 1, 0, 1, 2, 3, 0, 0, 1, 0, 3, 4, 2, 3, 0x7fffffff};
+  std::vector<int> polygons;
+  for (std::size_t i = 0; i < corners.size(); i += 3) {
+    polygons.insert(polygons.end(), {corners[i], corners[i + 1], corners[i + 2], -7});
+  }
+  for (const std::size_t threads : {1U, 2U, 8U}) {
+    EdgeTable table;
+    table.BuildTriangles(corners, 4, threads);
+    EXPECT_EQ(visited(table), edgesOf(polygons, 4));
+  }
+}
+
 TEST(EdgeTable, EdgesFromAPointToItselfAreLeftOut) {
   EXPECT_EQ(edgesOf({0, 0, 1, -7, 2, -7}, 3), (EdgeUsers{{{0, 1}, {0}}}));
 }

@@ -76,6 +76,13 @@ testing::AssertionResult agree(const IndexedSet& set, int& drawn) {
       return testing::AssertionFailure() << "kind " << static_cast<int>(kind) << "\n got " << fast
                                          << "\nwant " << expected << "\n  of " << set;
     }
+    // Where -0 comes first, 0 is kept.
+    IndexedSet placed = set;
+    if (outlineWithThreads(placed, kind, 1) != isDrawn ||
+        (isDrawn && (placed.points != expected.points || placed.indices != expected.indices))) {
+      return testing::AssertionFailure() << "kind " << static_cast<int>(kind) << "\n got " << placed
+                                         << "\nwant " << expected << "\n  of " << set;
+    }
     drawn += isDrawn ? 1 : 0;
   }
   return testing::AssertionSuccess();

@@ -49,6 +49,33 @@ TEST(PointIndex, ResetForgetsEveryPoint) {
   EXPECT_EQ(table.FindOrInsert(7, 1, isSame), 1U);
 }
 
+TEST(PointIndex, FindsWithoutInserting) {
+  PointIndex table;
+  table.Reset(2);
+  const auto isSame = [](std::uint32_t) { return true; };
+  EXPECT_EQ(table.Find(7, isSame), PointIndex::kNone);
+  table.FindOrInsert(7, 1, isSame);
+  EXPECT_EQ(table.Find(7, isSame), 1U);
+  EXPECT_EQ(table.Find(7, [](std::uint32_t) { return false; }), PointIndex::kNone);
+}
+
+TEST(PointIndex, GrowingKeepsWhatIsThere) {
+  PointIndex table;
+  table.Reset(0);
+  const auto hashOf = [](std::uint32_t number) { return std::uint64_t{number} * 0x10001; };
+  for (std::uint32_t number = 0; number < 1000; ++number) {
+    if (table.IsCrowdedBy(number + 1)) {
+      table.Grow(number, hashOf);
+    }
+    table.FindOrInsert(hashOf(number), number, [](std::uint32_t) { return false; });
+    EXPECT_FALSE(table.IsCrowdedBy(number));
+  }
+  for (std::uint32_t number = 0; number < 1000; ++number) {
+    EXPECT_EQ(table.Find(hashOf(number), [&](std::uint32_t other) { return other == number; }),
+              number);
+  }
+}
+
 #ifndef NDEBUG
 TEST(PointIndexDeathTest, AssertsThatNumbersFitTheTable) {
   PointIndex table;

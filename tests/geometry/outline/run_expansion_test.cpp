@@ -167,4 +167,34 @@ TEST(IsPolygonList, ExpandingAPolygonListCopiesIt) {
   EXPECT_GT(lists, 1000);
 }
 
+TEST(TriangleRunsOf, TellsSeparateTrianglesFromOthers) {
+  for (const std::size_t threads : {1U, 3U}) {
+    EXPECT_EQ(triangleRunsOf({0, 1, 2, -7, 3, 4, 5, -7}, threads), TriangleRuns::kSeparate);
+    EXPECT_EQ(triangleRunsOf({0, 1, 2, -7, 3, 5, 4, -7}, threads), TriangleRuns::kAny);
+    EXPECT_EQ(triangleRunsOf({3, 4, 5, -7, 0, 1, 2, -7}, threads), TriangleRuns::kAny);
+    EXPECT_EQ(triangleRunsOf({0, 1, 2, -7, 3, 4, 5, -6}, threads), TriangleRuns::kOther);
+    EXPECT_EQ(triangleRunsOf({0, 1, 2, -7, 3, 4, -7, 5}, threads), TriangleRuns::kOther);
+    EXPECT_EQ(triangleRunsOf({0, 1, 2, -7, 3, -4, 5, -7}, threads), TriangleRuns::kOther);
+    EXPECT_EQ(triangleRunsOf({0, 1, 2, -7, 3, 4, 5, 6, -7}, threads), TriangleRuns::kOther);
+    EXPECT_EQ(triangleRunsOf({}, threads), TriangleRuns::kOther);
+  }
+}
+
+TEST(TriangleRunsOf, FindsTheOneThatDiffersInALongList) {
+  Indices indices;
+  for (int i = 0; i < 3000; ++i) {
+    indices.insert(indices.end(), {3 * i, 3 * i + 1, 3 * i + 2, -7});
+  }
+  for (const std::size_t place : {0U, 4U * 1023, 4U * 1024, 4U * 2999}) {
+    for (const std::size_t threads : {1U, 2U, 17U}) {
+      Indices changed = indices;
+      EXPECT_EQ(triangleRunsOf(changed, threads), TriangleRuns::kSeparate);
+      changed[place + 1] = 0;
+      EXPECT_EQ(triangleRunsOf(changed, threads), TriangleRuns::kAny);
+      changed[place + 3] = -1;
+      EXPECT_EQ(triangleRunsOf(changed, threads), TriangleRuns::kOther);
+    }
+  }
+}
+
 }  // namespace dxf2d

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <vector>
 
@@ -164,6 +165,50 @@ TEST(WeldCoords, RemainderOfCoordinatesIsIgnored) {
   weldCoords({1, 2, 3, 4, 5, 6, 7}, KtMatrix(), {0, 1, 2, -6}, 1, points, welded, scratch);
   EXPECT_EQ(points, (std::vector<KtPoint3>{{1, 2, 3}, {4, 5, 6}}));
   EXPECT_EQ(welded, (std::vector<int>{0, 1, kNoPoint, -6}));
+}
+
+namespace {
+
+// The corners that weldCoords gives the triangles, without their codes.
+PointNumbers cornersByCoords(const std::vector<double>& coords, const std::vector<int>& indices) {
+  WeldScratch scratch;
+  std::vector<KtPoint3> points;
+  std::vector<int> welded;
+  weldCoords(coords, KtMatrix(), indices, 1, points, welded, scratch);
+  PointNumbers corners;
+  std::copy_if(welded.begin(), welded.end(), std::back_inserter(corners),
+               [](int index) { return index >= 0; });
+  return corners;
+}
+
+}  // namespace
+
+TEST(WeldTriangles, GivesTheirCornersTheNumbersOfWeldCoords) {
+  Random random(2);
+  for (const std::size_t points : {0U, 1U, 30U, 3000U, 3001U}) {
+    const std::vector<double> coords = gridCoords(random, 9, points);
+    // More triangles than there are points for, too.
+    for (const int triangles : {1, 10, 1000, 1001}) {
+      for (const bool areSeparate : {false, true}) {
+        std::vector<int> indices;
+        for (int i = 0; i < 3 * triangles; ++i) {
+          indices.push_back(areSeparate ? i : static_cast<int>(below(random, 3100)));
+          if (i % 3 == 2) {
+            indices.push_back(-7);
+          }
+        }
+        const PointNumbers expected = cornersByCoords(coords, indices);
+        for (const std::size_t threads : {1U, 2U, 17U}) {
+          WeldScratch scratch;
+          std::vector<KtPoint3> kept;
+          PointNumbers corners = {1};
+          weldTriangles(coords, KtMatrix(), indices, triangleRunsOf(indices, threads), threads,
+                        kept, corners, scratch);
+          EXPECT_EQ(corners, expected) << points << " points, " << triangles << " triangles";
+        }
+      }
+    }
+  }
 }
 
 TEST(WeldCoords, SignsOfZerosAreThoseOfTheProduct) {
