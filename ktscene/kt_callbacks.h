@@ -8,7 +8,7 @@
 
 class KtGeometry;
 class KtGraphicNode;
-// A host structure that plug-ins pass on at most and never look into.
+// An opaque host structure, which plug-ins at most pass on.
 struct Texture;
 
 // The 20 callback slots, in the order in which KtTraverser::Init takes them.
@@ -20,11 +20,11 @@ struct Texture;
 // Lifetime: pointers and references are valid until the callback returns. A plug-in copies what it
 // wants to keep, and must not change what it is shown.
 //
-// Thread: all callbacks of an export run on one thread, the caller's of KtTraverser::Walk, one at a
-// time. They carry no context, so a plug-in keeps its session in module-wide state: one walk at a
-// time for each loaded module (see KtLoadOptions::isPrivate).
+// Thread: all callbacks of an export run on one thread, that of the call to KtTraverser::Walk, one
+// at a time. They carry no context, so a plug-in keeps its session in module-wide state: one walk
+// at a time for each loaded module (see KtLoadOptions::isPrivate).
 //
-// Errors: what a callback throws leaves KtTraverser::Walk unchanged, and no further callback is
+// Errors: an exception from a callback passes through KtTraverser::Walk, and no further callback is
 // made. The plug-in of this SDK throws CFileException (a std::exception) from slots that write when
 // the file cannot be written, and std::bad_alloc.
 //
@@ -39,7 +39,7 @@ struct KtCallbacks {
   using OpenNode = void (*)(KtGraphicAttribute*);
   OpenNode openNode = nullptr;
 
-  // Slot 2: the node that was opened last closes. Called exactly once for each slot 1, and once for
+  // Slot 2: the node opened last closes. Called exactly once for each slot 1, and once for
   // each slot 3 that returned true.
   using CloseNode = void (*)();
   CloseNode closeNode = nullptr;
@@ -57,7 +57,7 @@ struct KtCallbacks {
   using OpenLod = void (*)(const std::vector<double>& ranges, double distance);
   OpenLod openLod = nullptr;
 
-  // Slot 5: the level-of-detail group that was opened last closes. Once for each slot 4.
+  // Slot 5: the level-of-detail group opened last closes. Called once for each slot 4.
   using CloseLod = void (*)();
   CloseLod closeLod = nullptr;
 
@@ -70,9 +70,9 @@ struct KtCallbacks {
   // Slot 7: the open node has a color or a material of its own. Called after slot 6 and before the
   // geometry and the children, which inherit it.
   // The first four: red, green, blue, 3 doubles each from 0 to 1. The last two: 1 double each, from
-  // 0 (dull, opaque) to 1 (shiny, transparent). A mere color comes as `diffuse`, and the five
-  // others are null. Where a node has both, its color stands in for the material's diffuse one. A
-  // plug-in ignores what is null.
+  // 0 (dull, opaque) to 1 (shiny, transparent). A plain color comes as `diffuse`, and the other
+  // five are null. If a node has both, its color replaces the material's diffuse color. A plug-in
+  // ignores null pointers.
   using Material = void (*)(const double* ambient, const double* diffuse, const double* specular,
                             const double* emission, const double* shininess,
                             const double* transparency);
@@ -157,7 +157,7 @@ struct KtCallbacks {
   Event endFile = nullptr;
 
   // Slot 19: an export begins. Called first, once for each walk.
-  // `path`: where the plug-in shall write, as KtTraverser::Walk got it.
+  // `path`: where the plug-in is to write, as passed to KtTraverser::Walk.
   // True: the file is open and the walk begins. False: it could not be created and an error box
   // (ZuErrorBox) has said why; there is no walk and no slot 20.
   using OpenFile = bool (*)(const std::u16string& path);
@@ -166,8 +166,8 @@ struct KtCallbacks {
   // Slot 20: the export ends. Called last, once for each walk that slot 19 let begin. After a walk
   // that an exception ended, the host calls it itself: whether it returns or throws, the session is
   // over and the file closed.
-  // True: the export was open and has ended. False: no export was open. Throws when what is left
-  // cannot be written.
+  // True: the export was open and has ended. False: no export was open. Throws when the remaining
+  // bytes cannot be written.
   using CloseFile = bool (*)();
   CloseFile closeFile = nullptr;
 };

@@ -6,7 +6,7 @@
 #include "ktscene/export.h"
 #include "ktscene/kt_scene.h"
 
-// How hosts that build drawables on demand shall build one.
+// How hosts that build drawables on demand are to build one.
 enum KTV_GRAPHIC_CREATE_TYPE { KTV_GRAPHIC_CREATE_DEFAULT = 0 };
 
 // A view of one scene node. The walk owns it and lends it for one call; the node must outlive it.
@@ -29,7 +29,7 @@ class KT_SCENE_API KtGraphicAttribute {
 
   // Returns the node's drawable, null when it has none. It belongs to the scene.
   // The arguments select among drawables in hosts that build them on demand; here a node has at
-  // most one and they are ignored (`matrix` may be null). A plug-in takes its address for an
+  // most one and they are ignored (`matrix` may be null). A plug-in uses its address as an
   // identity and does not change it.
   KtGraphicItem* GetGraphicItem(const double* matrix, bool create,
                                 KTV_GRAPHIC_CREATE_TYPE type) const;

@@ -1,12 +1,12 @@
-// What a host tells a plug-in, and what it does for it on request: the optional second argument of
+// What a host tells a plug-in and does for it on request: the optional second argument of
 // InitializeTraverser. Plain C.
 //
 // A host passes null or a KtHost that outlives the plug-in's last callback. A plug-in need not look
-// at it. One that does checks it for null, and reads of each structure below the members that lie
-// within its `size` bytes: later versions add members at the end, and none goes away.
+// at it. One that does checks it for null, and reads only those members of each structure below
+// that lie within its `size` bytes: later versions add members at the end, and remove none.
 //
-// All texts are UTF-8, end in a zero byte and are valid during the call. The functions may be
-// called in the entry and in callbacks, on their thread. They throw nothing.
+// All texts are null-terminated UTF-8 and valid during the call. The functions may be called from
+// the entry and from callbacks, on their thread. They throw nothing.
 //
 // Example, in a plug-in:
 //
@@ -35,10 +35,10 @@ typedef struct KtHost {
   int version;
   // The host's name and version, such as "viewer 3.1"; not null.
   const char* name;
-  // The host's own.
+  // For the host's own use.
   void* context;
-  // Returns the extension of that name, one of the structures below, or null where the host does
-  // not have it. Not null. The structure lives as long as the host.
+  // Not null. Returns the extension of that name, one of the structures below, or null if the host
+  // does not have it. The structure lives as long as the host.
   const void* (*get_extension)(const struct KtHost* host, const char* id);
 } KtHost;
 
@@ -51,7 +51,7 @@ typedef struct KtHost {
 typedef struct KtHostProgress {
   // sizeof(KtHostProgress)
   size_t size;
-  // Shows how far an export is: `fraction` from 0 to 1, below 0 when that is not known; `text` says
+  // Shows the progress of an export: `fraction` from 0 to 1, below 0 when unknown; `text` says
   // what is being done, or is null. Returns whether the user has canceled the export, as
   // is_canceled does.
   int (*report)(const KtHost* host, double fraction, const char* text);

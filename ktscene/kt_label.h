@@ -41,7 +41,7 @@ struct KtLabelContent {
 };
 
 // The text for KtLabel::text, with a tag. Quotes and backslashes in lines are escaped, control
-// characters become spaces, and numbers have points in every locale; ParseLabelString gives back
-// the same numbers exactly. Throws std::invalid_argument for a number that is not finite or beyond
-// 1e15 and for an alignment that is a space or a control character.
+// characters become spaces, and numbers have decimal points in every locale; ParseLabelString
+// returns exactly the same numbers. Throws std::invalid_argument for a number that is not finite or
+// beyond 1e15 and for an alignment that is a space or a control character.
 KT_SCENE_API std::u16string KtMakeLabel(const KtLabelContent& content);

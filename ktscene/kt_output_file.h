@@ -1,4 +1,4 @@
-// Output files that are complete under the user's name, or not there at all.
+// Output files that appear under the user's name either complete or not at all.
 #pragma once
 
 #include <memory>
@@ -7,12 +7,12 @@
 
 #include "ktscene/export.h"
 
-// An output under construction. The bytes go to a file beside the user's, and Commit puts it under
-// the user's name in one step, once they are on the disk; without Commit the destructor removes it,
-// and what stood under the name before is untouched. A symbolic link is followed, so that the file
-// to which it leads is made or replaced; a new file of the same name keeps the rights of the old.
-// What is neither a file nor a directory, such as a FIFO, a terminal or /dev/stdout, is written in
-// place, since it cannot be replaced. Used by one thread.
+// An output under construction. The bytes go to a file in the same directory, to which Commit gives
+// the user's name in one step once they are on disk; without Commit, the destructor removes it, and
+// an earlier file of that name is untouched. A symbolic link is followed, so its target is created
+// or replaced; a file that replaces another keeps the rights of the old one. Anything that is
+// neither a file nor a directory, such as a FIFO, a terminal or /dev/stdout, is written in place,
+// since it cannot be replaced. For use by one thread.
 //
 //   KtOutputFile output("house.dxf");
 //   if (traverser.Walk(scene, pathFromBytes(output.Path()))) {
@@ -27,7 +27,7 @@ class KT_SCENE_API KtOutputFile {
   KtOutputFile(const KtOutputFile&) = delete;
   KtOutputFile& operator=(const KtOutputFile&) = delete;
 
-  // Where the bytes go, for a writer of its own such as a plug-in, which has closed the file before
+  // Where the bytes go, for a separate writer such as a plug-in, which must close the file before
   // Commit.
   const std::string& Path() const;
   // Appends. Throws std::system_error.

@@ -1,4 +1,4 @@
-// The scene graph: plain data that a host builds, or reads from a scene file, and has walked.
+// The scene graph: plain data that a host builds, or reads from a scene file, to be walked.
 //
 // Example, a scene of one box that a drawing places:
 //
@@ -77,12 +77,12 @@ struct KtBorrowedLists {
   // A KtRunCode if `indices` are point numbers of a single run, such as KtRunCode::kTriangles; 0 if
   // the codes are in the list.
   int runCode = 0;
-  // What keeps the lists alive; null if the host sees to that while scenes are walked.
+  // What keeps the lists alive; null if the host does so while scenes are walked.
   std::shared_ptr<const void> owner{};
   KtReserved<4> reserved{};
 };
 
-// A KtFaceSet in lists that are borrowed.
+// A KtFaceSet in borrowed lists.
 struct KtBorrowedFaces {
   KtBorrowedLists lists{};          // the points and the runs
   bool reverseOrientation = false;  // false: counter-clockwise is the front
@@ -90,7 +90,7 @@ struct KtBorrowedFaces {
   KtReserved<4> reserved{};
 };
 
-// A KtLineSet in lists that are borrowed.
+// A KtLineSet in borrowed lists.
 struct KtBorrowedLines {
   KtBorrowedLists lists{};  // the points and the runs
   KtReserved<4> reserved{};
@@ -167,8 +167,8 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
   KtMatrix matrix;
   // The node's own color, red, green, blue from 0 to 1; children without one inherit it.
   std::optional<std::array<double, 3>> color;
-  // The node's own material, null for none; of a node with both, `color` takes the place of the
-  // material's diffuse color.
+  // The node's own material, null for none; if a node has both, `color` replaces the material's
+  // diffuse color.
   std::unique_ptr<KtMaterial> material;
   // In the order of the walk.
   std::vector<KtSceneGeometry> geometry;
@@ -185,15 +185,15 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
     std::vector<KtSceneNode> levels;
     KtReserved<2> reserved{};
   };
-  // Null for an ordinary node. The walk looks at nothing else of a node that has it.
+  // Null for an ordinary node. The walk ignores everything else in a node that has it.
   std::unique_ptr<Lod> lod;
 
-  // In the order of the walk, which comes to them after the node's own content.
+  // In the order of the walk, which reaches them after the node's own content.
   std::vector<KtSceneNode> children;
 
-  // The host's own, such as the viewer's node from which this one was made; kept as long as the
-  // node. Plug-ins of the same author find it by KtGraphicAttribute::GetUserData; a drawing does
-  // not depend on it.
+  // The host's own data, such as the viewer's node from which this one was made; kept as long as
+  // the node. Plug-ins of the same author get it by KtGraphicAttribute::GetUserData; it does not
+  // affect drawings.
   std::shared_ptr<void> userData;
 
   KtReserved<8> reserved{};
@@ -201,7 +201,7 @@ struct KT_SCENE_API KtSceneNode : KtGraphicItem {
 
 // What a plug-in draws. A scene without nodes gives a drawing without objects.
 struct KtScene {
-  // The nodes at the top, in the order of the walk.
+  // The top-level nodes, in the order of the walk.
   std::vector<KtSceneNode> nodes;
   KtReserved<4> reserved{};
 };

@@ -13,16 +13,16 @@
 #include "ktscene/kt_scene.h"
 #include "ktscene/kt_traverser_error.h"
 
-// What a plug-in says of itself. A struct of the caller's, of which the first `size` bytes are
-// read: later versions add members at the end. The texts are UTF-8 and never null.
+// What a plug-in says about itself. The caller's struct, of which only the first `size` bytes are
+// read, since later versions add members at the end. The texts are UTF-8 and never null.
 struct KtPluginDescription {
   // Leave it as it is.
   std::size_t size = sizeof(KtPluginDescription);
   // For messages; empty: the name of the plug-in's file.
   const char* name = "";
   const char* version = "";
-  // The end of the files that it writes: a point and 1 to 15 ASCII letters or digits. Empty: it
-  // writes none, since it counts or checks.
+  // The extension of the files that it writes: a period and 1 to 15 ASCII letters or digits. Empty:
+  // it writes none, since it only counts or checks.
   const char* extension = ".dxf";
   // What these files hold, such as "SVG 1.1".
   const char* format = "DXF";
@@ -31,18 +31,18 @@ struct KtPluginDescription {
 // How KtTraverser::Load loads.
 struct KtLoadOptions {
   // Load a copy of the module that no other traverser has, so that exports run in parallel, each
-  // with a traverser of its own on a thread of its own. The copy has the module's own state alone
-  // (its libraries are shared with the other copies) and goes when the last copy of the traverser
-  // does.
+  // with a traverser of its own on a thread of its own. Only the module itself has state of its own
+  // (its libraries are shared with the other copies). The copy is unloaded with the last copy of
+  // the traverser.
   bool isPrivate = false;
-  // What the plug-in gets as the second argument of its entry; may be null. Outlives the traverser.
+  // The second argument of the plug-in's entry; may be null. Must outlive the traverser.
   const KtHost* host = nullptr;
   KtReserved<4> reserved{};
 };
 
 // How KtTraverser::Walk walks.
 struct KtWalkOptions {
-  // Have numbers written with a point, by a KtNumericLocale. False: with the decimal separator of
+  // Write numbers with a point, using a KtNumericLocale. False: with the decimal separator of
   // the thread's locale, as when the host calls the slots itself; a drawing with commas is invalid.
   bool usesPoint = true;
   // Refuse a scene with a label whose text would fit the syntax with points for its decimal commas,
@@ -54,9 +54,9 @@ struct KtWalkOptions {
   KtReserved<8> reserved{};
 };
 
-// Holds the callbacks of one plug-in and walks scenes with them. Copies share what is loaded. Not
-// safe for use from several threads at a time, but for walks; since a plug-in has one session for
-// each loaded module, a walk with callbacks that another one is using is refused.
+// Holds the callbacks of one plug-in and walks scenes with them. Copies share the loaded module.
+// Not safe for use from several threads at a time, except for walks; since a plug-in has one
+// session per loaded module, a walk is refused while another uses the same callbacks.
 class KT_SCENE_API KtTraverser {
  public:
   // All slots null.
@@ -70,21 +70,21 @@ class KT_SCENE_API KtTraverser {
   // ---- For hosts
 
   // Loads the plug-in at `path` (the operating system's bytes) and lets it register its callbacks
-  // in place of those that are here. Unless the options say otherwise, the module is shared with
+  // in place of the present ones. Unless the options say otherwise, the module is shared with
   // others that load it, and stays loaded to the end of the process. Throws KtTraverserError, and
   // changes nothing, when the file is not a plug-in, when the plug-in refuses this program or when
   // it throws.
   void Load(const std::string& path, const KtLoadOptions& options = {});
 
-  // What the plug-in says of itself, or the default, which is that of a plug-in that says nothing.
+  // What the plug-in says about itself, or the default if it says nothing.
   // The texts are valid until the traverser changes.
   KtPluginDescription Description() const;
 
   // Walks `scene` into the file at `path` (UTF-16; see platform/path_text.h): slot 19, the nodes in
   // order, slot 20. Returns false when slot 19 does (there is then no walk and no slot 20), slot 20
-  // does, or options.progress does. What a callback throws comes out of here as it is, with no
-  // further callback made. Throws KtTraverserError, with no callback made, when another walk with
-  // these callbacks is running, on whatever thread, and for labels with decimal commas.
+  // does, or options.progress does. Exceptions from callbacks pass through unchanged, and no
+  // further callback is made. Throws KtTraverserError, with no callback made, when another walk
+  // with these callbacks is running, on whatever thread, and for labels with decimal commas.
   bool Walk(const KtScene& scene, const std::u16string& path) const;
   bool Walk(const KtScene& scene, const std::u16string& path, const KtWalkOptions& options) const;
 
@@ -120,9 +120,9 @@ class KT_SCENE_API KtTraverser {
             KtCallbacks::Label label, KtCallbacks::Name beginFile, KtCallbacks::Event endFile,
             KtCallbacks::OpenFile openFile, KtCallbacks::CloseFile closeFile);
 
-  // Describes the plug-in, after Init; the texts are copied. A plug-in need not: a host then takes
-  // it for one that writes DXF. Returns false, and changes nothing, for a null text and for an
-  // extension that is none.
+  // Describes the plug-in, after Init; the texts are copied. Optional: without it, hosts assume
+  // that the plug-in writes DXF. Returns false, and changes nothing, for a null text or an invalid
+  // extension.
   bool Describe(const KtPluginDescription& description);
 
  private:

@@ -1,4 +1,4 @@
-// Messages of the maker's libraries: translations and the error box.
+// Messages for the user: translations and the error box.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// What a program has in common with the libraries that it links, checked where it is compiled:
+// What a program must have in common with the libraries that it links, checked at compile time:
 // strings and vectors cross the boundary, so both sides must lay them out alike.
 #pragma once
 

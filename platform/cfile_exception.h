@@ -10,9 +10,9 @@
 inline namespace kt_platform {
 
 // The file exception: thrown by CFile's operations, filled by CFile::Open. It crosses library
-// boundaries: a host that does not include this header, perhaps since it has a CFileException of
-// its own, catches it as std::exception, whose what() is the whole sentence. One that does include
-// it beside its own writes kt_platform::CFileException.
+// boundaries: a host that does not include this header, perhaps because it has a CFileException of
+// its own, catches it as std::exception, whose what() is the whole sentence. A host that includes
+// it in addition to its own class writes kt_platform::CFileException.
 class KT_PLATFORM_API CFileException : public std::exception {
  public:
   // What went wrong, by the framework's names.

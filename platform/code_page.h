@@ -11,8 +11,8 @@ inline constexpr unsigned CP_THREAD_ACP = 3;
 #endif
 
 // The ANSI code page of the calling thread: 1250 to 1258, 874, 932, 936, 949, 950 or 65001 (UTF-8);
-// until it is set 1252, on Windows that of the thread's locale. SetThreadCodePage returns false,
-// and changes nothing, for any other page.
+// until it is set, 1252 or, on Windows, that of the thread's locale. SetThreadCodePage returns
+// false, and changes nothing, for any other page.
 KT_PLATFORM_API bool SetThreadCodePage(unsigned codePage);
 KT_PLATFORM_API unsigned GetThreadCodePage();
 

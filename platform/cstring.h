@@ -29,7 +29,7 @@ class CString {
 
   // Makes this the empty text.
   void Empty() { text_.clear(); }
-  // Replaces the text by `format` with its conversions filled in, as printf does it:
+  // Replaces the text with `format`, its conversions filled in as by printf:
   // %d %i %u %x %X %c %f %F %e %E %g %G with flags, width, precision and the sizes l and ll, %s (a
   // null-terminated UTF-16 text) and %%. Reals take the decimal separator of the process's
   // LC_NUMERIC locale. A conversion outside this list is copied unchanged; a width or precision
