@@ -23,10 +23,10 @@ constexpr const char* kSummary = "Writes the drawings of models or scenes.";
 
 constexpr const char* kHelp =
     "Drawings are see-through unless --hidden says otherwise. MODEL is a scene file (.json) or a "
-    "model in any format that assimp reads (IFC, glTF, OBJ, STL, Collada, FBX, 3DS and others). A "
-    "scene file is drawn exactly as it is; options that change how a model is drawn do not apply "
-    "to it. Defaults of most options for models may stand in a configuration file, in TOML: lines "
-    "such as hidden = \"remove\" or explode = true below [export].";
+    "model in any format that dxf2d formats lists (IFC, STEP, glTF, OBJ, STL, Collada, FBX, 3DS "
+    "and others). A scene file is drawn exactly as it is; options that change how a model is drawn "
+    "do not apply to it. Defaults of most options for models can be set in a configuration file, "
+    "in TOML: lines such as hidden = \"remove\" or explode = true below [export].";
 
 constexpr const char* kOutputHelp =
     "The drawing to write; - for standard output. With several models or a folder of them, or with "

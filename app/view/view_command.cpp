@@ -103,6 +103,12 @@ std::vector<Option> viewOptions(ExportOptions& options) {
       option.help = "Unit of drawings and models whose files state none";
     } else if (name == "--codepage") {
       option.help = "Code page of the texts of drawings and scene files";
+    } else if (name == "--layers") {
+      option.value = "none|object|group|material|kind [group]";
+    } else if (name == "--release") {
+      option.help =
+          "Release of the drawing: the plug-in's own (plain), 2000 or 2004 (default, for exact "
+          "colors)";
     }
     all.push_back(std::move(option));
   }
