@@ -3,7 +3,7 @@
 
 #include "platform/abi.h"
 
-// Before what the library exports; nothing to users.
+// Marks what the library exports; of no concern to users.
 #if defined(_WIN32)
 #if defined(KT_SCENE_BUILD)
 #define KT_SCENE_API __declspec(dllexport)

@@ -16,7 +16,7 @@ enum KTV_GRAPHIC_TYPE {
 // walk owns it and lends it for one call. Hosts with shapes of their own derive from it.
 class KT_SCENE_API KtGeometry {
  public:
-  // A shape of that type, for good.
+  // A shape of this type, which cannot change.
   explicit KtGeometry(KTV_GRAPHIC_TYPE type) : type_(type) {}
   virtual ~KtGeometry();
   KtGeometry(const KtGeometry&) = delete;

@@ -44,7 +44,7 @@ typedef struct KtHost {
 
 // ---- Progress and cancel: KtHostProgress
 
-// What get_extension takes for a KtHostProgress.
+// The name of KtHostProgress for get_extension.
 #define KT_HOST_PROGRESS "ktscene.progress/1"
 
 // Shows how far an export is, and whether the user still wants it.
@@ -62,7 +62,7 @@ typedef struct KtHostProgress {
 
 // ---- Log: KtHostLog
 
-// What get_extension takes for a KtHostLog.
+// The name of KtHostLog for get_extension.
 #define KT_HOST_LOG "ktscene.log/1"
 
 // How much a sentence in the log matters.
@@ -79,7 +79,7 @@ typedef struct KtHostLog {
 
 // ---- Names of files: KtHostFiles
 
-// What get_extension takes for a KtHostFiles.
+// The name of KtHostFiles for get_extension.
 #define KT_HOST_FILES "ktscene.files/1"
 
 // The names of the files that an export makes.

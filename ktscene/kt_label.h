@@ -21,16 +21,16 @@ struct KtLabelContent {
   double height = 1.0;
   double depth = 0.0;
 
-  // The point that `align` is about, in the node's coordinates.
+  // The point that `align` refers to, in the node's coordinates.
   double x = 0.0;
   double y = 0.0;
   double z = 0.0;
 
   double angle = 0.0;     // in degrees, counter-clockwise
   char16_t align = u'L';  // any unit but a space
-  bool frame = false;     // whether it wants a frame around it
+  bool frame = false;     // whether a frame is wanted around it
 
-  // The color, each from 0 to 1, unless KtLabel::colorIndex says another.
+  // The color, each from 0 to 1, unless KtLabel::colorIndex gives another.
   double red = 0.0;
   double green = 0.0;
   double blue = 0.0;

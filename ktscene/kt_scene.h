@@ -145,9 +145,9 @@ struct KtBounds {
 // One node. Owns its children; their order is that of the walk. Moving and destroying a node is
 // safe at any depth and takes no memory; it cannot be copied.
 struct KT_SCENE_API KtSceneNode : KtGraphicItem {
-  // A node without names, content and children, where its parent is.
+  // A node without names, content or children, in the place of its parent.
   KtSceneNode();
-  // The other node is fit for nothing but assignment and destruction then.
+  // Afterwards, the other node can only be assigned to or destroyed.
   KtSceneNode(KtSceneNode&&) noexcept;
   KtSceneNode& operator=(KtSceneNode&&) noexcept;
   KtSceneNode(const KtSceneNode&) = delete;

@@ -110,7 +110,7 @@ typedef struct KtCLabel {
   char align;
   double red, green, blue;  // from 0 to 1
 } KtCLabel;
-// Gives the node a label, in place of the one that it may have.
+// Gives the node a label, replacing any that it has.
 KT_SCENE_API int KtCSetLabel(KtCNode* node, const KtCLabel* label);
 
 // The lists of one mesh or of lines. Later versions add members at the end: set `size` to

@@ -54,7 +54,7 @@ class KT_PLATFORM_API CFileException : public std::exception {
   // The same sentence in UTF-8; empty for cause none.
   const char* what() const noexcept override;
 
-  Cause m_cause = none;   // what OsErrorToCause makes of the next
+  Cause m_cause = none;   // what OsErrorToCause gives for m_lOsError
   long m_lOsError = -1;   // the operating system's error number, -1 for none
   CString m_strFileName;  // the path as it was given
   // Replaces the part of the sentence after the file's name, such as " could not ... .", where the

@@ -36,7 +36,7 @@ class CString {
   // beyond 65535 counts as 65535.
   KT_PLATFORM_API void Format(const char16_t* format, ...);
 
-  // Texts are joined, and compared unit by unit.
+  // Joining texts, and comparing them unit by unit.
   CString& operator+=(const CString& other) {
     text_ += other.text_;
     return *this;
