@@ -23,7 +23,7 @@ bl_info = {
     "category": "Import-Export",
 }
 
-# What has a surface; for the others Blender makes no mesh.
+# Types that have a surface; Blender makes no meshes for others.
 TYPES = {"MESH", "CURVE", "SURFACE", "META", "FONT"}
 
 

@@ -4,15 +4,15 @@
 #include <ktscene/ktscene_c.h>
 #include <stdio.h>
 
-// A mesh of 1 by 1 by 1, as a viewer has them: floats, and the corners of six quadrilaterals.
+// A unit cube as a viewer has it: floats, and the corners of six quadrilaterals.
 static const float kPoints[] = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0,
                                 0, 0, 1, 1, 0, 1, 1, 1, 1, 0, 1, 1};
 static const int kCorners[] = {0, 3, 2, 1, 4, 5, 6, 7, 0, 1, 5, 4,
                                1, 2, 6, 5, 2, 3, 7, 6, 3, 0, 4, 7};
 static const int kCounts[] = {4, 4, 4, 4, 4, 4};
 
-// A scaled and shifted box. What a placement in a drawing does not carry, such as the scale, is the
-// matrix of a child without names, which holds the mesh.
+// A scaled and translated box. What a placement in a drawing does not carry, such as the scale,
+// goes into the matrix of a child without names, which holds the mesh.
 static int addBox(KtCScene* scene, const char* id, const char* look, const double* matrix) {
   double placement[16];
   double residual[16];

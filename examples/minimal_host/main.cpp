@@ -10,10 +10,10 @@
 
 namespace {
 
-// Both ids must be there: objectId has the crate placed in the drawing, realObjectId makes its own
-// frame the one that holds the lines. Crates share a graphic name, because they look the same: the
-// second is then drawn as an instance of the first. A turn about z would do as well as the shift;
-// a scale belongs in the sizes, because placements carry none.
+// Both ids are needed: objectId has the crate placed in the drawing, realObjectId makes its own
+// frame the one that holds the lines. Crates share a graphic name because they look the same: the
+// second is then drawn as an instance of the first. A placement may also rotate about z; a scale
+// belongs in the sizes, because placements carry none.
 KtSceneNode makeCrate(const char16_t* id, double x, double y) {
   KtSceneNode node;
   node.graphicName = u"crate";
@@ -37,7 +37,7 @@ int main(int argc, char** argv) {
     KtScene scene;
     scene.nodes.push_back(makeCrate(u"crate-1", 0.0, 0.0));
     scene.nodes.push_back(makeCrate(u"crate-2", 5.0, 3.0));
-    // Under its name once it is complete, so that a failure never leaves half of one.
+    // Gets its name once it is complete, so that a failure never leaves half a drawing.
     KtOutputFile drawing(argv[1]);
     // False: the file cannot be created. An error box, which is a line on standard error unless
     // ZuSetErrorBoxHandler says otherwise, has named the reason.

@@ -9,8 +9,8 @@
 
 namespace {
 
-// The callbacks carry no context, so a plug-in keeps what it knows for the whole module: one walk
-// at a time, on the host's thread.
+// The callbacks carry no context, so a plug-in keeps its state in the module: one walk at a time,
+// on the host's thread.
 struct Counts {
   int nodes = 0;
   int refusedInstances = 0;

@@ -1,6 +1,6 @@
 // A plug-in of OpenSceneGraph that writes scenes as plans in DXF: osgconv, osgviewer and every
 // program that calls osgDB::writeNodeFile write house.plan, which is then a drawing in DXF. (The
-// end .dxf is that of OpenSceneGraph's own plug-in, which writes the faces in space.)
+// extension .dxf belongs to OpenSceneGraph's own plug-in, which writes the faces in 3D.)
 //
 // The option "plugin=PATH" draws with another plug-in: osgconv -O plugin=PATH house.osgt a.plan.
 #include <ktscene/kt_decompose.h>

@@ -1,5 +1,5 @@
-// A plug-in that draws the plan as SVG: every face and line as it lies in the world, in the color
-// of its node, and the lines of labels. It describes itself, so that hosts name its files, and uses
+// A plug-in that draws the plan as SVG: every face and line in world coordinates, in the color of
+// its node, and the lines of labels. It describes itself, so that hosts name its files, and uses
 // what the host offers: its log, its cancel button, and the name under which the user gets the
 // file.
 #include <ktscene/kt_graphic_node.h>
@@ -36,8 +36,8 @@ struct Node {
   std::array<double, 3> color{};
 };
 
-// The callbacks carry no context, so the export that is open is the module's. A plug-in that is
-// loaded as a private copy has one for each copy.
+// The callbacks carry no context, so the open export is the module's state. A plug-in that is
+// loaded as private copies has one in each copy.
 struct Export {
   std::unique_ptr<std::FILE, CloseFile> file;
   std::vector<Node> nodes;

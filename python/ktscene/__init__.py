@@ -1,4 +1,4 @@
-"""Plan drawings in DXF from 3D scenes, by KtScene's C API.
+"""Plan drawings in DXF from 3D scenes, through KtScene's C API.
 
 Example, the plan of two crates::
 

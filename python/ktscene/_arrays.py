@@ -1,4 +1,4 @@
-"""Numbers of the caller's as addresses: without a copy where they are buffers of the right type."""
+"""The caller's numbers as addresses, without a copy if they are buffers of the right type."""
 from __future__ import annotations
 
 import array

@@ -1,4 +1,4 @@
-"""KtScene's library, its structures and functions as ctypes has them."""
+"""KtScene's library, its structures and functions, through ctypes."""
 from __future__ import annotations
 
 import ctypes
@@ -29,7 +29,7 @@ class Error(Exception):
 
 
 class Canceled(Error):
-    """A drawing that its progress function ended. No file was written."""
+    """A drawing that its progress function canceled. No file was written."""
 
 
 class Lists(ctypes.Structure):

@@ -50,12 +50,12 @@ class Finding(NamedTuple):
 
 
 def translation(x: float, y: float, z: float) -> List[float]:
-    """The matrix of a shift."""
+    """The matrix of a translation."""
     return [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, x, y, z, 1]
 
 
 def split_matrix(matrix: Matrix) -> Tuple[List[float], List[float]]:
-    """The placement (a turn about z and a shift) and the residual of any matrix.
+    """The placement (a rotation about z and a translation) and the residual of any matrix.
 
     ``matrix`` equals the residual first, then the placement.
     """
@@ -99,17 +99,17 @@ class Node:
     def set_names(self, object_id: str, graphic_name: Optional[str] = None) -> None:
         """Names the object that a drawing places here, and what it looks like.
 
-        Nodes that share a graphic name must look the same, but for turns about z and shifts; they
-        may be drawn as instances of one block.
+        Nodes that share a graphic name must look the same, except for their placement; they may be
+        drawn as instances of one block.
         """
         check(library.KtCSetNames(self._open, _text(object_id), _text(graphic_name)))
 
     def set_matrix(self, matrix: Matrix) -> None:
-        """From the node's coordinates to its parent's; see :func:`split_matrix`."""
+        """Sets the transform from the node's coordinates to its parent's; see :func:`split_matrix`."""
         check(library.KtCSetMatrix(self._open, _arrays.matrix(matrix)))
 
     def set_color(self, red: float, green: float, blue: float) -> None:
-        """The node's color, from 0 to 1; its children inherit it."""
+        """Sets the node's color, from 0 to 1; its children inherit it."""
         check(library.KtCSetColor(self._open, red, green, blue))
 
     def set_label(
@@ -122,11 +122,11 @@ class Node:
         align: str = "L",
         color: Color = (0.0, 0.0, 0.0),
     ) -> None:
-        """A text in the drawing, of one line or more.
+        """Sets the node's label, a text of one or more lines.
 
         ``height`` is in drawing units, ``angle`` in degrees, ``align`` L, C or R.
         """
-        # What is not one letter is refused like a letter that is none of the three.
+        # Anything but one letter is refused like a letter that is none of the three.
         letter = align.encode("ascii", "replace") if len(align) == 1 else b"?"
         label = Label(ctypes.sizeof(Label), _text(text), height, *position, angle, letter, *color)
         check(library.KtCSetLabel(self._open, ctypes.byref(label)))
@@ -143,7 +143,7 @@ class Node:
     ) -> None:
         """Adds a mesh.
 
-        ``coords``: x, y, z triples. ``indices``: point numbers, with a :class:`Run` code behind each
+        ``coords``: x, y, z triples. ``indices``: point numbers, with a :class:`Run` code after each
         run; without codes if ``run`` says what they all are (``Run.TRIANGLES``) or ``counts`` how
         many each polygon has. ``closed``: the mesh bounds a solid.
         """
@@ -153,7 +153,7 @@ class Node:
     def add_lines(
         self, coords: Any, indices: Any, *, counts: Any = None, run: Optional[Run] = None
     ) -> None:
-        """Adds lines; arguments as in :meth:`add_faces`, each count that of a line strip."""
+        """Adds lines; arguments as in :meth:`add_faces`, each count being that of a line strip."""
         self._add(lambda lists: library.KtCAddLines(self._open, lists), coords, indices, counts, run)
 
     def share(self, other: "Node") -> None:
@@ -195,7 +195,7 @@ def _lists(lent: List[_arrays.Numbers], run: Optional[Run]) -> Lists:
 
 
 class Scene:
-    """A scene. Use it as a context manager, or close it, to let go of the arrays that it reads."""
+    """A scene. Use it as a context manager, or close it, to release the arrays that it reads."""
 
     def __init__(self) -> None:
         self._lent: List[_arrays.Numbers] = []
@@ -209,7 +209,7 @@ class Scene:
         return self._handle
 
     def close(self) -> None:
-        """Frees the scene and its nodes, and lets go of arrays. May be called again."""
+        """Frees the scene and its nodes, and releases the arrays. May be called again."""
         handle, self._handle = getattr(self, "_handle", None), None
         if handle is not None:
             library.KtCFreeScene(handle)
@@ -232,7 +232,7 @@ class Scene:
         matrix: Optional[Matrix] = None,
         color: Optional[Color] = None,
     ) -> Node:
-        """Adds a node behind the last one of ``parent``, or of the scene."""
+        """Adds a node after the last one of ``parent``, or of the scene."""
         node = Node(self, made(library.KtCAddNode(self._open, parent._open if parent else None)))
         if matrix is not None:
             node.set_matrix(matrix)
@@ -250,9 +250,9 @@ class Scene:
     ) -> Node:
         """Adds an object that the drawing places, and returns the node for its meshes and lines.
 
-        ``matrix`` is of any kind: what a placement does not carry (tilt, scale, mirroring) becomes
-        that of a part below the object's node. Objects of one graphic name share one drawing if
-        they also have that, to a millionth, and the color in common.
+        ``matrix`` may be any transform: what a placement does not carry (tilt, scale, mirroring)
+        becomes the matrix of a part below the object's node. Objects with one graphic name share a
+        drawing if that matrix, to a millionth, and the color are the same, too.
         """
         placement, residual = split_matrix(_IDENTITY if matrix is None else matrix)
         node = self.add_node(matrix=placement, color=color)
@@ -263,9 +263,9 @@ class Scene:
         return node if residual == _IDENTITY else node.add_node(matrix=residual)
 
     def _known_residual(self, name: str, residual: List[float]) -> Tuple[int, List[float]]:
-        """The first residual of that name that equals this one but for rounding, and its number.
+        """The first residual of that name that equals this one except for rounding, and its number.
 
-        Programs that compute in 32-bit floats have other last digits for every turn.
+        Programs that compute in 32-bit floats have different last digits for every rotation.
         """
         known = self._residuals.setdefault(name, [_IDENTITY])
         largest = max(map(abs, residual))
@@ -276,7 +276,7 @@ class Scene:
         return len(known) - 1, residual
 
     def check(self) -> List[Finding]:
-        """What a drawing of the scene would lack or show in the wrong place."""
+        """Lists what a drawing of the scene would lack or show in the wrong place."""
         found: List[Finding] = []
 
         @FINDING
@@ -297,11 +297,11 @@ class Scene:
         plugin: Optional[Path] = None,
         progress: Optional[Callable[[int], Optional[bool]]] = None,
     ) -> None:
-        """Draws the scene into a file, which is complete or as it was before.
+        """Draws the scene into a file, which is then complete, or as it was before on failure.
 
         ``plugin``: the path of a plug-in; the one that is installed with KtScene by default.
         ``progress``: called before each node with the number of those before it; False cancels, and
-        what it raises comes out of here. Other threads run meanwhile.
+        exceptions pass through. Other threads run meanwhile.
         """
         raised: List[BaseException] = []
 
