@@ -23,12 +23,12 @@ bl_info = {
     "category": "Import-Export",
 }
 
-# Types that have a surface; Blender makes no meshes for others.
+# Types that have surfaces or edges; Blender makes no meshes for others.
 TYPES = {"MESH", "CURVE", "SURFACE", "META", "FONT"}
 
 
 class MeshArrays:
-    """The arrays of a mesh as they are after its modifiers."""
+    """The arrays of a mesh as they are after its modifiers: its polygons, and its edges without any."""
 
     def __init__(self, mesh):
         self.coords = numpy.empty(3 * len(mesh.vertices), numpy.float32)
@@ -37,6 +37,28 @@ class MeshArrays:
         mesh.loops.foreach_get("vertex_index", self.corners)
         self.counts = numpy.empty(len(mesh.polygons), numpy.int32)
         mesh.polygons.foreach_get("loop_total", self.counts)
+        edges = numpy.empty(2 * len(mesh.edges), numpy.int32)
+        mesh.edges.foreach_get("vertices", edges)
+        is_loose = numpy.ones(len(mesh.edges), bool)
+        used = numpy.empty(len(mesh.loops), numpy.int32)
+        mesh.loops.foreach_get("edge_index", used)
+        is_loose[used] = False
+        self.loose = edges.reshape(-1, 2)[is_loose]
+
+    def is_empty(self):
+        return not len(self.counts) and not len(self.loose)
+
+    def add_to(self, node):
+        if not len(self.loose):
+            # Blender's own lists, without a copy.
+            node.add_faces(self.coords, self.corners, counts=self.counts)
+            return
+        lines = numpy.insert(self.loose, 2, ktscene.Run.SEGMENT, axis=1).ravel()
+        if not len(self.counts):
+            node.add_lines(self.coords, lines)
+            return
+        polygons = numpy.insert(self.corners, numpy.cumsum(self.counts), ktscene.Run.POLYGON)
+        node.add_faces(self.coords, numpy.concatenate((polygons, lines)))
 
 
 def row_vectors(matrix):
@@ -68,7 +90,7 @@ def add_instance(scene, number, instance, thing, arrays, first_of):
         arrays[owner] = MeshArrays(mesh)
         thing.to_mesh_clear()
     mesh = arrays[owner]
-    if not len(mesh.counts):
+    if mesh.is_empty():
         return 0
     # The name alone would not do: instances share it.
     node = scene.add_object(f"{thing.name} #{number}", f"{type(owner).__name__} {owner.name_full}",
@@ -76,7 +98,7 @@ def add_instance(scene, number, instance, thing, arrays, first_of):
     if owner in first_of:
         node.share(first_of[owner])
     else:
-        node.add_faces(mesh.coords, mesh.corners, counts=mesh.counts)
+        mesh.add_to(node)
         first_of[owner] = node
     return 1
 
@@ -91,7 +113,7 @@ def export_plan(context, path, only_selected=False):
         for number, (instance, thing) in enumerate(instances):
             drawn += add_instance(scene, number, instance, thing, arrays, first_of)
         if not drawn:
-            raise ValueError(f"{path}: nothing to draw; make an object with faces visible")
+            raise ValueError(f"{path}: nothing to draw; make an object with faces or edges visible")
         findings = scene.check()
         scene.draw(path)
     return drawn, findings

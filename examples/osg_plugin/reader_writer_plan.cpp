@@ -17,20 +17,26 @@
 #include <osg/NodeVisitor>
 #include <osg/Switch>
 #include <osg/Transform>
-#include <osg/TriangleIndexFunctor>
+#include <osg/TriangleLinePointIndexFunctor>
 #include <osgDB/FileNameUtils>
 #include <osgDB/Registry>
 #include <utility>
 
 namespace {
 
-// The corners of a geometry's triangles.
+// The corners of a geometry's triangles, and the ends of its lines, each a run of its own.
 struct Corners {
   std::vector<int> triangles;
+  std::vector<int> lines;
   void operator()(unsigned a, unsigned b, unsigned c) {
     triangles.insert(triangles.end(),
                      {static_cast<int>(a), static_cast<int>(b), static_cast<int>(c)});
   }
+  void operator()(unsigned a, unsigned b) {
+    lines.insert(lines.end(), {static_cast<int>(a), static_cast<int>(b), KtRunCode::kSegment});
+  }
+  // Points have no extent in a plan.
+  void operator()(unsigned) {}
 };
 
 std::u16string numbered(const char16_t* text, std::size_t number) {
@@ -45,7 +51,7 @@ KtMatrix toKtMatrix(const osg::Matrixd& matrix) {
   return result;
 }
 
-// Makes an object of each place at which a geometry with triangles stands.
+// Makes an object of each place at which a geometry with triangles or lines stands.
 class SceneBuilder : public osg::NodeVisitor {
  public:
   // Takes of groups what is shown: the children of switches that are on, the finest levels.
@@ -97,13 +103,14 @@ class SceneBuilder : public osg::NodeVisitor {
     return found->second;
   }
 
-  // The vertices stay where they are. Null where there are no triangles, or vertices that are not
-  // floats or doubles of three.
+  // The vertices stay where they are. Null where there are neither triangles nor lines, or vertices
+  // that are not floats or doubles of three.
   static std::shared_ptr<const KtBorrowedFaces> FacesOf(osg::Geometry& geometry) {
-    auto corners = std::make_shared<osg::TriangleIndexFunctor<Corners>>();
-    geometry.accept(*corners);
+    osg::TriangleLinePointIndexFunctor<Corners> corners;
+    geometry.accept(corners);
     const osg::Array* vertices = geometry.getVertexArray();
-    if (corners->triangles.empty() || vertices == nullptr) {
+    const auto runs = std::make_shared<std::vector<int>>(RunsOf(std::move(corners)));
+    if (runs->empty() || vertices == nullptr) {
       return nullptr;
     }
     auto faces = std::make_shared<KtBorrowedFaces>();
@@ -117,13 +124,22 @@ class SceneBuilder : public osg::NodeVisitor {
       return nullptr;
     }
     faces->lists.coordCount = std::size_t{3} * vertices->getNumElements();
-    faces->lists.indices = corners->triangles.data();
-    faces->lists.indexCount = corners->triangles.size();
-    faces->lists.runCode = KtRunCode::kTriangles;
-    faces->lists.owner = corners;
+    faces->lists.indices = runs->data();
+    faces->lists.indexCount = runs->size();
+    faces->lists.owner = runs;
     // Nothing says whether it is.
     faces->closedSurface = false;
     return faces;
+  }
+
+  // All triangles are one run; lines may stand in a set of faces, too.
+  static std::vector<int> RunsOf(Corners&& corners) {
+    std::vector<int> runs = std::move(corners.triangles);
+    if (!runs.empty()) {
+      runs.push_back(KtRunCode::kTriangles);
+    }
+    runs.insert(runs.end(), corners.lines.begin(), corners.lines.end());
+    return runs;
   }
 
   // Objects share a name, and thereby a block of the drawing, if they look the same but for their
@@ -179,7 +195,7 @@ class ReaderWriterPlan : public osgDB::ReaderWriter {
       // Visitors take nodes that may change; this one changes none.
       const_cast<osg::Node&>(node).accept(builder);
       if (scene.nodes.empty()) {
-        return path + ": the scene has no triangles to draw";
+        return path + ": the scene has neither triangles nor lines to draw";
       }
       KtOutputFile drawing(path);
       if (!traverser.Walk(scene, pathFromBytes(drawing.Path()))) {

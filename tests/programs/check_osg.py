@@ -12,7 +12,9 @@ import subprocess
 import sys
 import tempfile
 
-from plan_comparison import assert_same_plan, blocks_of
+from plan_comparison import assert_same_lines, assert_same_plan, blocks_of, lines_of
+from shapely.geometry import LineString
+from shapely.ops import unary_union
 
 SKIPPED = 77
 # A house with a gable, and a box beside it: groups, triangles and polygons of an OBJ file.
@@ -21,6 +23,23 @@ POINTS = [(0, 0, 0), (8, 0, 0), (8, 5, 0), (0, 5, 0), (0, 0, 3), (8, 0, 3), (8, 
           (10, 1, 0), (12, 1, 0), (12, 2, 0), (10, 2, 0), (10, 1, 1), (12, 1, 1), (12, 2, 1), (10, 2, 1)]
 HOUSE = [(3, 2, 1, 0), (0, 1, 5, 4), (2, 3, 7, 6), (1, 2, 6, 9, 5), (3, 0, 4, 8, 7), (4, 5, 9, 8), (6, 7, 8, 9)]
 BOX = [(13, 12, 11, 10), (14, 15, 16, 17), (10, 11, 15, 14), (11, 12, 16, 15), (12, 13, 17, 16), (13, 10, 14, 17)]
+
+
+def geometry_text(number, points, primitives):
+    """A geometry in OpenSceneGraph's own format; of each primitive set the mode, the first point and the count."""
+    sets = [f"osg::DrawArrays {{ UniqueID {number + at} Mode {mode} First {first} Count {count} }}"
+            for at, (mode, first, count) in enumerate(primitives, start=2)]
+    numbers = "\n".join("{} {} {}".format(*point) for point in points)
+    return (f"osg::Geometry {{ UniqueID {number}\nPrimitiveSetList {len(sets)} {{ {' '.join(sets)} }}\n"
+            f"VertexArray TRUE {{ osg::Vec3Array {{ UniqueID {number + 1} Binding BIND_PER_VERTEX\n"
+            f"vector {len(points)} {{ {numbers} }} }} }} }}\n")
+
+
+def lines_text():
+    """A triangle with a line at its corner, and a loop of lines."""
+    return ("#Ascii Scene\n#Version 161\n#Generator OpenSceneGraph 3.6.5\n\nosg::Geode { UniqueID 1\nDrawables 2 {\n"
+            + geometry_text(10, [(0, 0, 0), (4, 0, 0), (4, 3, 1), (6, 5, 0)], [("TRIANGLES", 0, 3), ("LINES", 2, 2)])
+            + geometry_text(20, [(6, 5, 0), (6, 8, 2), (9, 8, 0)], [("LINE_LOOP", 0, 3)]) + "}\n}\n")
 
 
 def obj_text(points):
@@ -75,6 +94,12 @@ def main():
         # It turns and scales about the center of the model's sphere.
         assert_same_plan(work / "moved.plan", work / "moved.dxf", anywhere=True)
         assert len(blocks_of(work / "moved.plan")) == 2
+        # Lines alone, and beside triangles, which OpenSceneGraph does not read from OBJ.
+        lines = work / "lines.osgt"
+        lines.write_text(lines_text(), encoding="ascii")
+        osgconv(lines, work / "lines.plan")
+        assert_same_lines(lines_of(work / "lines.plan"), unary_union([LineString(line) for line in (
+            [(0, 0), (4, 0), (4, 3), (0, 0)], [(4, 3), (6, 5)], [(6, 5), (6, 8), (9, 8), (6, 5)])]))
         # What cannot be drawn leaves no file and says why.
         printed = osgconv(model, work / "missing" / "house.plan")
         assert "missing/house.plan" in printed and "cannot be created" in printed, printed

@@ -8,7 +8,7 @@ import traceback
 
 import FreeCAD
 import Mesh
-
+import Part
 
 
 def build(document):
@@ -38,6 +38,29 @@ def build(document):
     return [cut, link, wedge, inner, mesh]
 
 
+def build_lines(document):
+    """A wire, an arc, a sketch that is turned, and a plate with a line at its corner."""
+    def feature(name, shape, placement=FreeCAD.Placement()):
+        thing = document.addObject("Part::Feature", name)
+        thing.Shape = shape
+        thing.Placement = placement
+        return thing
+
+    vector = FreeCAD.Vector
+    wire = feature("Wire", Part.makePolygon([vector(100, 0, 0), vector(110, 0, 5), vector(110, 10, 9)]))
+    arc = feature("Arc", Part.makeCircle(5, vector(0, 0, 0), vector(0, 0, 1), 0, 180),
+                  FreeCAD.Placement(vector(120, 100, 0), FreeCAD.Rotation()))
+    sketch = document.addObject("Sketcher::SketchObject", "Sketch")
+    sketch.addGeometry(Part.LineSegment(vector(0, 0, 0), vector(8, 0, 0)))
+    sketch.Placement = FreeCAD.Placement(vector(140, 0, 0), FreeCAD.Rotation(vector(0, 0, 1), 90))
+    flag = feature("Flag", Part.makeCompound([Part.makePlane(4, 2), Part.makeLine(vector(0, 0, 0), vector(0, -6, 0))]),
+                   FreeCAD.Placement(vector(160, 0, 0), FreeCAD.Rotation()))
+    # An aid for construction, which is no part of the drawing.
+    document.addObject("PartDesign::Line", "Axis")
+    document.recompute()
+    return [wire, arc, sketch, flag]
+
+
 def triangles(thing):
     """In the document's coordinates."""
     is_link = thing.isDerivedFrom("App::Link")
@@ -57,11 +80,12 @@ def main():
     folder = os.environ["PLAN_DIRECTORY"]
     document = FreeCAD.newDocument()
     things = build(document)
+    lines = build_lines(document)
     macro = {"__name__": "macro"}
     with open(os.environ["PLAN_MACRO"], encoding="utf-8") as file:
         exec(compile(file.read(), os.environ["PLAN_MACRO"], "exec"), macro)
     drawn, findings = macro["export_plan"](document, f"{folder}/plate.dxf")
-    assert (drawn, findings) == (len(things), []), ([thing.Name for thing in macro["drawn_things"](document)], findings)
+    assert (drawn, findings) == (len(things + lines), []), ([thing.Name for thing in macro["drawn_things"](document)], findings)
     try:
         macro["export_plan"](document, f"{folder}/missing/plate.dxf")
         raise AssertionError("exported into a directory that is not there")
