@@ -135,7 +135,7 @@ Edges listEdges(const PolygonMesh& mesh, const EdgeTable& edges, const EdgeOptio
   const EdgeClassifier classifier(mesh, options.creaseDegrees, options.threads);
   std::optional<FacetNoise> noise;
   if (options.dropsNoise) {
-    noise.emplace(mesh, classifier, options.creaseDegrees);
+    noise.emplace(mesh, classifier, options.creaseDegrees, options.threads);
   }
   const Blocks blocks(edges.RowCount(), options.threads);
   std::vector<EdgeLister> listers(

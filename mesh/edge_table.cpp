@@ -1,8 +1,8 @@
 #include "mesh/edge_table.h"
 
 #include <algorithm>
-#include <numeric>
-#include <utility>
+
+#include "mesh/compressed_rows.h"
 
 namespace dxf2d::mesh {
 
@@ -70,61 +70,18 @@ EdgeUse* withoutRepeats(const EdgeUse* begin, const EdgeUse* end, EdgeUse* out) 
   return out;
 }
 
-using Places = LargeArray<Index>;
-
-// Turns the number of uses that each stretch of polygons has in each row into the place of the
-// first of them, and writes where the rows start. Returns the number of all uses.
-std::size_t findPlaces(std::vector<Places>& places, std::size_t threads,
-                       std::vector<Index, LargeAllocator<Index>>& rowStarts) {
-  const Blocks blocks(rowStarts.size() - 1, threads);
-  std::vector<std::size_t> sums(blocks.Count() + 1);
-  blocks.Run([&](std::size_t number, const Block& rows) {
-    std::size_t sum = 0;
-    for (const Places& own : places) {
-      sum = std::accumulate(own.begin() + rows.begin, own.begin() + rows.end, sum);
-    }
-    sums[number + 1] = sum;
-  });
-  std::partial_sum(sums.begin(), sums.end(), sums.begin());
-  blocks.Run([&](std::size_t number, const Block& rows) {
-    auto next = static_cast<Index>(sums[number]);
-    for (std::size_t row = rows.begin; row < rows.end; ++row) {
-      rowStarts[row] = next;
-      for (Places& own : places) {
-        next += std::exchange(own[row], next);
-      }
-    }
-  });
-  rowStarts.back() = static_cast<Index>(sums.back());
-  return sums.back();
-}
-
 }  // namespace
 
 EdgeTable::EdgeTable(const PolygonMesh& mesh, std::size_t threads) {
-  // Each stretch of polygons takes a list of all rows.
-  constexpr std::size_t kMostStretches = 8;
-  const std::size_t rowCount = mesh.points.size();
-  const Blocks stretches =
-      Blocks::OneForEach(mesh.PolygonCount(), std::min(threads, kMostStretches));
-  std::vector<Places> places(stretches.Count());
-  stretches.Run([&](std::size_t number, const Block& polygons) {
-    Places own(rowCount);
-    std::fill(own.begin(), own.end(), 0);
-    forEachHalfEdge(mesh, polygons,
-                    [&](Index from, Index to, Index /*polygon*/) { ++own[std::min(from, to)]; });
-    places[number] = std::move(own);
-  });
-  rowStarts_.resize(rowCount + 1);
-  uses_ = LargeArray<EdgeUse>(findPlaces(places, threads, rowStarts_));
-  stretches.Run([&](std::size_t number, const Block& polygons) {
-    Index* const own = places[number].data();
-    forEachHalfEdge(mesh, polygons, [&](Index from, Index to, Index polygon) {
-      const bool isForward = from < to;
-      uses_[own[isForward ? from : to]++] = EdgeUse(isForward ? to : from, polygon, isForward);
-    });
-  });
-  places.clear();
+  fillRows(
+      mesh.points.size(), mesh.PolygonCount(), threads,
+      [&](const Block& polygons, auto visit) {
+        forEachHalfEdge(mesh, polygons, [&](Index from, Index to, Index polygon) {
+          const bool isForward = from < to;
+          visit(isForward ? from : to, EdgeUse(isForward ? to : from, polygon, isForward));
+        });
+      },
+      rowStarts_, uses_);
   SortRows(threads);
 }
 

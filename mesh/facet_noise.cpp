@@ -13,6 +13,7 @@
 #include "mesh/slot_table.h"
 #include "mesh/vector.h"
 #include "platform/large_memory.h"
+#include "platform/parallel.h"
 
 namespace dxf2d::mesh {
 
@@ -83,9 +84,10 @@ void append(std::vector<Element> some, std::vector<Element>& all) {
 }  // namespace
 
 FacetNoise::FacetNoise(const PolygonMesh& mesh, const EdgeClassifier& classifier,
-                       double creaseDegrees)
+                       double creaseDegrees, std::size_t threads)
     : mesh_(mesh),
       classifier_(classifier),
+      threads_(threads),
       sharpCosine_(std::cos(std::min(kSharp * creaseDegrees, 180.0) * std::numbers::pi / 180.0)),
       diagonal_(diagonalOf(mesh.points)),
       isAnchor_(mesh.points.size(), 0) {}
@@ -206,9 +208,8 @@ bool FacetNoise::IsStroke(std::span<const Index> points) const {
 }
 
 std::vector<Index> FacetNoise::Strokes() const {
-  std::vector<Index> strokes;
   if (faint_.empty()) {
-    return strokes;
+    return {};
   }
   PointGroups groups(mesh_.points.size());
   for (const Crease& crease : faint_) {
@@ -229,14 +230,13 @@ std::vector<Index> FacetNoise::Strokes() const {
     ends[2 * place] = crease.a;
     ends[2 * place + 1] = crease.b;
   }
-  for (std::size_t i = 0; i + 1 < starts.size(); ++i) {
+  return collectInParallel<Index>(mesh_.points.size(), threads_, [&](std::size_t i, auto& strokes) {
     const std::size_t count = starts[i + 1] - starts[i];
     if (count != 0 && IsStroke(std::span(ends).subspan(2 * std::size_t{starts[i]}, 2 * count))) {
       std::copy_if(edges.begin() + starts[i], edges.begin() + starts[i + 1],
                    std::back_inserter(strokes), [](Index edge) { return edge != kNone; });
     }
-  }
-  return strokes;
+  });
 }
 
 }  // namespace dxf2d::mesh

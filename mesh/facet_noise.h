@@ -47,8 +47,9 @@ class FacetNoise {
   static constexpr double kNarrow = 1.0 / 6.0;
   static constexpr double kSharp = 1.5;
 
-  // The mesh and the classifier outlive this.
-  FacetNoise(const PolygonMesh& mesh, const EdgeClassifier& classifier, double creaseDegrees);
+  // The mesh and the classifier outlive this. `threads` share the work of finding the strokes.
+  FacetNoise(const PolygonMesh& mesh, const EdgeClassifier& classifier, double creaseDegrees,
+             std::size_t threads);
 
   // What may be noise among some edges.
   class Findings {
@@ -103,6 +104,7 @@ class FacetNoise {
 
   const PolygonMesh& mesh_;
   const EdgeClassifier& classifier_;
+  std::size_t threads_;
   double sharpCosine_;
   double diagonal_;
   std::vector<Silhouette> silhouettes_;

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <numeric>
 #include <optional>
+#include <utility>
 
 #include "mesh/repeat_filter.h"
 #include "mesh/vector.h"
@@ -100,45 +101,78 @@ class Grid {
   bool isWide_ = false;
 };
 
-// Adds the cells of some points to the filter. `hashes` receives the hashes of their own cells.
-void addCells(std::span<const Point> points, const Block& block, const Grid& grid,
-              RepeatFilter& filter, Hashes& hashes) {
-  // In batches, as nothing then comes between the bits and the next ones, which are far apart.
-  constexpr std::size_t kBatch = 256;
-  std::array<std::uint32_t, kBatch * 8> cells;
-  for (std::size_t begin = block.begin; begin < block.end; begin += kBatch) {
-    const std::size_t end = std::min(begin + kBatch, block.end);
-    std::size_t count = 0;
-    for (std::size_t i = begin; i < end; ++i) {
-      hashes[i] = grid.Cells(points[i], [&](std::uint32_t hash) { cells[count++] = hash; });
-      cells[count++] = hashes[i];
-    }
-    for (std::size_t i = 0; i < count; ++i) {
-      filter.Add(cells[i]);
-    }
-  }
-}
+// Tells the points whose own cell another one of them stands in or reaches, and some others.
+class CrowdFilter {
+ public:
+  CrowdFilter(std::span<const Point> points, const Grid& grid, std::size_t threads)
+      : points_(points), grid_(grid), threads_(threads) {}
 
-// The points, ascending, whose own cell another point stands in or reaches, and some others.
-// `hashes` receives the hashes of the points' own cells.
-std::vector<Index> findCrowded(std::span<const Point> points, const Grid& grid, std::size_t threads,
-                               Hashes& hashes) {
-  const Blocks stretches = Blocks::OneForEach(points.size(), threads);
-  std::vector<std::optional<RepeatFilter>> filters(stretches.Count());
-  stretches.Run([&](std::size_t number, const Block& block) {
-    addCells(points, block, grid, filters[number].emplace(points.size()), hashes);
-  });
-  RepeatFilter& filter = *filters[0];
-  for (std::size_t i = 1; i < filters.size(); ++i) {
-    filter.Add(*filters[i]);
-    filters[i].reset();
+  // Looks at all points, and writes the hashes of their own cells to `hashes`. Returns those that
+  // may be crowded, ascending.
+  std::vector<Index> OfAll(Hashes& hashes) const {
+    const RepeatFilter filter = CellsOf(
+        points_.size(), [](std::size_t i) { return i; }, [](std::uint32_t hash) { return hash; },
+        [&](std::size_t i, std::uint32_t own) { hashes[i] = own; });
+    return collectInParallel<Index>(points_.size(), threads_, [&](std::size_t i, auto& crowded) {
+      if (filter.IsRepeated(hashes[i])) {
+        crowded.push_back(static_cast<Index>(i));
+      }
+    });
   }
-  return collectInParallel<Index>(points.size(), threads, [&](std::size_t i, auto& crowded) {
-    if (filter.IsRepeated(hashes[i])) {
-      crowded.push_back(static_cast<Index>(i));
+
+  // Those of the points in `some` that may be crowded among these: with other bits of the filter
+  // for every cell, others share one. Points within the distance of each other stay together.
+  std::vector<Index> Of(const std::vector<Index>& some, const Hashes& hashes) const {
+    const auto turned = [](std::uint32_t hash) {
+      hash *= 0x9e3779b1U;
+      return hash ^ hash >> 15U;
+    };
+    const RepeatFilter filter = CellsOf(
+        some.size(), [&](std::size_t i) { return some[i]; }, turned,
+        [](std::size_t /*i*/, std::uint32_t /*own*/) {});
+    return collectInParallel<Index>(some.size(), threads_, [&](std::size_t i, auto& crowded) {
+      if (filter.IsRepeated(turned(hashes[some[i]]))) {
+        crowded.push_back(some[i]);
+      }
+    });
+  }
+
+ private:
+  // The cells that the points numberOf(i), i below `count`, stand in or reach, by the bits of
+  // bitsOf(hash). Calls visit(i, hash) with the hash of a point's own cell.
+  template <class NumberOf, class BitsOf, class Visit>
+  RepeatFilter CellsOf(std::size_t count, NumberOf numberOf, BitsOf bitsOf, Visit visit) const {
+    const Blocks stretches = Blocks::OneForEach(count, threads_);
+    std::vector<std::optional<RepeatFilter>> filters(stretches.Count());
+    stretches.Run([&](std::size_t number, const Block& block) {
+      RepeatFilter& filter = filters[number].emplace(count);
+      // In batches, as nothing then comes between the bits and the next ones, which are far apart.
+      constexpr std::size_t kBatch = 256;
+      std::array<std::uint32_t, kBatch * 8> cells;
+      for (std::size_t begin = block.begin; begin < block.end; begin += kBatch) {
+        std::size_t size = 0;
+        for (std::size_t i = begin; i < std::min(begin + kBatch, block.end); ++i) {
+          const std::uint32_t own = grid_.Cells(
+              points_[numberOf(i)], [&](std::uint32_t hash) { cells[size++] = bitsOf(hash); });
+          cells[size++] = bitsOf(own);
+          visit(i, own);
+        }
+        for (std::size_t i = 0; i < size; ++i) {
+          filter.Add(cells[i]);
+        }
+      }
+    });
+    for (std::size_t i = 1; i < filters.size(); ++i) {
+      filters[0]->Add(*filters[i]);
+      filters[i].reset();
     }
-  });
-}
+    return std::move(*filters[0]);
+  }
+
+  std::span<const Point> points_;
+  const Grid& grid_;
+  std::size_t threads_;
+};
 
 }  // namespace
 
@@ -150,7 +184,8 @@ std::vector<Index, LargeAllocator<Index>> joinNear(std::span<const Point> points
   }
   const Grid grid(box, distance);
   Hashes hashes(points.size());
-  const std::vector<Index> crowded = findCrowded(points, grid, threads, hashes);
+  const CrowdFilter filter(points, grid, threads);
+  const std::vector<Index> crowded = filter.Of(filter.OfAll(hashes), hashes);
   // A kept point stands in its own cell and in those that the distance reaches, so a search looks
   // into one cell only. Kept points are farther apart than the distance, so a cell holds few.
   SlotTable table(2 * crowded.size());

@@ -8,6 +8,7 @@
 #include <span>
 #include <utility>
 
+#include "mesh/compressed_rows.h"
 #include "mesh/edge_kinds.h"
 #include "platform/large_memory.h"
 
@@ -23,34 +24,34 @@ struct SideUse {
 
 // The sides of all triangles by their lower point, in compressed rows.
 struct SideTable {
-  std::vector<std::uint32_t, LargeAllocator<std::uint32_t>> starts;
-  std::vector<SideUse, LargeAllocator<SideUse>> uses;
+  mesh::RowStarts starts;
+  LargeArray<SideUse> uses;
 };
 
-SideTable makeSideTable(const Scene& scene) {
-  SideTable table;
-  table.starts.assign(scene.points.size() + 2, 0);
-  const auto forEachSide = [&](auto visit) {
-    for (std::size_t t = 0; t < scene.triangles.size(); ++t) {
-      const auto& corners = scene.triangles[t];
-      for (std::size_t i = 0; i < 3; ++i) {
-        const Index a = corners[i];
-        const Index b = corners[(i + 1) % 3];
-        if (a != b) {
-          visit(std::min(a, b), std::max(a, b), static_cast<std::uint32_t>(3 * t + i));
-        }
+template <class Visit>
+void forEachSide(const Scene& scene, const Block& triangles, Visit visit) {
+  for (std::size_t t = triangles.begin; t < triangles.end; ++t) {
+    const auto& corners = scene.triangles[t];
+    for (std::size_t i = 0; i < 3; ++i) {
+      const Index a = corners[i];
+      const Index b = corners[(i + 1) % 3];
+      if (a != b) {
+        visit(std::min(a, b), std::max(a, b), static_cast<std::uint32_t>(3 * t + i));
       }
     }
-  };
-  // Counted two rows ahead, so that filling moves each start to its place.
-  forEachSide([&](Index low, Index, std::uint32_t) { ++table.starts[low + 2]; });
-  for (std::size_t row = 2; row < table.starts.size(); ++row) {
-    table.starts[row] += table.starts[row - 1];
   }
-  table.uses.resize(table.starts.back());
-  forEachSide([&](Index low, Index high, std::uint32_t side) {
-    table.uses[table.starts[low + 1]++] = {high, side};
-  });
+}
+
+SideTable makeSideTable(const Scene& scene, std::size_t threads) {
+  SideTable table;
+  mesh::fillRows(
+      scene.points.size(), scene.triangles.size(), threads,
+      [&](const Block& triangles, auto visit) {
+        forEachSide(scene, triangles, [&](Index low, Index high, std::uint32_t side) {
+          visit(low, SideUse{high, side});
+        });
+      },
+      table.starts, table.uses);
   return table;
 }
 
@@ -334,17 +335,15 @@ std::vector<CandidateEdge> findCandidateEdges(const Scene& scene, const Toleranc
                                               double creaseDegrees,
                                               std::span<const Index> lookOfPart,
                                               const Threading& threading) {
-  SideTable table = makeSideTable(scene);
+  const std::size_t threads = threading.For(scene.triangles.size());
+  SideTable table = makeSideTable(scene, threads);
   const EdgeClassifier classifier(scene, tolerances, creaseDegrees, lookOfPart);
-  const Blocks blocks(scene.points.size(), threading.For(scene.triangles.size()));
+  const Blocks blocks(scene.points.size(), threads);
   std::vector<std::vector<CandidateEdge>> edgesOf(blocks.Count());
   blocks.Run([&](std::size_t number, const Block& rows) {
     appendEdges(scene, classifier, rows, table, edgesOf[number]);
   });
-  std::vector<CandidateEdge> edges = std::move(edgesOf[0]);
-  for (const std::vector<CandidateEdge>& some : std::span(edgesOf).subspan(1)) {
-    edges.insert(edges.end(), some.begin(), some.end());
-  }
+  std::vector<CandidateEdge> edges = joined(std::move(edgesOf));
   for (const Scene::Line& line : scene.lines) {
     const Point& a = scene.points[line.from];
     const Point& b = scene.points[line.to];

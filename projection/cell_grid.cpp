@@ -72,22 +72,41 @@ void sortIntoBlocks(std::size_t count, std::size_t blockCount, std::size_t threa
   runShares([&](std::size_t& place, Index entry) { entries[place++] = entry; });
 }
 
+Extent extentOf(const Scene& scene, std::span<const Index> triangles,
+                std::span<const CandidateEdge> edges, std::size_t threads) {
+  std::vector<Extent> extents(threads);
+  runInParallel(threads, threads, [&](std::size_t share) {
+    Extent own;
+    const Block some = shareOf(triangles.size(), threads, share);
+    for (const Index t : triangles.subspan(some.begin, some.end - some.begin)) {
+      for (const Index corner : scene.triangles[t]) {
+        own.Add(scene.points[corner]);
+      }
+    }
+    const Block others = shareOf(edges.size(), threads, share);
+    for (const CandidateEdge& edge : edges.subspan(others.begin, others.end - others.begin)) {
+      own.Add(scene.points[edge.from]);
+      own.Add(scene.points[edge.to]);
+    }
+    extents[share] = own;
+  });
+  Extent all;
+  for (const Extent& some : extents) {
+    all.x0 = std::min(all.x0, some.x0);
+    all.y0 = std::min(all.y0, some.y0);
+    all.x1 = std::max(all.x1, some.x1);
+    all.y1 = std::max(all.y1, some.y1);
+  }
+  return all;
+}
+
 }  // namespace
 
 CellGrid::CellGrid(const Scene& scene, std::span<const Index> triangles,
                    std::span<const CandidateEdge> edges, const Tolerances& tolerances,
                    std::size_t threads)
     : scene_(scene), edges_(edges), tolerances_(tolerances) {
-  Extent extent;
-  for (const Index t : triangles) {
-    for (const Index corner : scene.triangles[t]) {
-      extent.Add(scene.points[corner]);
-    }
-  }
-  for (const CandidateEdge& edge : edges) {
-    extent.Add(scene.points[edge.from]);
-    extent.Add(scene.points[edge.to]);
-  }
+  Extent extent = extentOf(scene, triangles, edges, threads);
   if (!(extent.x0 <= extent.x1)) {
     extent = {0, 0, 0, 0};
   }

@@ -1,8 +1,11 @@
 #include "projection/scene.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <numeric>
 
 #include "platform/large_memory.h"
 #include "projection/triangulation.h"
@@ -92,6 +95,67 @@ void appendPolygons(const PlacedMesh& placed, const std::vector<Index>& numbers,
   }
 }
 
+// Whether the mesh is made of triangles alone and all of its points can be used.
+bool isPlain(const PlacedMesh& placed, std::size_t threads) {
+  const mesh::PolygonMesh& mesh = *placed.mesh;
+  if (mesh.corners.size() != 3 * mesh.PolygonCount()) {
+    return false;
+  }
+  std::atomic<bool> isPlain{true};
+  Blocks(mesh.PolygonCount(), threads).Run([&](std::size_t /*number*/, const Block& polygons) {
+    for (std::size_t p = polygons.begin; p < polygons.end; ++p) {
+      if (mesh.starts[p] != 3 * p) {
+        isPlain = false;
+      }
+    }
+  });
+  Blocks(mesh.points.size(), threads).Run([&](std::size_t /*number*/, const Block& points) {
+    for (std::size_t i = points.begin; i < points.end; ++i) {
+      if (!isUsable(place(mesh.points[i], placed.placement))) {
+        isPlain = false;
+      }
+    }
+  });
+  return isPlain;
+}
+
+// Appends the points and polygons of a plain mesh: each list by itself, as filling new memory takes
+// longer than everything else. Returns each point's number in the scene, if there are lines or
+// noise that name it.
+std::vector<Index> appendPlain(const PlacedMesh& placed, std::size_t threads, Scene& scene) {
+  const mesh::PolygonMesh& mesh = *placed.mesh;
+  const auto first = static_cast<Index>(scene.points.size());
+  std::vector<Index> numbers;
+  const std::array<std::function<void()>, 4> tasks = {
+      [&] {
+        for (const Point& point : mesh.points) {
+          scene.points.push_back(place(point, placed.placement));
+        }
+      },
+      [&] {
+        for (std::size_t i = 0; i < mesh.corners.size(); i += 3) {
+          scene.triangles.push_back(
+              {first + mesh.corners[i], first + mesh.corners[i + 1], first + mesh.corners[i + 2]});
+        }
+      },
+      [&] {
+        for (const Index part : mesh.parts) {
+          scene.parts.push_back(placed.firstPart + part);
+        }
+        scene.polygonEdges.resize(scene.polygonEdges.size() + mesh.PolygonCount(),
+                                  kAllPolygonEdges);
+      },
+      [&] {
+        if (!mesh.segments.empty() || !placed.noise.empty()) {
+          reserveLarge(numbers, mesh.points.size());
+          numbers.resize(mesh.points.size());
+          std::iota(numbers.begin(), numbers.end(), first);
+        }
+      }};
+  runInParallel(tasks.size(), threads, [&](std::size_t i) { tasks[i](); });
+  return numbers;
+}
+
 // Notes the deviations of the parts of `placed`, whose points are the scene's from `first` on.
 void noteDeviations(const PlacedMesh& placed, std::size_t first, Scene& scene) {
   if (placed.mesh->parts.empty() || placed.deviationShare == 0) {
@@ -125,7 +189,7 @@ void appendNoise(const PlacedMesh& placed, const std::vector<Index>& numbers, Sc
 
 }  // namespace
 
-Scene assembleScene(std::span<const PlacedMesh> meshes) {
+Scene assembleScene(std::span<const PlacedMesh> meshes, const Threading& threading) {
   Scene scene;
   std::size_t pointCount = 0;
   std::size_t triangleCount = 0;
@@ -140,9 +204,15 @@ Scene assembleScene(std::span<const PlacedMesh> meshes) {
   reserveLarge(scene.parts, triangleCount);
   for (const PlacedMesh& placed : meshes) {
     const std::size_t firstPoint = scene.points.size();
-    const std::vector<Index> numbers = appendPoints(placed, scene);
+    const std::size_t threads = threading.For(placed.mesh->corners.size());
+    std::vector<Index> numbers;
+    if (threads > 1 && isPlain(placed, threads)) {
+      numbers = appendPlain(placed, threads, scene);
+    } else {
+      numbers = appendPoints(placed, scene);
+      appendPolygons(placed, numbers, scene);
+    }
     noteDeviations(placed, firstPoint, scene);
-    appendPolygons(placed, numbers, scene);
     appendLines(placed, numbers, scene);
     appendNoise(placed, numbers, scene);
   }
@@ -154,11 +224,23 @@ double Bounds::Diagonal() const {
   return std::hypot(high[0] - low[0], high[1] - low[1], high[2] - low[2]);
 }
 
-Bounds boundsOf(const Scene& scene) {
+Bounds boundsOf(const Scene& scene, const Threading& threading) {
+  const Blocks blocks(scene.triangles.size(), threading.For(scene.triangles.size()));
+  std::vector<Bounds> boxes(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& block) {
+    Bounds own = emptyBounds();
+    for (std::size_t t = block.begin; t < block.end; ++t) {
+      for (const Index corner : scene.triangles[t]) {
+        add(own, scene.points[corner]);
+      }
+    }
+    boxes[number] = own;
+  });
   Bounds bounds = emptyBounds();
-  for (const auto& triangle : scene.triangles) {
-    for (const Index corner : triangle) {
-      add(bounds, scene.points[corner]);
+  for (const Bounds& box : boxes) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      bounds.low[axis] = std::min(bounds.low[axis], box.low[axis]);
+      bounds.high[axis] = std::max(bounds.high[axis], box.high[axis]);
     }
   }
   for (const Scene::Line& line : scene.lines) {

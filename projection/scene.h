@@ -10,6 +10,7 @@
 
 #include "mesh/drawn_edges.h"
 #include "mesh/polygon_mesh.h"
+#include "platform/parallel.h"
 
 namespace dxf2d::projection {
 
@@ -74,8 +75,8 @@ inline constexpr std::uint8_t kSamePolygon = 8;
 
 // Makes one list of all meshes. Polygons become triangles (projection/triangulation.h). Polygons
 // and lines with a corner that is not finite once placed, or whose coordinates exceed 1e100, are
-// left out; so are polygons of fewer than three corners.
-Scene assembleScene(std::span<const PlacedMesh> meshes);
+// left out; so are polygons of fewer than three corners. Threads share the work.
+Scene assembleScene(std::span<const PlacedMesh> meshes, const Threading& threading = {});
 
 // The smallest box around all triangles and lines.
 struct Bounds {
@@ -84,7 +85,8 @@ struct Bounds {
 
   double Diagonal() const;
 };
-Bounds boundsOf(const Scene& scene);
+// Threads share the work.
+Bounds boundsOf(const Scene& scene, const Threading& threading = {});
 
 // Distances, in drawing units, within which things are taken as one.
 struct Tolerances {

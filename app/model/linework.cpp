@@ -1,12 +1,12 @@
 #include "app/model/linework.h"
 
 #include <algorithm>
-#include <numeric>
 #include <utility>
 
 #include "platform/parallel.h"
 #include "projection/candidate_edges.h"
 #include "projection/coincident_segments.h"
+#include "projection/group_joining.h"
 #include "projection/section.h"
 #include "projection/union_outline.h"
 #include "projection/visibility.h"
@@ -98,22 +98,6 @@ void addHiddenSegments(const Scene& scene, std::span<const CandidateEdge> edges,
   segments.insert(segments.end(), drawn.begin(), drawn.end());
 }
 
-// The polylines in order of their groups, and otherwise in the order that they have.
-Polylines sortedByGroup(const Polylines& lines) {
-  std::vector<std::size_t> order(lines.Count());
-  std::iota(order.begin(), order.end(), std::size_t{0});
-  std::ranges::stable_sort(order, {}, [&](std::size_t i) { return lines.groups[i]; });
-  Polylines sorted;
-  sorted.points.reserve(lines.points.size());
-  for (const std::size_t i : order) {
-    const std::span<const PlanPoint> line = lines.At(i);
-    sorted.points.insert(sorted.points.end(), line.begin(), line.end());
-    sorted.starts.push_back(sorted.points.size());
-    sorted.groups.push_back(lines.groups[i]);
-  }
-  return sorted;
-}
-
 // Loops of each object, in the group of its first part; of all together, in that of part 0.
 Polylines outlineOf(const Scene& scene, std::span<const CandidateEdge> edges,
                     std::span<const Index> objectOfPart, const LineworkOptions& options,
@@ -173,7 +157,7 @@ std::vector<GroupedSegment> segmentsOf(const Scene& scene, std::span<const Candi
 Linework drawLinework(Scene scene, const LineworkParts& parts, const LineworkOptions& options,
                       double creaseDegrees, const Threading& threading) {
   Linework linework;
-  const projection::Bounds bounds = projection::boundsOf(scene);
+  const projection::Bounds bounds = projection::boundsOf(scene, threading);
   const Tolerances tolerances = options.outline == OutlineOf::kNothing
                                     ? projection::tolerancesFor(bounds)
                                     : projection::outlineTolerancesFor(bounds);
@@ -187,18 +171,18 @@ Linework drawLinework(Scene scene, const LineworkParts& parts, const LineworkOpt
   edges.insert(edges.end(), cuts.begin(), cuts.end());
   cuts = std::vector<CandidateEdge>();
   if (options.outline != OutlineOf::kNothing) {
-    linework.lines = sortedByGroup(
+    linework.lines = projection::sortedByGroup(
         outlineOf(scene, edges, parts.objects, options, tolerances, threading, linework));
     return linework;
   }
   linework.creases = static_cast<std::size_t>(
       std::ranges::count(edges, projection::EdgeKind::kCrease, &CandidateEdge::kind));
-  const std::vector<GroupedSegment> segments =
-      segmentsOf(scene, edges, options, tolerances, threading);
+  std::vector<GroupedSegment> segments = segmentsOf(scene, edges, options, tolerances, threading);
   // Joining takes as much memory again.
   scene = Scene();
   edges = std::vector<CandidateEdge>();
-  linework.lines = sortedByGroup(projection::joinSegments(segments, tolerances.weld).polylines);
+  const std::size_t threads = threading.For(segments.size());
+  linework.lines = projection::joinByGroup(std::move(segments), tolerances.weld, threads);
   return linework;
 }
 

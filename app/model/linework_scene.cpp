@@ -100,7 +100,7 @@ ObjectScene makeObjectScene(const LineworkSource& source, BlockBuilder& builder,
     result.looks.insert(result.looks.end(), looks.ofPart.begin(), looks.ofPart.end());
     result.meshes.insert(result.meshes.end(), meshes.begin(), meshes.end());
   }
-  result.scene = projection::assembleScene(placed);
+  result.scene = projection::assembleScene(placed, source.options.threading);
   return result;
 }
 
