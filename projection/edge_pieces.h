@@ -3,39 +3,62 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 #include <vector>
+
+#include "mesh/compressed_rows.h"
+#include "platform/large_memory.h"
+#include "platform/parallel.h"
 
 namespace dxf2d::projection {
 
 // Sorts pieces by edge and position and joins those that touch. Cells share exact positions at
 // their sides, so that "touch" means equality. `Piece` has edge, begin and end; the edges are
-// numbers below `count`.
+// numbers below `count`. `threads` share the work.
 template <class Piece>
-void sortAndMerge(std::vector<Piece>& pieces, std::size_t count) {
-  std::vector<std::size_t> starts(count + 2, 0);
-  for (const Piece& piece : pieces) {
-    ++starts[piece.edge + 2];
-  }
-  for (std::size_t i = 2; i < starts.size(); ++i) {
-    starts[i] += starts[i - 1];
-  }
-  std::vector<Piece> sorted(pieces.size());
-  for (const Piece& piece : pieces) {
-    sorted[starts[piece.edge + 1]++] = piece;
-  }
-  pieces.clear();
-  for (std::size_t edge = 0; edge < count; ++edge) {
-    const auto begin = sorted.begin() + static_cast<std::ptrdiff_t>(starts[edge]);
-    const auto end = sorted.begin() + static_cast<std::ptrdiff_t>(starts[edge + 1]);
-    std::sort(begin, end, [](const Piece& a, const Piece& b) { return a.begin < b.begin; });
-    for (auto it = begin; it != end; ++it) {
-      if (it != begin && pieces.back().end == it->begin) {
-        pieces.back().end = it->end;
-      } else {
-        pieces.push_back(*it);
+std::vector<Piece> sortedAndMerged(std::vector<Piece> pieces, std::size_t count,
+                                   std::size_t threads) {
+  mesh::RowStarts starts;
+  LargeArray<Piece> sorted;
+  mesh::fillRows(
+      count, pieces.size(), threads,
+      [&](const Block& block, auto visit) {
+        for (std::size_t i = block.begin; i < block.end; ++i) {
+          visit(pieces[i].edge, pieces[i]);
+        }
+      },
+      starts, sorted);
+  pieces = std::vector<Piece>();
+  // Each block moves what is left to its front.
+  const Blocks blocks(count, threads);
+  std::vector<Piece*> ends(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& edges) {
+    Piece* const first = sorted.data() + starts[edges.begin];
+    Piece* last = first;
+    for (std::size_t edge = edges.begin; edge < edges.end; ++edge) {
+      Piece* const begin = sorted.data() + starts[edge];
+      Piece* const end = sorted.data() + starts[edge + 1];
+      std::sort(begin, end, [](const Piece& a, const Piece& b) { return a.begin < b.begin; });
+      for (const Piece* piece = begin; piece != end; ++piece) {
+        if (piece != begin && last[-1].end == piece->begin) {
+          last[-1].end = piece->end;
+        } else {
+          *last++ = *piece;
+        }
       }
     }
+    ends[number] = last;
+  });
+  std::size_t size = 0;
+  for (std::size_t i = 0; i < blocks.Count(); ++i) {
+    size += static_cast<std::size_t>(ends[i] - (sorted.data() + starts[blocks[i].begin]));
   }
+  std::vector<Piece> merged;
+  reserveLarge(merged, size);
+  for (std::size_t i = 0; i < blocks.Count(); ++i) {
+    merged.insert(merged.end(), sorted.data() + starts[blocks[i].begin], ends[i]);
+  }
+  return merged;
 }
 
 }  // namespace dxf2d::projection

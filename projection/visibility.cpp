@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <numeric>
+#include <utility>
 
 #include "projection/edge_pieces.h"
 #include "projection/parallel_walk.h"
@@ -41,7 +42,7 @@ class CellVisibility {
     });
   }
 
-  const VisibleLines& Lines() const { return lines_; }
+  VisibleLines Take() { return std::move(lines_); }
 
  private:
   // Leaves out parts that a single triangle hides. They cut no visible part either: where they
@@ -170,15 +171,21 @@ VisibleLines findVisibleLines(const Scene& scene, std::span<const CandidateEdge>
   std::vector<Index> triangles(scene.triangles.size());
   std::iota(triangles.begin(), triangles.end(), Index{0});
   const std::size_t threads = threading.For(scene.triangles.size() + edges.size());
-  const CellGrid grid(scene, triangles, edges, tolerances, threads);
-  VisibleLines lines;
-  for (const CellVisibility& visibility : walkInParallel(
-           grid, Culling::kHidden, threads, [&] { return CellVisibility(scene, tolerances); })) {
-    const VisibleLines& some = visibility.Lines();
-    lines.pieces.insert(lines.pieces.end(), some.pieces.begin(), some.pieces.end());
-    lines.piercings.insert(lines.piercings.end(), some.piercings.begin(), some.piercings.end());
+  std::vector<std::vector<EdgePiece>> pieces;
+  std::vector<std::vector<PiercingPiece>> piercings;
+  {
+    const CellGrid grid(scene, triangles, edges, tolerances, threads);
+    for (CellVisibility& visibility : walkInParallel(
+             grid, Culling::kHidden, threads, [&] { return CellVisibility(scene, tolerances); })) {
+      VisibleLines some = visibility.Take();
+      pieces.push_back(std::move(some.pieces));
+      piercings.push_back(std::move(some.piercings));
+    }
   }
-  sortAndMerge(lines.pieces, edges.size());
+  triangles = std::vector<Index>();
+  VisibleLines lines;
+  lines.piercings = joined(std::move(piercings));
+  lines.pieces = sortedAndMerged(joined(std::move(pieces)), edges.size(), threads);
   return lines;
 }
 
