@@ -92,7 +92,7 @@ class Watch {
       if (limits_.time.count() != 0 && spent_ >= limits_.time) {
         return Kill(How::kTimedOut);
       }
-      if (IsMemoryExceeded()) {
+      if (limits_.residentMemory != 0 && residentMemoryOf(child_) > limits_.residentMemory) {
         return Kill(How::kMemoryExceeded);
       }
     }
@@ -116,15 +116,6 @@ class Watch {
       spent_ += std::min<Clock::duration>(now - lastLook_, kLongestLook);
     }
     lastLook_ = now;
-  }
-
-  // Looks no more often than is promised: a report of a worker may come at any time.
-  bool IsMemoryExceeded() {
-    if (limits_.residentMemory == 0 || lastLook_ - lastMemoryLook_ < kInterval) {
-      return false;
-    }
-    lastMemoryLook_ = lastLook_;
-    return residentMemoryOf(child_) > limits_.residentMemory;
   }
 
   // More than the pipe holds, but not without end from a worker that never stops.
@@ -196,7 +187,6 @@ class Watch {
   Descriptor report_;
   WorkerLimits limits_;
   Clock::time_point lastLook_ = Clock::now();
-  Clock::time_point lastMemoryLook_ = lastLook_;
   Clock::duration spent_{};
   bool isStopped_ = false;
   WorkerReports reports_;
