@@ -1,4 +1,4 @@
-// Lists of the host's as callbacks take them.
+// The host's lists in the form that callbacks take.
 #pragma once
 
 #include <vector>
@@ -7,7 +7,7 @@
 
 namespace dxf2d {
 
-// Replaces both vectors by what `lists` lends, with the code of its run; they keep their memory.
+// Replaces both vectors with what `lists` lends, with the code of its run; they keep their memory.
 void copyLists(const KtBorrowedLists& lists, std::vector<double>& coords,
                std::vector<int>& indices);
 

@@ -10,7 +10,7 @@
 
 namespace dxf2d {
 
-// Walks nodes, one after the other, with the callbacks of one plug-in. Keeps the way down from the
+// Walks nodes, one after the other, with the callbacks of one plug-in. Keeps the path from the
 // node where the walk began on the heap. Both arguments must outlive it.
 class NodeWalk {
  public:

@@ -1,4 +1,4 @@
-// What may stand where in a scene file.
+// What is allowed where in a scene file.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Sums of three terms, bracketed once and for all: the same numbers with every compiler.
+// Sums of three terms, parenthesized once and for all: the same numbers with every compiler.
 #pragma once
 
 #include <array>

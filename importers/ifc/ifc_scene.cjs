@@ -3,13 +3,13 @@
 
 const { IDENTITY, apply, inverse, product, translation } = require('./matrix.cjs');
 
-// web-ifc stands models up with y; in IFC it is z.
+// Up is y in web-ifc, and z in IFC.
 const FROM_WEB_IFC = [1, 0, 0, 0, 0, 0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1];
 
-// Coordinates further out than this, in meters, lose the tenth of a millimeter in single precision.
+// Coordinates beyond this, in meters, are less exact than 0.1 mm in single precision.
 const FAR = 1000;
 
-// Thrown for a file that cannot be read; the message is a reason without a stop.
+// Thrown for a file that cannot be read; the message is a reason without a period.
 class ReadError extends Error {}
 
 // The lines of a model, as web-ifc gives them.
@@ -43,7 +43,7 @@ function nameOf(line) {
   return typeof name === 'string' ? name.trim() : '';
 }
 
-// Spaces are numbered by their names, and called what people call them by their long ones.
+// The name of a space is its number; its long name is what people call it.
 function nameOfProduct(line) {
   const name = nameOf(line);
   const longName = line?.LongName?.value;
@@ -210,7 +210,7 @@ class SceneBuilder {
     this.addPieces(mesh.expressID, pieces);
   }
 
-  // Where a model begins that lies far out, in whole meters; else zero.
+  // The offset of a model that is far from the origin, in whole meters; otherwise zero.
   originFrom({ id, matrix }) {
     const { points } = this.geometryOf(id);
     const begin = apply(matrix, points[0], points[1], points[2]);
@@ -222,7 +222,7 @@ class SceneBuilder {
     const container = this.relations.parents.has(id) ? this.groupOf(this.relations.parents.get(id)) : null;
     const parent = this.typeGroupOf(id, container?.node ?? null);
     const node = this.nodes[this.addNode(nameOfProduct(line) || this.lines.className(line ?? { type: 0 }), parent)];
-    // The first piece's frame is the node's, so that products which differ by their places share a mesh.
+    // The first piece's frame is the node's, so that products that differ only in placement share a mesh.
     const frame = inverse(pieces[0].matrix) === null ? IDENTITY : pieces[0].matrix;
     const parts = pieces.map((piece) => ({ ...piece, matrix: product(inverse(frame), piece.matrix) }));
     node.matrix = product(inverse(container?.world ?? IDENTITY), frame);

@@ -1,9 +1,9 @@
-// Affine maps of space: 16 numbers by columns, as glTF and web-ifc have them.
+// Affine transforms: 16 numbers, column-major, as in glTF and web-ifc.
 'use strict';
 
 const IDENTITY = [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1];
 
-// The map that applies `second`, then `first`.
+// The transform that applies `second`, then `first`.
 function product(first, second) {
   const result = new Array(16).fill(0);
   for (let column = 0; column < 4; ++column) {
@@ -16,7 +16,7 @@ function product(first, second) {
   return result;
 }
 
-// The inverse map, or null for one that has none.
+// The inverse transform, or null if there is none.
 function inverse(m) {
   const cofactor = (row, column) => {
     const [r, s] = [(row + 1) % 3, (row + 2) % 3];

@@ -7,7 +7,7 @@
 
 namespace dxf2d::step {
 
-// A file that cannot be read; what() is a reason without a stop.
+// A file that cannot be read; what() is a reason without a period.
 class ReadError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -16,7 +16,7 @@ class ReadError : public std::runtime_error {
 struct CadFile {
   // Shapes, names, colors and assemblies (XCAF), in millimeters.
   Handle(TDocStd_Document) document;
-  // That of the file if it is "mm", "cm", "m", "in" or "ft", and else "mm".
+  // That of the file if it is "mm", "cm", "m", "in" or "ft", otherwise "mm".
   std::string unit;
   double millimetersPerUnit = 1.0;
   // Whether each face has edges of its own where it meets its neighbors, as in IGES.

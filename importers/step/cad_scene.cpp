@@ -21,7 +21,7 @@
 namespace dxf2d::step {
 namespace {
 
-// By a face that stands for another, the other.
+// Maps a face that replaces another to the face that it replaces.
 using FaceMap = NCollection_DataMap<TopoDS_Shape, TopoDS_Shape, TopTools_ShapeMapHasher>;
 
 glb::Color colorOf(const Quantity_Color& color) {
@@ -41,8 +41,8 @@ std::string nameOf(const TDF_Label& label) {
   return text;
 }
 
-// Whether a program made the name and nobody knows it: of occurrences, the reader's for references
-// ("=>[0:1:1:2]") and the number of the occurrence in the file ("NAUO12").
+// Whether the name of an occurrence was generated and tells people nothing: the reader's for
+// references ("=>[0:1:1:2]"), or the number of the occurrence in the file ("NAUO12").
 bool isMadeUp(const std::string& name) {
   const auto isNumbered = [&](std::string_view prefix) {
     return name.starts_with(prefix) &&
@@ -51,7 +51,7 @@ bool isMadeUp(const std::string& name) {
   return name.empty() || name.starts_with("=>[") || isNumbered("NAUO");
 }
 
-// The place of an occurrence, with distances in a unit of so many millimeters.
+// The placement of an occurrence, with distances in a unit of `unit` millimeters.
 std::optional<std::array<double, 16>> matrixOf(const TopLoc_Location& location, double unit) {
   if (location.IsIdentity()) {
     return std::nullopt;
@@ -97,7 +97,7 @@ class SceneBuilder {
   }
 
  private:
-  // The diagonal of all.
+  // The diagonal of the whole model.
   double Size() const {
     Bnd_Box box;
     for (const TDF_Label& root : roots_) {
@@ -121,7 +121,7 @@ class SceneBuilder {
   std::size_t Add(const TDF_Label& label, const std::optional<glb::Color>& inherited) {
     TDF_Label part = label;
     XCAFDoc_ShapeTool::GetReferredShape(label, part);
-    // The color of an occurrence holds before that of its part, and both before that of the
+    // The color of an occurrence overrides that of its part, and both override that of the
     // assembly.
     std::optional<glb::Color> color = ColorOf(label);
     if (!color) {

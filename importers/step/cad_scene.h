@@ -9,10 +9,10 @@
 namespace dxf2d::step {
 
 struct DivisionOptions {
-  // How far triangles may be from their faces, in the unit of the file; none: 1/2000 of the size of
-  // all.
+  // How far triangles may be from their faces, in the unit of the file; none: 1/2000 of the model's
+  // size.
   std::optional<double> distance;
-  // In degrees.
+  // Between adjacent triangles, in degrees.
   double angle = 12.0;
 };
 

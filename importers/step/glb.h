@@ -1,4 +1,4 @@
-// Scenes as importers hand them over: binary glTF 2.0 with what glTF does not say in asset.extras
+// Scenes as importers hand them over: binary glTF 2.0, and in asset.extras what glTF cannot say
 // (see docs/importers.md).
 #pragma once
 
@@ -22,7 +22,7 @@ struct Primitive {
   Kind kind = Kind::kTriangles;
   std::vector<std::array<float, 3>> points;
   std::vector<std::uint32_t> indices;
-  // None: the color that a program has for things without one.
+  // None: the default color of the program that reads it.
   std::optional<Color> color;
 };
 
@@ -30,7 +30,7 @@ using Mesh = std::vector<Primitive>;
 
 struct Node {
   std::string name;
-  // By columns, as glTF has it; empty for the identity.
+  // Column-major, as in glTF; empty for the identity.
   std::optional<std::array<double, 16>> matrix;
   std::optional<std::size_t> mesh;
   std::vector<std::size_t> children;
@@ -42,9 +42,9 @@ struct Scene {
   std::vector<std::size_t> roots;
   // The importer and its version.
   std::string generator;
-  // "mm", "cm", "m", "in" or "ft"; what one unit of the coordinates is.
+  // The unit of the coordinates: "mm", "cm", "m", "in" or "ft".
   std::string unit;
-  // What was left out, as sentences without a stop.
+  // What was left out, as sentences without a period.
   std::vector<std::string> notes;
 };
 

@@ -21,8 +21,8 @@
 namespace dxf2d::step {
 namespace {
 
-// Faces that meet at less than this, in radians, run smoothly into each other. Files give tangents
-// to some digits only.
+// Faces that meet at less than this, in radians, are tangent to each other. Files give tangents
+// to a few digits only.
 constexpr double kSmooth = 0.035;
 
 using PointKey = std::array<float, 3>;
@@ -91,7 +91,7 @@ bool addFace(const TopoDS_Face& face, Collector& triangles) {
   return true;
 }
 
-// The points of an edge; none when it has not been divided.
+// The points of an edge; none when it has not been triangulated.
 std::vector<gp_Pnt> pointsOf(const TopoDS_Edge& edge) {
   std::vector<gp_Pnt> points;
   TopLoc_Location location;

@@ -56,7 +56,7 @@ Archive openArchive(const std::string& path) {
   return file;
 }
 
-// The name of what a program that packs single files has packed: "a.obj.gz", "a.stpz".
+// The name of the file in a compressed single file, such as "a.obj.gz" or "a.stpz".
 std::string unpackedName(const std::string& path) {
   const std::filesystem::path name = std::filesystem::path(path).filename();
   const std::string end = name.extension().string();

@@ -7,7 +7,7 @@
 
 namespace dxf2d::unpack {
 
-// A file that cannot be unpacked; what() is a reason without a stop.
+// A file that cannot be unpacked; what() is a reason without a period.
 class UnpackError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
@@ -21,8 +21,8 @@ struct Member {
   bool isEncrypted = false;
 };
 
-// The members of the archive at `path`: tar, Zip or 7-Zip, packed by gzip, bzip2, xz or zstd; or
-// the one file that such a program has packed. Throws UnpackError.
+// The members of the archive at `path`: tar, Zip or 7-Zip, or compressed with gzip, bzip2, xz
+// or zstd; or the one file that such a program has compressed. Throws UnpackError.
 std::vector<Member> membersOf(const std::string& path);
 
 // Writes the regular members of the archive's folder `folder` into the directory `directory`, which
