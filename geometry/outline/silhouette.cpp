@@ -1,5 +1,6 @@
 #include "geometry/outline/silhouette.h"
 
+#include <algorithm>
 #include <cassert>
 #include <cmath>
 #include <cstddef>
@@ -38,7 +39,7 @@ Vector3 areaOf(const PolygonSet& set, std::uint32_t polygon) {
   const std::span<const int> corners = set.CornersOf(polygon);
   const auto namesNone = [&](int index) { return !namesPoint(index, set.points.size()); };
   const auto pointAt = [&](int index) { return set.points[static_cast<std::size_t>(index)]; };
-  if (namesNone(corners[0]) || namesNone(corners[1])) {
+  if (corners.size() < 2 || namesNone(corners[0]) || namesNone(corners[1])) {
     return {};
   }
   const KtPoint3 origin = pointAt(corners[0]);
@@ -118,11 +119,8 @@ std::span<const int> PolygonSet::CornersOf(std::uint32_t polygon) const {
     return polygons.subspan(std::size_t{3} * polygon, 3);
   }
   const std::span<const int> rest = polygons.subspan(starts[polygon]);
-  std::size_t size = 2;
-  while (rest[size] != KtRunCode::kPolygon) {
-    ++size;
-  }
-  return rest.first(size);
+  const auto end = std::find(rest.begin(), rest.end(), KtRunCode::kPolygon);
+  return rest.first(static_cast<std::size_t>(end - rest.begin()));
 }
 
 void findFacings(const PolygonSet& set, std::size_t threads, std::vector<Facing>& facings) {

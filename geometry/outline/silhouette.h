@@ -24,8 +24,8 @@ enum class Facing : std::uint8_t {
 };
 
 // The polygons of a set: flat, each ended by KtRunCode::kPolygon, polygon f at position starts[f].
-// Every polygon has at least two entries before its code. Without `starts`, triangles: three
-// entries each, and no codes.
+// A code within a run leaves polygons of fewer than three entries, too. Without `starts`,
+// triangles: three entries each, and no codes.
 struct PolygonSet {
   const std::vector<KtPoint3>& points;
   std::span<const int> polygons;

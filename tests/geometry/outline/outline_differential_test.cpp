@@ -151,6 +151,24 @@ TEST(OutlineAgainstReference, HostileSets) {
   EXPECT_LT(drawn, 3 * kSets - kSets / 10);
 }
 
+// The first two entries of a run are points whatever they are, and so end polygons early.
+TEST(OutlineAgainstReference, PolygonsThatCodesCutShort) {
+  int drawn = 0;
+  for (const int first : {-7, 3, 9}) {
+    for (const int second : {-7, 4}) {
+      for (const int code : {-3, -4, -5, -7}) {
+        IndexedSet set;
+        for (int i = 0; i < 6; ++i) {
+          set.points.emplace_back(i % 3, i / 3, i % 2);
+        }
+        set.indices = {0, 1, 2, -7, first, second, 4, 5, code};
+        EXPECT_TRUE(agree(set, drawn)) << first << " " << second << " " << code;
+      }
+    }
+  }
+  EXPECT_GT(drawn, 0);
+}
+
 TEST(OutlineAgainstReference, TriangleSoups) {
   Random random(2);
   int drawn = 0;
