@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/model/affine.h"
+#include "geometry/outline/numbered_points.h"
 #include "ktscene/kt_run_code.h"
 
 namespace dxf2d {
@@ -50,17 +51,74 @@ bool appendCoords(const At& at, std::size_t count, Place place, std::vector<doub
   return sum == 0.0;
 }
 
+template <typename At>
+bool appendCoords(const At& at, std::size_t count, const std::array<double, 9>& residual,
+                  std::vector<double>& coords) {
+  if (residual == Affine{}.linear) {
+    return appendCoords(
+        at, count, [](const auto& v) { return widened(v); }, coords);
+  }
+  return appendCoords(
+      at, count, [&](const auto& v) { return transformed(v, residual); }, coords);
+}
+
 bool appendCoords(const SourceMesh& mesh, const std::array<double, 9>& residual,
                   std::vector<double>& coords) {
-  return mesh.WithVertices([&](const auto& at) {
-    const std::size_t count = mesh.VertexCount();
-    if (residual == Affine{}.linear) {
-      return appendCoords(
-          at, count, [](const auto& v) { return widened(v); }, coords);
+  return mesh.WithVertices(
+      [&](const auto& at) { return appendCoords(at, mesh.VertexCount(), residual, coords); });
+}
+
+// The triangles with corners of these numbers, as runs.
+std::vector<int> triangleRuns(const PointNumbers& corners) {
+  // In batches, for the same reason as coordinates.
+  constexpr std::size_t kBatch = 256;
+  std::array<int, 4 * kBatch> batch;
+  std::vector<int> runs;
+  runs.reserve(corners.size() / 3 * 4);
+  for (std::size_t begin = 0; begin < corners.size();) {
+    const std::size_t end = begin + std::min(3 * kBatch, corners.size() - begin);
+    int* out = batch.data();
+    for (; begin < end; begin += 3) {
+      out = std::copy_n(corners.begin() + static_cast<std::ptrdiff_t>(begin), 3, out);
+      *out++ = KtRunCode::kPolygon;
     }
-    return appendCoords(
-        at, count, [&](const auto& v) { return transformed(v, residual); }, coords);
-  });
+    runs.insert(runs.end(), batch.data(), out);
+  }
+  return runs;
+}
+
+// The same points drawn from a sixth of the coordinates, so that neither they nor the plug-in's
+// copies of them need be written and read. Points that only the residual brings together are left
+// for the plug-in, which keeps the first of those.
+std::shared_ptr<const KtFaceSet> weldedFaces(const StlTriangles& triangles,
+                                             const std::array<double, 9>& residual,
+                                             const Threading& threading) {
+  struct Corner {
+    double x;
+    double y;
+    double z;
+  };
+  std::vector<KtPoint3> points;
+  PointNumbers corners;
+  {
+    std::vector<BlockPoints> blocks;
+    const std::size_t count = 3 * triangles.Count();
+    const auto vertexAt = [&](std::size_t i) {
+      const Vertex vertex = widened(triangles.VertexAt(i));
+      return KtPoint3(vertex[0], vertex[1], vertex[2]);
+    };
+    numberPoints(count, expectedPoints(count, count), vertexAt, threading.For(count), points,
+                 corners, blocks);
+  }
+  auto faces = std::make_shared<KtFaceSet>();
+  const auto pointAt = [&](std::size_t i) {
+    return Corner{points[i].Get0(), points[i].Get1(), points[i].Get2()};
+  };
+  if (!appendCoords(pointAt, points.size(), residual, faces->coords)) {
+    return nullptr;
+  }
+  faces->indices = triangleRuns(corners);
+  return faces;
 }
 
 std::vector<int> polygonRuns(const SourceMesh& mesh, const MeshContent& content) {
@@ -93,10 +151,15 @@ std::vector<int> lineRuns(const SourceMesh& mesh, const MeshContent& content) {
 }  // namespace
 
 bool makeMeshGeometry(const SourceMesh& mesh, const MeshContent& content,
-                      const std::array<double, 9>& residual, MeshGeometry& geometry) {
+                      const std::array<double, 9>& residual, const Threading& threading,
+                      MeshGeometry& geometry) {
   geometry = MeshGeometry{};
   if (content.IsEmpty()) {
     return true;
+  }
+  if (mesh.Triangles() != nullptr) {
+    geometry.faces = weldedFaces(*mesh.Triangles(), residual, threading);
+    return geometry.faces != nullptr;
   }
   std::vector<double> coords;
   if (!appendCoords(mesh, residual, coords)) {

@@ -164,16 +164,20 @@ PlanBlock BlockBuilder::BuildAsGiven(const std::vector<unsigned>& meshes,
       continue;
     }
     MeshGeometry geometry;
-    if (!makeMeshGeometry(MeshOf(mesh), ContentOf(mesh), residual, geometry)) {
+    if (!makeMeshGeometry(MeshOf(mesh), ContentOf(mesh), residual, options_.threading, geometry)) {
       Fail(mesh, outOfRange());
     }
     if (geometry.faces) {
+      if (MeshOf(mesh).Triangles() != nullptr) {
+        hull.AddAll(geometry.faces->coords, geometry.faces->indices);
+      } else {
+        hull.Add(geometry.faces->coords, geometry.faces->indices);
+      }
       block.parts.push_back({std::move(geometry.faces), ColorOf(mesh), mesh});
-      addTo(hull, block.parts.back().geometry);
     }
     if (geometry.lines) {
+      hull.Add(geometry.lines->coords, geometry.lines->indices);
       block.parts.push_back({std::move(geometry.lines), ColorOf(mesh), mesh});
-      addTo(hull, block.parts.back().geometry);
     }
   }
   block.hull = hull.Take();

@@ -78,6 +78,19 @@ void HullPoints::Add(const std::vector<double>& coords, const std::vector<int>& 
   });
 }
 
+void HullPoints::AddAll(const std::vector<double>& coords, const std::vector<int>& indices) {
+  if (anyTurn_) {
+    // A hull depends in its last digits on the order in which points come, and how often.
+    Add(coords, indices);
+    return;
+  }
+  PlanExtent box = box_;
+  for (std::size_t i = 0; i + 2 < coords.size(); i += 3) {
+    box.Add(coords[i], coords[i + 1]);
+  }
+  box_ = box;
+}
+
 PlanPoints HullPoints::Take() {
   PlanPoints points = convexHull(std::move(points_));
   points_.clear();

@@ -42,6 +42,8 @@ class HullPoints {
   // Adds the points of x, y, z triples that an index list names; its negative codes are passed
   // over.
   void Add(const std::vector<double>& coords, const std::vector<int>& indices);
+  // The same of a list whose points are all named.
+  void AddAll(const std::vector<double>& coords, const std::vector<int>& indices);
   // The points; none when nothing was added.
   PlanPoints Take();
 

@@ -18,16 +18,17 @@ namespace dxf2d {
 // rows: a hash table would scatter them.
 class CsrAdjacency {
  public:
-  // Replaces the content by what forEach(visit) passes to visit(first, second, tag). `forEach` is
-  // called twice by each of `threads` threads, each of which keeps a share of the rows, and must
-  // visit the same each time; every `first` must be less than `rowCount`.
+  // Replaces the content by what forEach(rows, visit) passes to visit(first, second, tag), at least
+  // all whose `first` is one of the rows. `forEach` is called twice by each of `threads` threads,
+  // each of which keeps a share of the rows, and must visit the same each time; every `first` must
+  // be less than `rowCount`.
   template <class ForEach>
   void Build(std::size_t rowCount, std::size_t threads, ForEach forEach) {
     // Calls visit for all that is in the rows of one of the threads.
     const auto forEachIn = [&](std::size_t share, auto visit) {
       const std::size_t begin = rowCount / threads * share;
       const std::size_t end = share + 1 == threads ? rowCount : begin + rowCount / threads;
-      forEach([&](std::uint32_t first, std::uint32_t second, std::uint32_t tag) {
+      forEach(Block{begin, end}, [&](std::uint32_t first, std::uint32_t second, std::uint32_t tag) {
         assert(first < rowCount);
         if (first >= begin && first < end) {
           visit(first, second, tag);

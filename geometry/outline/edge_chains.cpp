@@ -82,7 +82,7 @@ void removeCoincident(const std::vector<KtPoint3>& points, std::vector<Edge>& ed
     return scratch.planCorner[static_cast<std::size_t>(point)];
   };
   // Smaller corner first: a segment is the same in either direction.
-  scratch.segments.Build(scratch.corners.size(), 1, [&](auto visit) {
+  scratch.segments.Build(scratch.corners.size(), 1, [&](Block /*rows*/, auto visit) {
     for (std::uint32_t e = 0; e < edges.size(); ++e) {
       const std::uint32_t a = planCornerOf(edges[e].first);
       const std::uint32_t b = planCornerOf(edges[e].second);

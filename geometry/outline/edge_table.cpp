@@ -19,10 +19,43 @@ void visitEdge(int a, int b, std::uint32_t polygon, std::size_t pointCount, Visi
   }
 }
 
-// Does so for every edge of every triangle.
+// Triangles that are next to each other in the list, and between which numbers their points are.
+// Points have the order in which they come first, so mostly these are a small part of all.
+struct TriangleBatch {
+  static constexpr std::size_t kCorners = std::size_t{3} * 1024;
+
+  int least;
+  int greatest;
+
+  bool MayHaveRowsOf(Block rows) const {
+    return static_cast<std::size_t>(least) < rows.end &&
+           static_cast<std::size_t>(greatest) >= rows.begin;
+  }
+};
+
+std::vector<TriangleBatch> batchesOf(std::span<const int> corners, std::size_t threads) {
+  std::vector<TriangleBatch> batches((corners.size() + TriangleBatch::kCorners - 1) /
+                                     TriangleBatch::kCorners);
+  Blocks(batches.size(), threads).Run([&](std::size_t, Block block) {
+    for (std::size_t i = block.begin; i < block.end; ++i) {
+      const std::size_t begin = i * TriangleBatch::kCorners;
+      const std::size_t size = std::min(TriangleBatch::kCorners, corners.size() - begin);
+      TriangleBatch batch{corners[begin], corners[begin]};
+      for (const int corner : corners.subspan(begin, size)) {
+        batch.least = std::min(batch.least, corner);
+        batch.greatest = std::max(batch.greatest, corner);
+      }
+      batches[i] = batch;
+    }
+  });
+  return batches;
+}
+
+// Does so for every edge of the triangles from position `begin` to `end` of the corners.
 template <class Visit>
-void forEachTriangleEdge(std::span<const int> corners, std::size_t pointCount, Visit visit) {
-  for (std::size_t i = 0; i + 2 < corners.size(); i += 3) {
+void forEachTriangleEdge(std::span<const int> corners, std::size_t begin, std::size_t end,
+                         std::size_t pointCount, Visit visit) {
+  for (std::size_t i = begin; i + 2 < end; i += 3) {
     const auto triangle = static_cast<std::uint32_t>(i / 3);
     visitEdge(corners[i], corners[i + 1], triangle, pointCount, visit);
     visitEdge(corners[i + 1], corners[i + 2], triangle, pointCount, visit);
@@ -87,14 +120,29 @@ void EdgeTable::Build(const std::vector<int>& polygons, std::size_t pointCount,
                                    static_cast<std::size_t>(polygons.rend() - lastCode));
   findStarts(whole, threads, starts_);
   adjacency_.Build(pointCount, threads,
-                   [&](auto visit) { forEachPolygonEdge(whole, pointCount, visit); });
+                   [&](Block, auto visit) { forEachPolygonEdge(whole, pointCount, visit); });
 }
 
 void EdgeTable::BuildTriangles(std::span<const int> corners, std::size_t pointCount,
                                std::size_t threads) {
   starts_.clear();
-  adjacency_.Build(pointCount, threads,
-                   [&](auto visit) { forEachTriangleEdge(corners, pointCount, visit); });
+  if (threads == 1) {
+    adjacency_.Build(pointCount, 1, [&](Block, auto visit) {
+      forEachTriangleEdge(corners, 0, corners.size(), pointCount, visit);
+    });
+    return;
+  }
+  const std::vector<TriangleBatch> batches = batchesOf(corners, threads);
+  adjacency_.Build(pointCount, threads, [&](Block rows, auto visit) {
+    for (std::size_t i = 0; i < batches.size(); ++i) {
+      if (batches[i].MayHaveRowsOf(rows)) {
+        const std::size_t begin = i * TriangleBatch::kCorners;
+        forEachTriangleEdge(corners, begin,
+                            std::min(begin + TriangleBatch::kCorners, corners.size()), pointCount,
+                            visit);
+      }
+    }
+  });
 }
 
 }  // namespace dxf2d

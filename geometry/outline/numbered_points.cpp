@@ -1,7 +1,7 @@
 #include "geometry/outline/numbered_points.h"
 
 #include <algorithm>
-#include <cassert>
+#include <utility>
 
 #include "platform/parallel.h"
 #include "platform/prefetch.h"
@@ -9,15 +9,6 @@
 namespace dxf2d {
 
 namespace {
-
-std::uint64_t hashOf(const KtPoint3& point) {
-  return PointIndex::Hash(point.Get0(), point.Get1(), point.Get2());
-}
-
-struct Candidate {
-  KtPoint3 point;
-  std::uint64_t hash;
-};
 
 // Returns use(pointAt), where pointAt(i) is the i-th point.
 template <class Use>
@@ -35,57 +26,6 @@ auto withPoints(const std::vector<double>& coords, const KtMatrix& transform, Us
     point.Mult(transform);
     return point;
   });
-}
-
-// Numbers `count` points: pointAt(i) is the i-th, keep(point) appends one to the kept ones, of
-// which keptAt(number) is one.
-template <class PointAt, class Keep, class KeptAt>
-void numberEach(std::size_t count, PointAt pointAt, Keep keep, KeptAt keptAt, PointIndex& table,
-                int* numbers) {
-  // Points that share no corners come six times on average, so the table is to be a quarter full.
-  table.Reset(count / 2);
-  std::uint32_t keptCount = 0;
-  forEachPrefetched(
-      table, count,
-      [&](std::size_t i) {
-        const KtPoint3 point = pointAt(i);
-        return Candidate{point, hashOf(point)};
-      },
-      [&](std::size_t i, const Candidate& candidate) {
-        // A point that is not finite equals no kept one, so only new points need testing.
-        const std::uint32_t number = table.FindOrInsertIf(
-            candidate.hash, keptCount,
-            [&](std::uint32_t other) { return keptAt(other) == candidate.point; },
-            [&] { return isFinite(candidate.point); });
-        if (number == keptCount) {
-          keep(candidate.point);
-          ++keptCount;
-          if (table.IsCrowdedBy(keptCount)) {
-            table.Grow(keptCount, [&](std::uint32_t other) { return hashOf(keptAt(other)); });
-          }
-        }
-        numbers[i] = number == PointIndex::kNone ? kNoPoint : static_cast<int>(number);
-        return true;
-      });
-}
-
-// The same for a part of a list of coordinates.
-template <class PointAt>
-void numberBlock(Block block, PointAt pointAt, std::vector<KtPoint3>& kept, PointIndex& table,
-                 int* numbers) {
-  const std::size_t count = block.end - block.begin;
-  kept.clear();
-  const auto keep = [&](const KtPoint3& point) {
-    if (kept.size() == kept.capacity()) {
-      // Most sets of triangles that share no points shrink to less than a quarter.
-      reserveLarge(kept, std::max(count / 4 + 1, kept.size() * 2));
-    }
-    kept.push_back(point);
-  };
-  numberEach(
-      count, [&](std::size_t i) { return pointAt(block.begin + i); }, keep,
-      [&](std::uint32_t number) -> const KtPoint3& { return kept[number]; }, table,
-      numbers + block.begin);
 }
 
 // Joins the points that the blocks keep.
@@ -194,32 +134,14 @@ class BlockJoiner {
 
 }  // namespace
 
-void numberPoints(const std::vector<double>& coords, const KtMatrix& transform, std::size_t threads,
-                  std::vector<KtPoint3>& points, PointNumbers& numbers,
-                  std::vector<BlockPoints>& blocks) {
-  assert(threads <= kMostThreads);
-  const std::size_t count = coords.size() / 3;
-  numbers.resize(count);
-  blocks.resize(threads);
-  const auto blockOf = [&](std::size_t number) {
-    const std::size_t size = count / threads;
-    return Block{size * number, number + 1 == threads ? count : size * (number + 1)};
-  };
-  withPoints(coords, transform, [&](auto pointAt) {
-    runInParallel(threads, threads, [&](std::size_t number) {
-      BlockPoints& block = blocks[number];
-      numberBlock(blockOf(number), pointAt, threads == 1 ? points : block.kept, block.table,
-                  numbers.data());
-    });
-  });
-  if (threads == 1) {
-    return;
-  }
+void joinBlocks(std::vector<BlockPoints>& blocks, std::size_t count, std::vector<KtPoint3>& points,
+                PointNumbers& numbers) {
+  const std::size_t threads = blocks.size();
   BlockJoiner(blocks, threads).Join(points);
   Blocks(count, threads).Run([&](std::size_t, Block part) {
     // The first block's points have their numbers.
     for (std::size_t number = 1; number < threads; ++number) {
-      const Block block = blockOf(number);
+      const Block block = blockOf(number, threads, count);
       const std::size_t end = std::min(block.end, part.end);
       for (std::size_t i = std::max(block.begin, part.begin); i < end; ++i) {
         if (numbers[i] != kNoPoint) {
@@ -231,11 +153,19 @@ void numberPoints(const std::vector<double>& coords, const KtMatrix& transform, 
   });
 }
 
+void numberPoints(const std::vector<double>& coords, const KtMatrix& transform,
+                  std::size_t expected, std::size_t threads, std::vector<KtPoint3>& points,
+                  PointNumbers& numbers, std::vector<BlockPoints>& blocks) {
+  withPoints(coords, transform, [&](auto pointAt) {
+    numberPoints(coords.size() / 3, expected, pointAt, threads, points, numbers, blocks);
+  });
+}
+
 void numberPoints(std::vector<KtPoint3>& points, PointNumbers& numbers, PointIndex& table) {
   numbers.resize(points.size());
   std::size_t kept = 0;
   numberEach(
-      points.size(), [&](std::size_t i) { return points[i]; },
+      points.size(), points.size() / 4, [&](std::size_t i) { return points[i]; },
       [&](const KtPoint3& point) { points[kept++] = point; },
       [&](std::uint32_t number) -> const KtPoint3& { return points[number]; }, table,
       numbers.data());

@@ -36,7 +36,8 @@ void weldPoints(std::vector<KtPoint3>& points, std::vector<int>& indices, WeldSc
 void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
                 const std::vector<int>& indices, std::size_t threads, std::vector<KtPoint3>& points,
                 std::vector<int>& welded, WeldScratch& scratch) {
-  numberPoints(coords, transform, threads, points, scratch.numbers, scratch.blocks);
+  numberPoints(coords, transform, expectedPoints(coords.size() / 3, indices.size()), threads,
+               points, scratch.numbers, scratch.blocks);
   // It may be the list of indices itself.
   reserveLarge(welded, indices.size());
   welded.resize(indices.size());
@@ -50,7 +51,8 @@ void weldCoords(const std::vector<double>& coords, const KtMatrix& transform,
 void weldTriangles(const std::vector<double>& coords, const KtMatrix& transform,
                    const std::vector<int>& indices, TriangleRuns runs, std::size_t threads,
                    std::vector<KtPoint3>& points, PointNumbers& corners, WeldScratch& scratch) {
-  numberPoints(coords, transform, threads, points, scratch.numbers, scratch.blocks);
+  numberPoints(coords, transform, expectedPoints(coords.size() / 3, indices.size()), threads,
+               points, scratch.numbers, scratch.blocks);
   const std::size_t triangles = indices.size() / kTriangleRun;
   if (runs == TriangleRuns::kSeparate && 3 * triangles <= scratch.numbers.size()) {
     corners.swap(scratch.numbers);

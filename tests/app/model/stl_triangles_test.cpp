@@ -20,6 +20,8 @@
 #include "app/model/model_reader.h"
 #include "app/model/object_mesh.h"
 #include "app/model/plan_scene.h"
+#include "app/model/view.h"
+#include "geometry/outline/outline.h"
 #include "tests/support/scratch_directory.h"
 
 namespace dxf2d {
@@ -80,6 +82,29 @@ std::vector<std::vector<double>> coordsOf(const PlanScene& plan) {
   return all;
 }
 
+// What the plug-in draws of the plan's faces.
+std::vector<std::vector<double>> outlinesOf(const PlanScene& plan) {
+  std::vector<std::vector<double>> all;
+  for (const KtSceneNode& node : plan.scene.nodes) {
+    for (const KtSceneNode& leaf : node.children) {
+      for (const KtSceneGeometry& geometry : leaf.geometry) {
+        const KtMatrix transform;
+        const KtFaceSet& faces = *std::get<std::shared_ptr<const KtFaceSet>>(geometry);
+        std::vector<KtPoint3> points;
+        std::vector<int> chains;
+        EXPECT_TRUE(BuildOutline({faces.coords, transform}, faces.indices, points, chains,
+                                 faces.reverseOrientation, faces.closedSurface));
+        std::vector<double>& coords = all.emplace_back();
+        for (const KtPoint3& point : points) {
+          coords.insert(coords.end(), {point.Get0(), point.Get1(), point.Get2()});
+        }
+        all.emplace_back(chains.begin(), chains.end());
+      }
+    }
+  }
+  return all;
+}
+
 // The plan of the file as assimp reads it.
 PlanScene planThroughAssimp(const std::string& path, const PlanOptions& options) {
   Assimp::Importer importer;
@@ -105,8 +130,24 @@ TEST_F(StlFile, GivesThePlanThatAssimpWouldGive) {
   expectTheSamePlan(path, options);
   options.repair = false;
   expectTheSamePlan(path, options);
+}
+
+TEST_F(StlFile, AsGivenIsDrawnAsThroughAssimp) {
+  const std::string path = Write(stlOf(randomTriangles(300)));
+  PlanOptions options;
+  options.repair = false;
   options.creaseDegrees = mesh::kNoCreases;
-  expectTheSamePlan(path, options);
+  for (const char* const view : {"top", "front", "10,20"}) {
+    options.view = parseView(view).value();
+    const Model model = readModel(path);
+    const PlanScene plan = makePlanScene(*model.scene, model.source, options);
+    const PlanScene expected = planThroughAssimp(path, options);
+    EXPECT_EQ(outlinesOf(plan), outlinesOf(expected)) << view;
+    EXPECT_EQ(plan.content.extent.minX, expected.content.extent.minX);
+    EXPECT_EQ(plan.content.extent.maxY, expected.content.extent.maxY);
+    // Of 7 x 7 x 7 places.
+    EXPECT_LE(coordsOf(plan)[0].size(), 3U * 343U);
+  }
 }
 
 TEST_F(StlFile, GivesTheMeshThatItsCornersMakeWeldedAtAnyScale) {
