@@ -32,7 +32,9 @@ std::optional<std::size_t> numberFrom(const char* variable) {
 Threading readThreading() {
   // Below, starting threads takes as long as they save.
   constexpr std::size_t kLeastWork = 100'000;
-  return {std::clamp<std::size_t>(numberFrom("KT_THREADS").value_or(1), 1, kMostThreads),
+  // 0 where the system does not tell.
+  const std::size_t processors = std::thread::hardware_concurrency();
+  return {std::clamp<std::size_t>(numberFrom("KT_THREADS").value_or(processors), 1, kMostThreads),
           numberFrom("KT_THREADS_FROM").value_or(kLeastWork)};
 }
 

@@ -24,11 +24,8 @@ struct Threading {
 // More threads than this would wait for memory.
 inline constexpr std::size_t kMostThreads = 64;
 
-// What the user wants: as many threads as KT_THREADS says, else one, and from KT_THREADS_FROM
-// entries of a set on, else 100,000. Both variables are read once.
-//
-// One is the default because two threads on two processors are not faster so far: together they
-// touch twice as many new pages.
+// What the user wants: as many threads as KT_THREADS says, else as the process may use processors,
+// and from KT_THREADS_FROM entries of a set on, else 100,000. Both variables are read once.
 const Threading& processThreading();
 
 // Calls work(0) .. work(count - 1), each once and in any order, on the calling thread and up to

@@ -95,6 +95,7 @@ class ExportTask {
     [[maybe_unused]] const bool isKnown = SetThreadCodePage(options_.codePage);
     assert(isKnown);
     setDrawingName(job_.drawing == "-" ? "" : job_.drawing);
+    setPluginThreads(options_.plan.threading.most);
     enterPlugin(options_.plugin, traverser_);
     CheckFormat();
     if (pictureFormatOf(*options_.format) || preview_) {

@@ -1,6 +1,7 @@
 // The plug-in, loaded at run time, and its error boxes.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <utility>
 
@@ -29,6 +30,10 @@ struct PluginFacts {
 
   bool WritesDxf() const { return end == ".dxf"; }
 };
+
+// Has plug-ins loaded from now on work with up to this many threads on a large set, unless the user
+// says otherwise (KT_THREADS).
+void setPluginThreads(std::size_t threads);
 
 // Loads the plug-in at `path`, or, when that is empty, the one that belongs to this program, and
 // lets it register its callbacks with `traverser`. It stays loaded to the end of the process: the

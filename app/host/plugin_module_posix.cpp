@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <vector>
@@ -109,6 +110,12 @@ std::string pluginFile(const std::string& path) {
                        tr("change to another, or name the plug-in by its whole path")});
   }
   return file.string();
+}
+
+void setPluginThreads(std::size_t threads) {
+  // Without memory for it, the plug-in chooses for itself.
+  constexpr int kKept = 0;
+  static_cast<void>(setenv("KT_THREADS", std::to_string(threads).c_str(), kKept));
 }
 
 void enterPlugin(const std::string& path, KtTraverser& traverser) {

@@ -20,7 +20,7 @@ using TagsOfPairs = std::vector<std::pair<Pair, std::vector<std::uint32_t>>>;
 
 TagsOfPairs grouped(CsrAdjacency& rows, std::size_t rowCount, const std::vector<Triple>& triples,
                     std::size_t threads = 1) {
-  rows.Build(rowCount, threads, [&](auto visit) {
+  rows.Build(rowCount, threads, [&](Block, auto visit) {
     for (const auto& [first, second, tag] : triples) {
       visit(first, second, tag);
     }
