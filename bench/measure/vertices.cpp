@@ -68,14 +68,17 @@ std::vector<char> bytesOf(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
+// Each block is copied first, as what an export writes has to be put together somewhere.
 double secondsOfPlainWrites(const std::string& path, const std::vector<char>& bytes) {
   constexpr std::size_t kBlock = std::size_t{1} << 20;
+  std::vector<char> buffer(kBlock);
   std::remove(path.c_str());
   return secondsOf([&] {
     const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
     for (std::size_t begin = 0; begin < bytes.size(); begin += kBlock) {
       const std::size_t count = std::min(kBlock, bytes.size() - begin);
-      if (write(file, bytes.data() + begin, count) != static_cast<ssize_t>(count)) {
+      std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(begin), count, buffer.begin());
+      if (write(file, buffer.data(), count) != static_cast<ssize_t>(count)) {
         throw std::runtime_error("cannot write '" + path + "'");
       }
     }
@@ -93,7 +96,7 @@ void measure(const MeasureOptions& options, const std::string& key, const std::s
       [&] { return secondsOfPlainWrites(path, bytes); });
   std::remove(path.c_str());
   report(key, subject + ", " + std::to_string(bytes.size() / 1'000'000) + " MB", comparison,
-         "callbacks", "write(2)");
+         "callbacks", "copy and write(2)");
 }
 
 }  // namespace
@@ -107,5 +110,5 @@ void measureVertices(const MeasureOptions& options) {
     sets.push_back(randomWalk(kVerticesPerSet, seed));
   }
   measure(options, "W", "line sets of 1,000 vertices", sets, vertexCount / kVerticesPerSet);
-  measure(options, "W+", "one line set", {randomWalk(vertexCount, 0)}, 1);
+  measure(options, "W1", "one line set", {randomWalk(vertexCount, 0)}, 1);
 }
