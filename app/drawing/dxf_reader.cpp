@@ -133,7 +133,7 @@ void noteSkipped(const std::string& name, const Drawing& drawing) {
   for (const std::string& kind : drawing.skippedKinds) {
     kinds += (kinds.empty() ? "" : ", ") + kind;
   }
-  note(trn("%1: %2 entities of unsupported kinds were left out, such as %3",
+  note(trn("%1: %2 entity of an unsupported kind was left out, %3",
            "%1: %2 entities of unsupported kinds were left out, such as %3", drawing.skippedCount,
            {name, std::to_string(drawing.skippedCount), kinds}));
 }

@@ -225,7 +225,7 @@ class ExportTask {
   void CheckCut(const PlanContent& content) const {
     if (content.openEnds != 0) {
       throw ModelError(kExitInput, {job_.model,
-                                    trn("its cut lines have %1 open ends, and --strict was given",
+                                    trn("its cut lines have %1 open end, and --strict was given",
                                         "its cut lines have %1 open ends, and --strict was given",
                                         content.openEnds, {std::to_string(content.openEnds)}),
                                     tr("close the gaps of the model, or cut it elsewhere")});

@@ -10,7 +10,7 @@ namespace dxf2d::page {
 int writePage(const Drawing& drawing, const PageStyle& style, const WorkOutput& output) {
   const Page page = makePage(drawing, style);
   if (page.leftOut != 0) {
-    note(trn("%1: %2 entities with coordinates out of range were left out",
+    note(trn("%1: %2 entity with coordinates out of range was left out",
              "%1: %2 entities with coordinates out of range were left out", page.leftOut,
              {style.name, std::to_string(page.leftOut)}));
   }

@@ -10,7 +10,7 @@ namespace dxf2d {
 int writePicture(const Drawing& drawing, const PictureStyle& style, const WorkOutput& output) {
   const Picture picture = drawPicture(drawing, style);
   if (picture.leftOut != 0) {
-    note(trn("%1: %2 entities with coordinates out of range were left out",
+    note(trn("%1: %2 entity with coordinates out of range was left out",
              "%1: %2 entities with coordinates out of range were left out", picture.leftOut,
              {style.name, std::to_string(picture.leftOut)}));
   }

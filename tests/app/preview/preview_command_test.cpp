@@ -138,7 +138,7 @@ TEST(PreviewCommand, OtherEntitiesAreNoted) {
   const Fixture fixture(lineText(1, 0, 0, 1, 1) + entityText("HATCH", "10=0"));
   const Outcome outcome = run(fixture.options);
   EXPECT_EQ(outcome.code, kExitDone);
-  expectContains(outcome.said, "1 entities of unsupported kinds");
+  expectContains(outcome.said, "1 entity of an unsupported kind was left out, ");
   expectContains(outcome.said, "'HATCH'");
 }
 
