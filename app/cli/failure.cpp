@@ -51,14 +51,16 @@ std::string noteForParent(const std::string& sentence) {
   return english == sentence ? sentence : sentence + kLanguageEnd + english;
 }
 
-void noteFromWorker(const std::string& received) {
+std::string sentenceFromWorker(const std::string& received) {
   const std::size_t end = received.find(kLanguageEnd);
-  const std::string sentence = received.substr(0, end);
+  std::string sentence = received.substr(0, end);
   if (end != std::string::npos) {
     rememberEnglish(sentence, received.substr(end + 1));
   }
-  note(sentence);
+  return sentence;
 }
+
+void noteFromWorker(const std::string& received) { note(sentenceFromWorker(received)); }
 
 int fail(int code, const Message& message) {
   note(sentenceOf(message));

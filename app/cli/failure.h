@@ -53,9 +53,12 @@ int fail(int code, const Message& message);
 // Prints a note on stderr, in the same form as a message.
 void note(const std::string& sentence);
 
-// What a worker process sends of a note: the sentence, and after a null character its English if it
-// is in another language. Prints the sentence.
+// What a worker process sends of a sentence: the sentence, and after a null character its English
+// if it is in another language.
 std::string noteForParent(const std::string& sentence);
+// The sentence, whose English inEnglish then knows.
+std::string sentenceFromWorker(const std::string& received);
+// Prints the sentence.
 void noteFromWorker(const std::string& received);
 
 // The last sentence that this thread printed, in English.

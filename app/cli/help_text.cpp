@@ -5,6 +5,7 @@
 #include <set>
 #include <string_view>
 
+#include "app/cli/printable.h"
 #include "app/cli/translation.h"
 
 namespace dxf2d {
@@ -13,12 +14,6 @@ namespace {
 constexpr std::size_t kWidth = 80;
 // Where explanations begin.
 constexpr std::size_t kColumn = 26;
-
-// Characters of UTF-8.
-std::size_t lengthOf(std::string_view text) {
-  return static_cast<std::size_t>(std::ranges::count_if(
-      text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
-}
 
 // Breaks `text` into lines, each after `indent` blanks. The first one begins at column `at`.
 std::string wrapped(std::string_view text, std::size_t indent, std::size_t at) {

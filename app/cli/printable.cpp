@@ -1,5 +1,6 @@
 #include "app/cli/printable.h"
 
+#include <algorithm>
 #include <cstddef>
 
 namespace dxf2d {
@@ -64,6 +65,16 @@ std::string printable(std::string_view text) {
     text.remove_prefix(length);
   }
   return result;
+}
+
+std::size_t lengthOf(std::string_view text) {
+  return static_cast<std::size_t>(std::ranges::count_if(
+      text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
+}
+
+std::string padded(std::string_view text, std::size_t length) {
+  std::string line(text);
+  return line.append(length - std::min(length, lengthOf(text)), ' ');
 }
 
 }  // namespace dxf2d

@@ -1,28 +1,30 @@
 #include "app/inspect/callback_slots.h"
 
+#include "app/cli/translation.h"
+
 namespace dxf2d {
 
 std::array<CallbackSlot, 20> slotsOf(const KtCallbacks& callbacks) {
-  return {{{"open node", callbacks.openNode != nullptr},
-           {"close node", callbacks.closeNode != nullptr},
-           {"reuse", callbacks.reuse != nullptr},
-           {"open level-of-detail group", callbacks.openLod != nullptr},
-           {"close level-of-detail group", callbacks.closeLod != nullptr},
-           {"bounds", callbacks.boundingBox != nullptr},
-           {"material", callbacks.material != nullptr},
-           {"matrix", callbacks.matrix != nullptr},
-           {"face geometry", callbacks.faceGeometry != nullptr},
-           {"face set", callbacks.faceSet != nullptr},
-           {"line set", callbacks.lineSet != nullptr},
-           {"point set", callbacks.pointSet != nullptr},
-           {"graphic node", callbacks.graphicNode != nullptr},
-           {"analytic shape", callbacks.specialGeometry != nullptr},
-           {"text", callbacks.text != nullptr},
-           {"label", callbacks.label != nullptr},
-           {"begin file", callbacks.beginFile != nullptr},
-           {"end file", callbacks.endFile != nullptr},
-           {"open file for model", callbacks.openFile != nullptr},
-           {"close file for model", callbacks.closeFile != nullptr}}};
+  return {{{marked("open node"), callbacks.openNode != nullptr},
+           {marked("close node"), callbacks.closeNode != nullptr},
+           {marked("reuse"), callbacks.reuse != nullptr},
+           {marked("open level-of-detail group"), callbacks.openLod != nullptr},
+           {marked("close level-of-detail group"), callbacks.closeLod != nullptr},
+           {marked("bounds"), callbacks.boundingBox != nullptr},
+           {marked("material"), callbacks.material != nullptr},
+           {marked("matrix"), callbacks.matrix != nullptr},
+           {marked("face geometry"), callbacks.faceGeometry != nullptr},
+           {marked("face set"), callbacks.faceSet != nullptr},
+           {marked("line set"), callbacks.lineSet != nullptr},
+           {marked("point set"), callbacks.pointSet != nullptr},
+           {marked("graphic node"), callbacks.graphicNode != nullptr},
+           {marked("analytic shape"), callbacks.specialGeometry != nullptr},
+           {marked("text"), callbacks.text != nullptr},
+           {marked("label"), callbacks.label != nullptr},
+           {marked("begin file"), callbacks.beginFile != nullptr},
+           {marked("end file"), callbacks.endFile != nullptr},
+           {marked("open file for model"), callbacks.openFile != nullptr},
+           {marked("close file for model"), callbacks.closeFile != nullptr}}};
 }
 
 }  // namespace dxf2d

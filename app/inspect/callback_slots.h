@@ -8,6 +8,7 @@
 namespace dxf2d {
 
 struct CallbackSlot {
+  // In English.
   const char* name;
   bool filled;
 };

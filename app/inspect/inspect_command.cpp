@@ -35,8 +35,9 @@ WorkerResult runInTime(const InspectOptions& options, WorkerCall call) {
   return runWorker(call, limits);
 }
 
-std::string timeOf(const InspectOptions& options) {
-  return std::to_string(options.time.count()) + " seconds";
+// A word of the report, in the user's language where it is one of ours.
+std::string shown(const std::string& word) {
+  return word.empty() ? tr("not stated") : printable(tr(word.c_str()));
 }
 
 // Where the report goes.
@@ -56,15 +57,15 @@ class Report {
     }
   }
 
-  void Add(const std::string& check, const std::string& fault) {
-    json_["checks"].push_back({{"name", check}, {"passed", fault.empty()}});
+  void Add(const InspectionCheck& check, const std::string& fault) {
+    json_["checks"].push_back({{"name", check.name}, {"passed", fault.empty()}});
     if (!fault.empty()) {
-      json_["checks"].back()["fault"] = fault;
+      json_["checks"].back()["fault"] = inEnglish(fault);
       ++failed_;
     }
     if (!isJson_) {
-      std::printf("  %-22s %s\n", check.c_str(),
-                  fault.empty() ? "passes" : printable("fails: " + fault).c_str());
+      PrintLine(check.title, 22,
+                fault.empty() ? tr("passes") : printable(tr("fails: %1", {fault})));
       flushStandardOutput();
     }
   }
@@ -82,6 +83,11 @@ class Report {
  private:
   using Json = nlohmann::ordered_json;
 
+  static void PrintHeading(const std::string& heading) { std::printf("%s\n", heading.c_str()); }
+  static void PrintLine(const std::string& name, std::size_t length, const std::string& value) {
+    std::printf("  %s %s\n", padded(name, length).c_str(), value.c_str());
+  }
+
   static std::string TextOf(const Json& object, const char* key) {
     const auto found = object.find(key);
     return found != object.end() && found->is_string() ? found->get<std::string>() : "";
@@ -89,35 +95,38 @@ class Report {
 
   void PrintHead() const {
     const Json description = json_.value("description", Json::object());
-    std::printf("Description:\n");
-    for (const char* key : {"name", "version", "extension", "format"}) {
+    PrintHeading(tr("Description:"));
+    for (const char* key :
+         {marked("name"), marked("version"), marked("extension"), marked("format")}) {
       const std::string value = TextOf(description, key);
-      std::printf("  %-10s %s\n", key, value.empty() ? "none" : printable(value).c_str());
+      PrintLine(tr(key), 10, value.empty() ? tr("not stated") : printable(value));
     }
-    std::printf("Slots:\n");
+    PrintHeading(tr("Slots:"));
     int number = 0;
     for (const Json& slot : json_.value("slots", Json::array())) {
-      std::printf("  %2d  %-28s %s\n", ++number, printable(TextOf(slot, "name")).c_str(),
-                  slot.value("filled", false) ? "filled" : "null");
+      std::printf("  %2d", ++number);
+      PrintLine(shown(TextOf(slot, "name")), 28,
+                slot.value("filled", false) ? tr("filled") : tr("null"));
     }
     const Json exports = json_.value("exports", Json::array());
-    std::printf("Exports (%zu):\n", exports.size());
+    PrintHeading(tr("Exports (%1):", {std::to_string(exports.size())}));
     for (const Json& name : exports) {
       std::printf("  %s\n", printable(name.is_string() ? name.get<std::string>() : "").c_str());
     }
     PrintConfinement();
-    std::printf("Checks:\n");
+    PrintHeading(tr("Checks:"));
     flushStandardOutput();
   }
 
   void PrintConfinement() const {
     const Json& status = json_["confinement"];
     const int version = status["landlock"].get<int>();
-    std::printf("Confinement of checks and of readers of models:\n");
-    const std::string files =
-        version == 0 ? "none" : "Landlock, version " + std::to_string(version);
-    std::printf("  %-22s %s\n", "files", files.c_str());
-    std::printf("  %-22s %s\n", "system calls", status["seccomp"].get<bool>() ? "seccomp" : "none");
+    PrintHeading(tr("Confinement of checks and of readers of models:"));
+    PrintLine(
+        tr("files"), 22,
+        version == 0 ? tr("not available") : tr("Landlock, version %1", {std::to_string(version)}));
+    PrintLine(tr("system calls"), 22,
+              status["seccomp"].get<bool>() ? "seccomp" : tr("not available"));
   }
 
   bool isJson_;
@@ -129,13 +138,13 @@ class Report {
 std::string faultOf(const InspectOptions& options, const WorkerResult& end) {
   switch (end.how) {
     case WorkerResult::How::kExited:
-      return "makes its host exit (exit code " + std::to_string(end.number) + ")";
+      return tr("makes its host exit (exit code %1)", {std::to_string(end.number)});
     case WorkerResult::How::kSignal:
-      return std::string("crashes its host (") + strsignal(end.number) + ")";
+      return tr("crashes its host (%1)", {strsignal(end.number)});
     case WorkerResult::How::kTimedOut:
-      return "does not finish within " + timeOf(options);
+      return tr("does not finish within %1 seconds", {std::to_string(options.time.count())});
     case WorkerResult::How::kMemoryExceeded:
-      return "takes too much memory";
+      return tr("takes too much memory");
     case WorkerResult::How::kNotStarted:
     case WorkerResult::How::kNotLoaded:
       throw startFailure(options.plugin, end);
@@ -143,7 +152,10 @@ std::string faultOf(const InspectOptions& options, const WorkerResult& end) {
     case WorkerResult::How::kTerminated:
       break;
   }
-  return end.Returned(kExitDone) ? "" : end.text.empty() ? "fails to be loaded again" : end.text;
+  if (end.Returned(kExitDone)) {
+    return "";
+  }
+  return end.text.empty() ? tr("fails to be loaded again") : sentenceFromWorker(end.text);
 }
 
 int makeChecks(const InspectOptions& options, Report& report) {
@@ -157,7 +169,7 @@ int makeChecks(const InspectOptions& options, Report& report) {
     if (end.how == WorkerResult::How::kTerminated) {
       return kExitInternal;
     }
-    report.Add(checks[i].name, faultOf(options, end));
+    report.Add(checks[i], faultOf(options, end));
   }
   const std::size_t failed = report.Finish();
   if (failed == 0) {

@@ -72,7 +72,7 @@ int check(std::span<const std::string> words) {
   if (fault.empty()) {
     fault = plugin.TracesLeft();
   }
-  tellParent(fault);
+  tellParent(noteForParent(fault));
   return fault.empty() ? kExitDone : kExitPlugin;
 }
 

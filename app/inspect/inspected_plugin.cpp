@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
 #include "app/process/confinement.h"
 #include "platform/path_text.h"
@@ -14,9 +15,7 @@ namespace dxf2d {
 
 namespace {
 
-std::string thrown(const std::exception& error) {
-  return std::string("throws \"") + error.what() + '"';
-}
+std::string thrown(const std::exception& error) { return tr("throws \"%1\"", {error.what()}); }
 
 }  // namespace
 
@@ -47,15 +46,15 @@ std::string InspectedPlugin::FaultOfWalk(const KtTraverser& traverser, const KtS
   try {
     if (!traverser.Walk(scene, pathFromBytes(path), options)) {
       const std::string box = lastErrorBox();
-      return "returns false from opening or closing the file" +
-             (box.empty() ? "" : " (" + box + ")");
+      return box.empty() ? tr("returns false from opening or closing the file")
+                         : tr("returns false from opening or closing the file (%1)", {box});
     }
   } catch (const std::exception& error) {
     return thrown(error);
   } catch (...) {
-    return "throws an object that is not a std::exception";
+    return tr("throws an object that is not a std::exception");
   }
-  return WritesFiles() && bytesOf(path).empty() ? "returns true and writes nothing" : "";
+  return WritesFiles() && bytesOf(path).empty() ? tr("returns true and writes nothing") : "";
 }
 
 std::string InspectedPlugin::FaultOfImpossibleWalk(const KtScene& scene,
@@ -65,12 +64,12 @@ std::string InspectedPlugin::FaultOfImpossibleWalk(const KtScene& scene,
   }
   try {
     if (traverser_.Walk(scene, pathFromBytes(path))) {
-      return "returns true for a file that cannot be written";
+      return tr("returns true for a file that cannot be written");
     }
     return "";
   } catch (const std::exception&) {
   } catch (...) {
-    return "throws an object that is not a std::exception";
+    return tr("throws an object that is not a std::exception");
   }
   // The session is still open.
   try {

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "app/cli/translation.h"
 #include "app/inspect/inspection_scenes.h"
 #include "app/inspect/lending.h"
 #include "app/inspect/random_calls.h"
@@ -20,10 +21,10 @@ namespace {
 KtScene sampleScene() {
   KtScene sample;
   for (const InspectionScene& kind : inspectionScenes()) {
-    if (std::string_view(kind.name) == "deep nesting") {
+    if (std::string_view(kind.name) == kDeepNesting) {
       continue;
     }
-    if (std::string_view(kind.name) == "everything at once") {
+    if (std::string_view(kind.name) == kEverything) {
       break;
     }
     KtScene scene = kind.make();
@@ -49,7 +50,7 @@ class FirstDrawing {
   // Of the walk that made it.
   const std::string& Fault() const { return fault_; }
   // Of another walk, which must make the same; `when` ends the sentence about one that does not.
-  std::string FaultOfAnother(const KtTraverser& traverser, const std::string& when) const {
+  std::string FaultOfAnother(const KtTraverser& traverser, const char* when) const {
     // The same one, since a drawing may have its name in it; empty, so that it is written again.
     const std::string path = plugin_.PathOf("drawing");
     if (plugin_.WritesFiles()) {
@@ -57,11 +58,11 @@ class FirstDrawing {
     }
     const std::string fault = plugin_.FaultOfWalk(traverser, scene_, path);
     if (!fault.empty()) {
-      return fault + " " + when;
+      return tr("%1 %2", {fault, tr(when)});
     }
-    return bytesOf(path) == bytes_ ? "" : "draws something else " + when;
+    return bytesOf(path) == bytes_ ? "" : tr("draws something else %1", {tr(when)});
   }
-  std::string FaultOfAnother(const std::string& when) const {
+  std::string FaultOfAnother(const char* when) const {
     return FaultOfAnother(plugin_.Traverser(), when);
   }
 
@@ -74,15 +75,16 @@ class FirstDrawing {
 
 std::string walkTwice(const InspectedPlugin& plugin) {
   const FirstDrawing first(plugin);
-  return first.Fault().empty() ? first.FaultOfAnother("in its second walk") : first.Fault();
+  return first.Fault().empty() ? first.FaultOfAnother(marked("in its second walk")) : first.Fault();
 }
 
 // A file that cannot be created, and then one that can.
 std::string failToCreate(const InspectedPlugin& plugin) {
   const FirstDrawing first(plugin);
   const std::string fault =
-      plugin.FaultOfImpossibleWalk(first.Scene(), plugin.PathOf("no such directory/drawing"));
-  return fault.empty() ? first.FaultOfAnother("after a file that could not be created") : fault;
+      plugin.FaultOfImpossibleWalk(first.Scene(), plugin.PathOf("missing/drawing"));
+  return fault.empty() ? first.FaultOfAnother(marked("after a file that could not be created"))
+                       : fault;
 }
 
 std::string fillTheDisk(const InspectedPlugin& plugin) {
@@ -91,7 +93,7 @@ std::string fillTheDisk(const InspectedPlugin& plugin) {
   }
   const FirstDrawing first(plugin);
   const std::string fault = plugin.FaultOfImpossibleWalk(first.Scene(), "/dev/full");
-  return fault.empty() ? first.FaultOfAnother("after a full disk") : fault;
+  return fault.empty() ? first.FaultOfAnother(marked("after a full disk")) : fault;
 }
 
 // Begins an export, opens some nodes and shows some lines.
@@ -121,9 +123,9 @@ std::string thrownBy(const Act& act) {
     act();
     return "";
   } catch (const std::exception& error) {
-    return std::string("throws \"") + error.what() + '"';
+    return tr("throws \"%1\"", {error.what()});
   } catch (...) {
-    return "throws an object that is not a std::exception";
+    return tr("throws an object that is not a std::exception");
   }
 }
 
@@ -138,14 +140,14 @@ std::string abandonWalk(const InspectedPlugin& plugin) {
     }
   });
   if (!fault.empty()) {
-    return fault + " when a walk ends with nodes open";
+    return tr("%1 %2", {fault, tr("when a walk ends with nodes open")});
   }
-  fault = first.FaultOfAnother("after a walk that ended with nodes open");
+  fault = first.FaultOfAnother(marked("after a walk that ended with nodes open"));
   if (!fault.empty()) {
     return fault;
   }
   fault = thrownBy([&] { beginAndStop(callbacks, path); });
-  return fault.empty() ? first.FaultOfAnother("after a walk without an end") : fault;
+  return fault.empty() ? first.FaultOfAnother(marked("after a walk without an end")) : fault;
 }
 
 std::string takeBackWhatWasLent(const InspectedPlugin& plugin) {
@@ -154,7 +156,7 @@ std::string takeBackWhatWasLent(const InspectedPlugin& plugin) {
     return first.Fault();
   }
   return first.FaultOfAnother(lendingTraverser(plugin.Traverser()),
-                              "when what it was lent is gone");
+                              marked("when what it was lent is gone"));
 }
 
 std::string callAtRandomBefore(const InspectedPlugin& plugin, std::uint32_t seed) {
@@ -162,26 +164,28 @@ std::string callAtRandomBefore(const InspectedPlugin& plugin, std::uint32_t seed
   const std::string fault = thrownBy([&] {
     callAtRandom(plugin.Traverser().Callbacks(), pathFromBytes(plugin.PathOf("random")), seed);
   });
-  return fault.empty() ? first.FaultOfAnother("after calls at random") : fault;
+  return fault.empty() ? first.FaultOfAnother(marked("after calls at random")) : fault;
 }
 
 }  // namespace
 
 std::vector<InspectionCheck> inspectionChecks(std::uint32_t seeds) {
+  using Run = std::function<std::string(const InspectedPlugin&)>;
   std::vector<InspectionCheck> checks;
+  const auto add = [&](const std::string& title, Run run) {
+    checks.push_back({inEnglish(title), title, std::move(run)});
+  };
   for (const InspectionScene& kind : inspectionScenes()) {
-    checks.push_back(
-        {kind.name, [&kind](const InspectedPlugin& plugin) { return walkScene(plugin, kind); }});
+    add(tr(kind.name), [&kind](const InspectedPlugin& plugin) { return walkScene(plugin, kind); });
   }
-  checks.push_back({"second walk", &walkTwice});
-  checks.push_back({"file not to be created", &failToCreate});
-  checks.push_back({"full disk", &fillTheDisk});
-  checks.push_back({"abandoned walk", &abandonWalk});
-  checks.push_back({"objects taken back", &takeBackWhatWasLent});
+  add(tr("second walk"), &walkTwice);
+  add(tr("file not to be created"), &failToCreate);
+  add(tr("full disk"), &fillTheDisk);
+  add(tr("abandoned walk"), &abandonWalk);
+  add(tr("objects taken back"), &takeBackWhatWasLent);
   for (std::uint32_t seed = 1; seed <= seeds; ++seed) {
-    checks.push_back(
-        {"random calls, seed " + std::to_string(seed),
-         [seed](const InspectedPlugin& plugin) { return callAtRandomBefore(plugin, seed); }});
+    add(tr("random calls, seed %1", {std::to_string(seed)}),
+        [seed](const InspectedPlugin& plugin) { return callAtRandomBefore(plugin, seed); });
   }
   return checks;
 }

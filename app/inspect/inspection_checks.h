@@ -12,9 +12,12 @@ namespace dxf2d {
 
 // One test, for a process of its own.
 struct InspectionCheck {
+  // In English, for programs.
   std::string name;
-  // Returns what is wrong, as "returns false …"; empty when the plug-in passes. What it leaves
-  // behind in the process is found by the caller.
+  // In the user's language.
+  std::string title;
+  // Returns what is wrong, in the user's language, as "returns false …"; empty when the plug-in
+  // passes. What it leaves behind in the process is found by the caller.
   std::function<std::string(const InspectedPlugin&)> run;
 };
 

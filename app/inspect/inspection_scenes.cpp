@@ -176,20 +176,20 @@ KtScene makeDeepNesting() {
 KtScene makeEverything();
 
 constexpr InspectionScene kScenes[] = {
-    {"empty scene", makeEmpty},
-    {"nodes", makeNodes},
-    {"reuse", makeReuse},
-    {"levels of detail", makeLevelsOfDetail},
-    {"bounds", makeBounds},
-    {"colors and materials", makeMaterials},
-    {"face sets", makeFaceSets},
-    {"line sets", makeLineSets},
-    {"faulty geometry", makeFaultyGeometry},
-    {"boxes", makeBox},
-    {"cylinders", makeCylinder},
-    {"labels", makeLabels},
-    {"deep nesting", makeDeepNesting},
-    {"everything at once", makeEverything},
+    {marked("empty scene"), makeEmpty},
+    {marked("nodes"), makeNodes},
+    {marked("reuse"), makeReuse},
+    {marked("levels of detail"), makeLevelsOfDetail},
+    {marked("bounds"), makeBounds},
+    {marked("colors and materials"), makeMaterials},
+    {marked("face sets"), makeFaceSets},
+    {marked("line sets"), makeLineSets},
+    {marked("faulty geometry"), makeFaultyGeometry},
+    {marked("boxes"), makeBox},
+    {marked("cylinders"), makeCylinder},
+    {marked("labels"), makeLabels},
+    {kDeepNesting, makeDeepNesting},
+    {kEverything, makeEverything},
 };
 
 KtScene makeEverything() {

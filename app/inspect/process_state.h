@@ -24,7 +24,8 @@ class ProcessState {
 
   explicit ProcessState(const ThreadCounter& threads);
 
-  // What has become different in `later`, as "leaves a file open (/tmp/a.log)"; empty for nothing.
+  // What has become different in `later`, as "leaves a file open (/var/log/export.log)"; empty for
+  // nothing.
   std::string ChangeIn(const ProcessState& later) const;
   // The same of what a plug-in may not even change in its entry: it may open files there, and start
   // threads.

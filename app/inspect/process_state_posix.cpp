@@ -9,6 +9,7 @@
 #include <iterator>
 #include <system_error>
 
+#include "app/cli/translation.h"
 #include "app/inspect/process_state.h"
 
 namespace dxf2d {
@@ -40,7 +41,7 @@ std::vector<std::string> environmentNow() {
 std::string nameOfDescriptor(int number) {
   std::error_code error;
   const auto path = std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(number), error);
-  return error ? "descriptor " + std::to_string(number) : path.string();
+  return error ? tr("descriptor %1", {std::to_string(number)}) : path.string();
 }
 
 std::vector<std::string> missingFrom(const std::vector<std::string>& some,
@@ -84,34 +85,34 @@ ProcessState::ProcessState(const ThreadCounter& threads)
 
 std::string ProcessState::SettingChangedIn(const ProcessState& later) const {
   if (later.locale_ != locale_) {
-    return "changes the locale of the process to " + later.locale_;
+    return tr("changes the locale of the process to %1", {later.locale_});
   }
   if (later.threadLocale_ != threadLocale_) {
-    return "leaves another locale on the thread";
+    return tr("leaves another locale on the thread");
   }
   for (const std::string& entry : missingFrom(later.environment_, environment_)) {
-    return "changes the environment (" + entry.substr(0, entry.find('=')) + ")";
+    return tr("changes the environment (%1)", {entry.substr(0, entry.find('='))});
   }
   for (const std::string& entry : missingFrom(environment_, later.environment_)) {
-    return "changes the environment (" + entry.substr(0, entry.find('=')) + ")";
+    return tr("changes the environment (%1)", {entry.substr(0, entry.find('='))});
   }
-  return later.directory_ != directory_ ? "changes the current directory" : "";
+  return later.directory_ != directory_ ? tr("changes the current directory") : "";
 }
 
 std::string ProcessState::ChangeIn(const ProcessState& later) const {
   for (const int number : later.descriptors_) {
     if (!std::ranges::binary_search(descriptors_, number)) {
-      return "leaves a file open (" + nameOfDescriptor(number) + ")";
+      return tr("leaves a file open (%1)", {nameOfDescriptor(number)});
     }
   }
   for (const int number : descriptors_) {
     if (!std::ranges::binary_search(later.descriptors_, number)) {
-      return "closes a descriptor of its host (" + std::to_string(number) + ")";
+      return tr("closes a descriptor of its host (%1)", {std::to_string(number)});
     }
   }
   if (later.threads_ != threads_) {
-    return "leaves " + std::to_string(later.threads_) + " threads where there was " +
-           std::to_string(threads_);
+    return trn("leaves %1 thread where there was %2", "leaves %1 threads where there was %2",
+               later.threads_, {std::to_string(later.threads_), std::to_string(threads_)});
   }
   return SettingChangedIn(later);
 }

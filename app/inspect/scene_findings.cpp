@@ -20,17 +20,17 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 const char* nameOf(KtSeverity severity) {
-  return severity == KtSeverity::kError ? "error" : "warning";
+  return severity == KtSeverity::kError ? marked("error") : marked("warning");
 }
 
 void printAsText(const std::string& path, const std::vector<KtSceneFinding>& findings) {
   for (const KtSceneFinding& finding : findings) {
-    const std::string line = path + ": " + finding.node + ": " + nameOf(finding.severity) + ": " +
-                             finding.problem + "; " + finding.remedy;
+    const std::string line = path + ": " + finding.node + ": " + tr(nameOf(finding.severity)) +
+                             ": " + finding.problem + "; " + finding.remedy;
     std::printf("%s\n", printable(line).c_str());
   }
   if (findings.empty()) {
-    std::printf("%s: no findings\n", printable(path).c_str());
+    std::printf("%s: %s\n", printable(path).c_str(), tr("no findings").c_str());
   }
 }
 

@@ -39,14 +39,13 @@ MARKING = {keyword.split(":")[0] for keyword in KEYWORDS}
 SPEAKING = re.compile(r"\w*Error|Failure|Message|[fF]ail\w*|note|blame|NoteFailure")
 # Errors that only a fault of this program shows.
 INTERNAL = {"logic_error", "invalid_argument", "runtime_error"}
-# Scripts of shells, requests of the manual's language, names of formats, scenes that plug-ins are
-# walked over, and what reports of checks say of plug-ins, in which there is English alone.
+# Scripts of shells, requests of the manual's language, names of formats, and what scenes that plug-ins
+# are walked over contain.
 NO_SENTENCES = {"completion.cpp", "manual_page.cpp", "stated_unit.cpp", "up_axis.cpp",
-                "inspection_scenes.cpp", "inspection_checks.cpp", "inspected_plugin.cpp",
-                "inspect_command.cpp", "process_state_posix.cpp", "callback_slots.cpp"}
+                "inspection_scenes.cpp"}
 # In reports and drawings, asked of shells and assimp, a part of a text that help lists, and for those
 # who start a worker themselves.
-OTHER_TEXTS = {"scene file", "source <(dxf2d completion bash)", "a whole number from ", "%s: no findings\\n", "Solid line", "No suitable reader found",
+OTHER_TEXTS = {"scene file", "source <(dxf2d completion bash)", "a whole number from ", "Solid line", "No suitable reader found",
                "dxf2d-worker is a part of dxf2d, which starts it\\n"}
 
 
@@ -333,6 +332,7 @@ class Checks:
         error = self.dxf2d("export", "a.stl", "-o", "a.dxf", "--hidden", "x", expect=2, **german).stderr
         assert "erwartet wird show, remove oder dash" in error, error
         self.check_german_exports(german)
+        self.check_german_inspections(german)
         # In any language without a catalog: English.
         assert "Usage: " in self.dxf2d("help", LC_ALL="C.UTF-8", LANGUAGE="fr").stdout
         for command in ("", "export", "view"):
@@ -353,6 +353,28 @@ class Checks:
         assert "Aufruf: " in self.run(moved / "bin" / "dxf2d", "help", **environment).stdout
         catalog.unlink()
         assert "Usage: " in self.run(moved / "bin" / "dxf2d", "help", **environment).stdout
+
+    def check_german_inspections(self, german):
+        """Reports on plug-ins and scenes: printed ones are in German, JSON is not."""
+        plugin = next(path for path in (self.program.parent.parent / "lib").rglob("dxf2d_plugin.so"))
+        report = self.dxf2d("inspect", plugin, **german).stdout
+        assert report.startswith("Beschreibung:\n  Name       "), report
+        assert re.search(r"^   9  Flächengeometrie             leer$", report, re.MULTILINE), report
+        assert re.search(r"^  zweiter Durchlauf      bestanden$", report, re.MULTILINE), report
+        assert "passes" not in report and "random" not in report, report
+        assert self.dxf2d("inspect", "--json", plugin, **german).stdout == (
+            self.dxf2d("inspect", "--json", plugin).stdout)
+        # One that leaves files open, in the language of the user and, for programs, in English.
+        fault, title = ("gibt true für eine Datei zurück, die nicht geschrieben werden kann",
+                        "nicht anlegbare Datei")
+        if (faulty := plugin.parent.parent / "tests/app/inspect/inspected_writes_nothing.so").exists():
+            failed = self.dxf2d("inspect", faulty, expect=8, **german).stdout
+            assert re.search(rf"^  {title} +nicht bestanden: {fault}$", failed, re.MULTILINE), failed
+            told = [self.dxf2d("inspect", "--json", faulty, expect=8, **more).stdout
+                    for more in ({}, german)]
+            assert told[0] == told[1] and "returns true for a file" in told[0], told
+        (self.work / "scene.json").write_text(json.dumps(SCENE))
+        assert self.dxf2d("inspect", "scene.json", **german).stdout == "scene.json: keine Befunde\n"
 
     def check_german_exports(self, german):
         """What workers say is in German, too; what programs read is not, and no drawing depends on it."""

@@ -160,9 +160,9 @@ TEST(Inspect, TellsHowReadersAreConfined) {
   const std::string output = inspect(PLUGIN).output;
   const ConfinementStatus status = availableConfinement();
   EXPECT_THAT(lineOf(output, "Confinement", "  files"),
-              HasSubstr(status.fileRules == 0 ? "none" : "Landlock"));
+              HasSubstr(status.fileRules == 0 ? "not available" : "Landlock"));
   EXPECT_THAT(lineOf(output, "Confinement", "  system calls"),
-              HasSubstr(status.callFilter ? "seccomp" : "none"));
+              HasSubstr(status.callFilter ? "seccomp" : "not available"));
 }
 
 TEST(Inspect, CrashInAWalkNamesTheContent) {
