@@ -12,4 +12,4 @@ endforeach()
 # No time of linking in the libraries: the same sources give the same bytes.
 target_link_options(dxf2d_build_flags INTERFACE LINKER:--no-insert-timestamp)
 file(COPY ${runtime} DESTINATION ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-install(FILES ${runtime} DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(FILES ${runtime} DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)

@@ -9,7 +9,9 @@ namespace dxf2d {
 
 std::string defaultPlugin() {
   const std::string folder = libraryFolder();
-  for (const char* place : {"/dxf2d_plugin.dll", "/dxf2d/dxf2d_plugin.dll"}) {
+  // The last one is that of an installed tree.
+  for (const char* place :
+       {"/dxf2d_plugin.dll", "/dxf2d/dxf2d_plugin.dll", "/../lib/dxf2d/dxf2d_plugin.dll"}) {
     const std::string plugin = folder + place;
     std::error_code error;
     if (std::filesystem::is_regular_file(pathFromBytes(plugin), error)) {
