@@ -49,12 +49,30 @@ class Report {
     if (const Json parsed = Json::parse(facts, nullptr, false); parsed.is_object()) {
       json_.update(parsed);
     }
+    if (IsForeign()) {
+      return;
+    }
     const ConfinementStatus status = availableConfinement();
     json_["confinement"] = {{"landlock", status.fileRules}, {"seccomp", status.callFilter}};
     json_["checks"] = Json::array();
     if (!isJson_) {
       PrintHead();
     }
+  }
+
+  // Whether the plug-in is one for another system, which cannot be loaded: all of it that is known
+  // are its exports.
+  bool IsForeign() const { return json_.contains("system"); }
+
+  void PrintForeign() const {
+    if (isJson_) {
+      PrintJson();
+      return;
+    }
+    PrintHeading(tr("A plug-in for %1; there, dxf2d inspect says more.",
+                    {printable(TextOf(json_, "system"))}));
+    PrintExports();
+    flushStandardOutput();
   }
 
   void Add(const InspectionCheck& check, const std::string& fault) {
@@ -74,8 +92,7 @@ class Report {
   std::size_t Finish() {
     json_["passed"] = failed_ == 0;
     if (isJson_) {
-      std::printf("%s\n", json_.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
-      flushStandardOutput();
+      PrintJson();
     }
     return failed_;
   }
@@ -93,6 +110,19 @@ class Report {
     return found != object.end() && found->is_string() ? found->get<std::string>() : "";
   }
 
+  void PrintJson() const {
+    std::printf("%s\n", json_.dump(2, ' ', false, Json::error_handler_t::replace).c_str());
+    flushStandardOutput();
+  }
+
+  void PrintExports() const {
+    const Json exports = json_.value("exports", Json::array());
+    PrintHeading(tr("Exports (%1):", {std::to_string(exports.size())}));
+    for (const Json& name : exports) {
+      std::printf("  %s\n", printable(name.is_string() ? name.get<std::string>() : "").c_str());
+    }
+  }
+
   void PrintHead() const {
     const Json description = json_.value("description", Json::object());
     PrintHeading(tr("Description:"));
@@ -108,11 +138,7 @@ class Report {
       PrintLine(shown(TextOf(slot, "name")), 28,
                 slot.value("filled", false) ? tr("filled") : tr("null"));
     }
-    const Json exports = json_.value("exports", Json::array());
-    PrintHeading(tr("Exports (%1):", {std::to_string(exports.size())}));
-    for (const Json& name : exports) {
-      std::printf("  %s\n", printable(name.is_string() ? name.get<std::string>() : "").c_str());
-    }
+    PrintExports();
     PrintConfinement();
     PrintHeading(tr("Checks:"));
     flushStandardOutput();
@@ -254,6 +280,10 @@ int runInspect(const InspectOptions& options) {
     }
     if (end.Returned(kExitDone)) {
       Report report(options, end.text);
+      if (report.IsForeign()) {
+        report.PrintForeign();
+        return static_cast<int>(kExitDone);
+      }
       return makeChecks(options, report);
     }
     return failToLook(options, end);

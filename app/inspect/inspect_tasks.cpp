@@ -10,6 +10,7 @@
 #include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
 #include "app/inspect/callback_slots.h"
+#include "app/inspect/foreign_module.h"
 #include "app/inspect/inspect_command.h"
 #include "app/inspect/inspection_checks.h"
 #include "app/inspect/module_exports.h"
@@ -46,20 +47,28 @@ Json descriptionAsJson(const KtPluginDescription& description) {
           {"format", printable(description.format)}};
 }
 
-// Loads the plug-in. Returns an exit code.
+void tellFacts(const Json& facts) {
+  tellParent(facts.dump(-1, ' ', false, Json::error_handler_t::replace));
+}
+
+// Loads the plug-in, unless it is one for another system. Returns an exit code.
 int look(std::span<const std::string> words) {
   const std::string& plugin = words[0];
-  const std::vector<std::string> exports = exportedNames(plugin);
+  const std::optional<ForeignModule> foreign = foreignModule(plugin);
+  const std::vector<std::string> exports = foreign ? foreign->exports : exportedNames(plugin);
   if (!std::ranges::binary_search(exports, kEntryName)) {
     return fail(kExitPlugin, {plugin, tr("is not a plug-in: it has no %1", {kEntryName}),
                               tr("export that function with C linkage, or name another module")});
   }
+  if (foreign) {
+    tellFacts({{"system", foreign->system}, {"exports", exportsAsJson(exports)}});
+    return kExitDone;
+  }
   KtTraverser traverser;
   enterPlugin(plugin, traverser);
-  const Json facts{{"description", descriptionAsJson(traverser.Description())},
-                   {"slots", slotsAsJson(traverser)},
-                   {"exports", exportsAsJson(exports)}};
-  tellParent(facts.dump(-1, ' ', false, Json::error_handler_t::replace));
+  tellFacts({{"description", descriptionAsJson(traverser.Description())},
+             {"slots", slotsAsJson(traverser)},
+             {"exports", exportsAsJson(exports)}});
   return kExitDone;
 }
 

@@ -16,6 +16,7 @@
 #include "app/cli/exit_code.h"
 #include "app/inspect/inspection_checks.h"
 #include "app/process/confinement.h"
+#include "tests/app/inspect/windows_module_bytes.h"
 #include "tests/support/scratch_directory.h"
 
 namespace dxf2d {
@@ -118,6 +119,32 @@ TEST(Inspect, MissingFileIsNamed) {
   EXPECT_EQ(
       outcome.errors,
       "dxf2d: no/such/plugin.so: cannot be read: No such file or directory; check the name\n");
+}
+
+TEST(Inspect, ListsWhatAPluginForWindowsExports) {
+  const ScratchDirectory scratch;
+  const std::string plugin = scratch / "plugin.dll";
+  const WindowsModuleBytes module({"_Z14DXF2dCloseNodev", "InitializeTraverser"});
+  ScratchDirectory::Fill(plugin, module.Bytes());
+  const Outcome outcome = inspect(plugin);
+  EXPECT_EQ(outcome.code, kExitDone);
+  EXPECT_EQ(outcome.errors, "");
+  EXPECT_EQ(outcome.output,
+            "A plug-in for Windows; there, dxf2d inspect says more.\n"
+            "Exports (2):\n  DXF2dCloseNode()\n  InitializeTraverser\n");
+
+  InspectOptions options;
+  options.plugin = plugin;
+  options.isJson = true;
+  const auto report = nlohmann::json::parse(inspect(options).output);
+  EXPECT_EQ(report, (nlohmann::json{{"plugin", plugin},
+                                    {"system", "Windows"},
+                                    {"exports", {"DXF2dCloseNode()", "InitializeTraverser"}}}));
+
+  ScratchDirectory::Fill(plugin, WindowsModuleBytes({"Walk"}).Bytes());
+  const Outcome without = inspect(plugin);
+  EXPECT_EQ(without.code, kExitPlugin);
+  EXPECT_THAT(without.errors, HasSubstr("it has no InitializeTraverser"));
 }
 
 TEST(Inspect, RefusesAModuleWithoutTheEntry) {
