@@ -36,18 +36,17 @@ def run_page(page, work):
 
 
 def run_recipes(page, work):
-    """Returns the names of the programs."""
+    """Returns what the commands of each program print."""
     first, *recipes = [part for part in parts_of(page) if part.blocks]
     [(_, setting)] = first.blocks
-    names = []
+    printed = {}
     for recipe in recipes:
         name = re.fullmatch(r".*`(\w+\.cpp)`", recipe.title)[1]
         (_, program), (_, commands) = recipe.blocks
         (work / name).write_text(program + "\n", encoding="utf-8")
         strict = "flags+=' -Wall -Wextra -Wpedantic -Wshadow -Werror'"
-        run(f"{page.name}: {recipe.title}", f"{setting}\n{strict}\n{commands}", work)
-        names.append(name)
-    return names
+        printed[name] = run(f"{page.name}: {recipe.title}", f"{setting}\n{strict}\n{commands}", work)
+    return printed
 
 
 def blocks_and_colors(path):
@@ -73,8 +72,11 @@ def main():
         assert (work / "bracket.svg").read_text(encoding="utf-8").count("<path ") > 200
         assert ezdxf.readfile(work / "table.dxf").modelspace().query("INSERT")
 
-        names = run_recipes(docs / "host-recipes.md", work)
-        assert names == ["progress.cpp", "stream.cpp", "colors.cpp"], names
+        printed = run_recipes(docs / "host-recipes.md", work)
+        assert list(printed) == ["progress.cpp", "stream.cpp", "colors.cpp", "services.cpp"], printed
+        assert "99 %" in printed["progress.cpp"], printed
+        assert printed["services.cpp"].startswith("services: warning: labels left out"), printed
+        assert "<title>crate.svg</title>" in (work / "crate.svg").read_text(encoding="utf-8")
         assert blocks_and_colors(work / "crates.dxf") == [(100, 254)], blocks_and_colors(work / "crates.dxf")
         assert not (work / "nothing.dxf").exists() and not list(work.glob(".nothing*"))
         assert len(ezdxf.readfile(work / "drums.dxf").modelspace().query("INSERT")) == 1000
