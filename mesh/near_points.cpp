@@ -23,6 +23,8 @@ using Hashes = LargeArray<std::uint32_t>;
 // Side of a cell in distances: larger cells hold more points, smaller ones have more points near
 // their sides, which stand in the neighboring cells too.
 constexpr double kCellSide = 16.0;
+// For another look at the few points that are not alone in those.
+constexpr double kSmallCellSide = 4.0;
 
 // Cells along an axis from which on doubles stand farther apart than the distance.
 constexpr double kMostCells = 1e15;
@@ -32,13 +34,15 @@ constexpr double kMostCells = 1e15;
 // kMostCells has a cell of its own, as only an equal one is within the distance.
 class Grid {
  public:
-  Grid(const Box& box, double distance) : cellsPerUnit_(1.0 / (kCellSide * distance)) {
+  // `side`: of a cell, in distances.
+  Grid(const Box& box, double distance, double side)
+      : cellsPerUnit_(1.0 / (side * distance)), margin_(kMargin / side) {
     for (std::size_t axis = 0; axis < 3; ++axis) {
       isWide_ = isWide_ || (box.greatest[axis] - box.least[axis]) * cellsPerUnit_ > kMostCells;
     }
     for (std::size_t axis = 0; axis < 3; ++axis) {
       // Points that all have the least coordinate, or 0, lie in the middle of their cells.
-      origin_[axis] = (isWide_ ? 0.0 : box.least[axis]) - 0.5 * kCellSide * distance;
+      origin_[axis] = (isWide_ ? 0.0 : box.least[axis]) - 0.5 * side * distance;
     }
   }
 
@@ -66,16 +70,16 @@ class Grid {
   }
 
  private:
+  // A little more than a distance, to be safe from rounding.
+  static constexpr double kMargin = 1.01;
   // Neighbors along an axis differ by its factor.
   static constexpr std::array<std::uint64_t, 3> kFactors = {
       0x9e3779b97f4a7c15U, 0xc2b2ae3d27d4eb4fU, 0x165667b19e3779f9U};
 
   // Which neighbor along an axis a point reaches that lies at `within`, 0 to 1, of its cell.
-  static std::uint64_t Step(double within, std::uint64_t factor) {
-    // A little more than a distance, to be safe from rounding.
-    constexpr double kMargin = 1.01 / kCellSide;
-    const std::uint64_t upward = within > 1.0 - kMargin ? factor : 0;
-    return within < kMargin ? std::uint64_t{0} - factor : upward;
+  std::uint64_t Step(double within, std::uint64_t factor) const {
+    const std::uint64_t upward = within > 1.0 - margin_ ? factor : 0;
+    return within < margin_ ? std::uint64_t{0} - factor : upward;
   }
 
   template <class Visit>
@@ -98,81 +102,62 @@ class Grid {
 
   Point origin_ = {};
   double cellsPerUnit_;
+  // Distance from the side of a cell within which a point reaches the next, in cells.
+  double margin_;
   bool isWide_ = false;
 };
 
-// Tells the points whose own cell another one of them stands in or reaches, and some others.
-class CrowdFilter {
- public:
-  CrowdFilter(std::span<const Point> points, const Grid& grid, std::size_t threads)
-      : points_(points), grid_(grid), threads_(threads) {}
-
-  // Looks at all points, and writes the hashes of their own cells to `hashes`. Returns those that
-  // may be crowded, ascending.
-  std::vector<Index> OfAll(Hashes& hashes) const {
-    const RepeatFilter filter = CellsOf(
-        points_.size(), [](std::size_t i) { return i; }, [](std::uint32_t hash) { return hash; },
-        [&](std::size_t i, std::uint32_t own) { hashes[i] = own; });
-    return collectInParallel<Index>(points_.size(), threads_, [&](std::size_t i, auto& crowded) {
-      if (filter.IsRepeated(hashes[i])) {
-        crowded.push_back(static_cast<Index>(i));
+// Tells which of the points numberOf(i), i below `count`, stand in a cell that another of them
+// stands in or reaches, and some others: all that are within the distance of another are told.
+// Returns their numbers, in order; `hashes` receives the hashes of the points' own cells, by i.
+template <class NumberOf>
+std::vector<Index> findCrowded(std::span<const Point> points, std::size_t count, NumberOf numberOf,
+                               const Grid& grid, std::size_t threads, Hashes& hashes) {
+  const Blocks stretches = Blocks::OneForEach(count, threads);
+  std::vector<std::optional<RepeatFilter>> filters(stretches.Count());
+  stretches.Run([&](std::size_t number, const Block& block) {
+    RepeatFilter& filter = filters[number].emplace(count);
+    // In batches, as nothing then comes between the bits and the next ones, which are far apart.
+    constexpr std::size_t kBatch = 256;
+    std::array<std::uint32_t, kBatch * 8> cells;
+    for (std::size_t begin = block.begin; begin < block.end; begin += kBatch) {
+      std::size_t size = 0;
+      for (std::size_t i = begin; i < std::min(begin + kBatch, block.end); ++i) {
+        hashes[i] =
+            grid.Cells(points[numberOf(i)], [&](std::uint32_t hash) { cells[size++] = hash; });
+        cells[size++] = hashes[i];
       }
-    });
-  }
-
-  // Those of the points in `some` that may be crowded among these: with other bits of the filter
-  // for every cell, others share one. Points within the distance of each other stay together.
-  std::vector<Index> Of(const std::vector<Index>& some, const Hashes& hashes) const {
-    const auto turned = [](std::uint32_t hash) {
-      hash *= 0x9e3779b1U;
-      return hash ^ hash >> 15U;
-    };
-    const RepeatFilter filter = CellsOf(
-        some.size(), [&](std::size_t i) { return some[i]; }, turned,
-        [](std::size_t /*i*/, std::uint32_t /*own*/) {});
-    return collectInParallel<Index>(some.size(), threads_, [&](std::size_t i, auto& crowded) {
-      if (filter.IsRepeated(turned(hashes[some[i]]))) {
-        crowded.push_back(some[i]);
+      for (std::size_t i = 0; i < size; ++i) {
+        filter.Add(cells[i]);
       }
-    });
-  }
-
- private:
-  // The cells that the points numberOf(i), i below `count`, stand in or reach, by the bits of
-  // bitsOf(hash). Calls visit(i, hash) with the hash of a point's own cell.
-  template <class NumberOf, class BitsOf, class Visit>
-  RepeatFilter CellsOf(std::size_t count, NumberOf numberOf, BitsOf bitsOf, Visit visit) const {
-    const Blocks stretches = Blocks::OneForEach(count, threads_);
-    std::vector<std::optional<RepeatFilter>> filters(stretches.Count());
-    stretches.Run([&](std::size_t number, const Block& block) {
-      RepeatFilter& filter = filters[number].emplace(count);
-      // In batches, as nothing then comes between the bits and the next ones, which are far apart.
-      constexpr std::size_t kBatch = 256;
-      std::array<std::uint32_t, kBatch * 8> cells;
-      for (std::size_t begin = block.begin; begin < block.end; begin += kBatch) {
-        std::size_t size = 0;
-        for (std::size_t i = begin; i < std::min(begin + kBatch, block.end); ++i) {
-          const std::uint32_t own = grid_.Cells(
-              points_[numberOf(i)], [&](std::uint32_t hash) { cells[size++] = bitsOf(hash); });
-          cells[size++] = bitsOf(own);
-          visit(i, own);
-        }
-        for (std::size_t i = 0; i < size; ++i) {
-          filter.Add(cells[i]);
-        }
-      }
-    });
-    for (std::size_t i = 1; i < filters.size(); ++i) {
-      filters[0]->Add(*filters[i]);
-      filters[i].reset();
     }
-    return std::move(*filters[0]);
+  });
+  RepeatFilter& filter = *filters[0];
+  for (std::size_t i = 1; i < filters.size(); ++i) {
+    filter.Add(*filters[i]);
+    filters[i].reset();
   }
+  return collectInParallel<Index>(count, threads, [&](std::size_t i, auto& crowded) {
+    if (filter.IsRepeated(hashes[i])) {
+      crowded.push_back(static_cast<Index>(numberOf(i)));
+    }
+  });
+}
 
-  std::span<const Point> points_;
-  const Grid& grid_;
-  std::size_t threads_;
-};
+// Those of `some` that are not alone in smaller cells either.
+std::vector<Index> stillCrowded(std::span<const Point> points, const std::vector<Index>& some,
+                                const Box& box, double distance, std::size_t threads) {
+  // In wider boxes rounding would come near to the margin of the cells.
+  constexpr double kMostDistances = 1e12;
+  const Vector size = difference(box.greatest, box.least);
+  if (!(*std::ranges::max_element(size) <= kMostDistances * distance)) {
+    return some;
+  }
+  Hashes hashes(some.size());
+  return findCrowded(
+      points, some.size(), [&](std::size_t i) { return some[i]; },
+      Grid(box, distance, kSmallCellSide), threads, hashes);
+}
 
 }  // namespace
 
@@ -182,10 +167,11 @@ std::vector<Index, LargeAllocator<Index>> joinNear(std::span<const Point> points
   if (distance <= 0.0) {
     return joined;
   }
-  const Grid grid(box, distance);
+  const Grid grid(box, distance, kCellSide);
   Hashes hashes(points.size());
-  const CrowdFilter filter(points, grid, threads);
-  const std::vector<Index> crowded = filter.Of(filter.OfAll(hashes), hashes);
+  const std::vector<Index> some = findCrowded(
+      points, points.size(), [](std::size_t i) { return i; }, grid, threads, hashes);
+  const std::vector<Index> crowded = stillCrowded(points, some, box, distance, threads);
   // A kept point stands in its own cell and in those that the distance reaches, so a search looks
   // into one cell only. Kept points are farther apart than the distance, so a cell holds few.
   SlotTable table(2 * crowded.size());

@@ -4,6 +4,9 @@
 #include <charconv>
 #include <cstring>
 #include <variant>
+#include <vector>
+
+#include "platform/parallel.h"
 
 namespace dxf2d {
 
@@ -62,6 +65,19 @@ std::size_t lightVertices(std::string_view drawing, std::size_t place) {
   return count;
 }
 
+// Adds what begins from `begin` to before `end`; the ENTITIES section begins at `entities`.
+void addPiece(std::string_view drawing, std::size_t begin, std::size_t end, std::size_t entities,
+              DrawingCounts& counts) {
+  counts.polylines += countIn(drawing, begin, end, kPolyline);
+  counts.vertices += countIn(drawing, begin, end, kVertex);
+  forEachIn(drawing, begin, end, kLightPolyline, [&](std::size_t place) {
+    ++counts.polylines;
+    counts.vertices += lightVertices(drawing, place);
+  });
+  counts.texts += countIn(drawing, begin, end, kText);
+  counts.placed += countIn(drawing, std::min(std::max(begin, entities), end), end, kInsert);
+}
+
 class EntityCounter {
  public:
   explicit EntityCounter(DrawingCounts& counts) : counts_(counts) {}
@@ -81,25 +97,30 @@ class EntityCounter {
 
 }  // namespace
 
-DrawingCounts countDrawing(std::string_view drawing) {
+DrawingCounts countDrawing(std::string_view drawing, std::size_t threads) {
   // Every entity begins with a group 0, in this form in the whole file; a text cannot look like
   // one, since it cannot hold a line end.
-  DrawingCounts counts;
   const std::size_t entities = std::min(drawing.rfind("\n  2\nENTITIES\n"), drawing.size());
   // In pieces, so that what one search brings into the near cache is there for the others.
   constexpr std::size_t kPiece = std::size_t{1} << 17;
-  for (std::size_t begin = 0; begin < drawing.size(); begin += kPiece) {
-    const std::size_t end = std::min(begin + kPiece, drawing.size());
-    counts.polylines += countIn(drawing, begin, end, kPolyline);
-    counts.vertices += countIn(drawing, begin, end, kVertex);
-    forEachIn(drawing, begin, end, kLightPolyline, [&](std::size_t place) {
-      ++counts.polylines;
-      counts.vertices += lightVertices(drawing, place);
-    });
-    counts.texts += countIn(drawing, begin, end, kText);
-    counts.placed += countIn(drawing, std::min(std::max(begin, entities), end), end, kInsert);
+  const Blocks blocks((drawing.size() + kPiece - 1) / kPiece, threads);
+  std::vector<DrawingCounts> counts(blocks.Count());
+  blocks.Run([&](std::size_t number, const Block& pieces) {
+    DrawingCounts own;
+    for (std::size_t piece = pieces.begin; piece < pieces.end; ++piece) {
+      const std::size_t begin = piece * kPiece;
+      addPiece(drawing, begin, std::min(begin + kPiece, drawing.size()), entities, own);
+    }
+    counts[number] = own;
+  });
+  DrawingCounts all;
+  for (const DrawingCounts& some : counts) {
+    all.polylines += some.polylines;
+    all.vertices += some.vertices;
+    all.texts += some.texts;
+    all.placed += some.placed;
   }
-  return counts;
+  return all;
 }
 
 DrawingCounts countDrawing(const Drawing& drawing) {

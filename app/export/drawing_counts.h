@@ -19,8 +19,9 @@ struct DrawingCounts {
   std::size_t placed = 0;
 };
 
-// The counts of the text of a drawing, of any release that this system writes.
-DrawingCounts countDrawing(std::string_view drawing);
+// The counts of the text of a drawing, of any release that this system writes. `threads` share the
+// work.
+DrawingCounts countDrawing(std::string_view drawing, std::size_t threads = 1);
 
 // The same of one that was read.
 DrawingCounts countDrawing(const Drawing& drawing);

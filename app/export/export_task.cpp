@@ -219,7 +219,11 @@ class ExportTask {
   }
 
   DrawingCounts CountDrawing() const {
-    return countDrawing(MappedFile(output_.path, output_.name).Bytes());
+    const MappedFile drawing(output_.path, output_.name);
+    // A drawing of a million bytes is counted before a second thread has started.
+    constexpr std::size_t kLeastBytes = 1'000'000;
+    const Threading threading{options_.plan.threading.most, kLeastBytes};
+    return countDrawing(drawing.Bytes(), threading.For(drawing.Bytes().size()));
   }
 
   void CheckCut(const PlanContent& content) const {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/large_memory.h"
 #include "platform/parallel.h"
 #include "projection/candidate_edges.h"
 #include "projection/coincident_segments.h"
@@ -53,28 +54,30 @@ GroupedSegment segmentOf(const Scene& scene, const CandidateEdge& edge, const Ed
   return {at(piece.begin), at(piece.end), lineGroup(edge.part, kind)};
 }
 
-std::vector<GroupedSegment> allSegments(const Scene& scene, std::span<const CandidateEdge> edges) {
-  std::vector<GroupedSegment> segments;
-  segments.reserve(edges.size());
-  for (const CandidateEdge& edge : edges) {
-    if (isDrawn(edge.kind)) {
-      segments.push_back(segmentOf(scene, edge, {0, 0, 1}, lineKindOf(edge.kind)));
-    }
-  }
-  return segments;
+std::vector<GroupedSegment> allSegments(const Scene& scene, std::span<const CandidateEdge> edges,
+                                        const Threading& threading) {
+  return collectInParallel<GroupedSegment>(
+      edges.size(), threading.For(edges.size()), [&](std::size_t i, auto& list) {
+        if (isDrawn(edges[i].kind)) {
+          appendLarge(list, segmentOf(scene, edges[i], {0, 0, 1}, lineKindOf(edges[i].kind)));
+        }
+      });
 }
 
 std::vector<GroupedSegment> visibleSegments(const Scene& scene,
                                             std::span<const CandidateEdge> edges,
-                                            const projection::VisibleLines& visible) {
-  std::vector<GroupedSegment> segments;
-  segments.reserve(visible.pieces.size() + visible.piercings.size());
-  for (const EdgePiece& piece : visible.pieces) {
-    const CandidateEdge& edge = edges[piece.edge];
-    if (isDrawn(edge.kind)) {
-      segments.push_back(segmentOf(scene, edge, piece, lineKindOf(edge.kind)));
-    }
-  }
+                                            const projection::VisibleLines& visible,
+                                            const Threading& threading) {
+  const std::size_t count = visible.pieces.size();
+  auto segments = collectInParallel<GroupedSegment>(
+      count, threading.For(count), [&](std::size_t i, auto& list) {
+        const EdgePiece& piece = visible.pieces[i];
+        const CandidateEdge& edge = edges[piece.edge];
+        if (isDrawn(edge.kind)) {
+          appendLarge(list, segmentOf(scene, edge, piece, lineKindOf(edge.kind)));
+        }
+      });
+  reserveLarge(segments, segments.size() + visible.piercings.size());
   for (const projection::PiercingPiece& piece : visible.piercings) {
     segments.push_back({{piece.from[0], piece.from[1]},
                         {piece.to[0], piece.to[1]},
@@ -141,11 +144,11 @@ std::vector<GroupedSegment> segmentsOf(const Scene& scene, std::span<const Candi
                                        const LineworkOptions& options, const Tolerances& tolerances,
                                        const Threading& threading) {
   if (options.hidden == HiddenLines::kShow) {
-    return allSegments(scene, edges);
+    return allSegments(scene, edges, threading);
   }
   const projection::VisibleLines visible =
       projection::findVisibleLines(scene, edges, tolerances, threading);
-  std::vector<GroupedSegment> segments = visibleSegments(scene, edges, visible);
+  std::vector<GroupedSegment> segments = visibleSegments(scene, edges, visible, threading);
   if (options.hidden == HiddenLines::kDash) {
     addHiddenSegments(scene, edges, visible.pieces, tolerances.weld, segments);
   }

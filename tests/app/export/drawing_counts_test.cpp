@@ -58,7 +58,7 @@ TEST(CountDrawing, CountsLongDrawingsAsASearchDoes) {
     std::string entities = "  2\nENTITIES\n";
     addLines(entities, 100000);
     const std::string text = blocks + entities;
-    const DrawingCounts counts = countDrawing(text);
+    const DrawingCounts counts = countDrawing(text, 1 + static_cast<std::size_t>(i) % 4);
     EXPECT_EQ(counts.polylines, countBySearch(text, "\n  0\nPOLYLINE\n"));
     EXPECT_EQ(counts.vertices, countBySearch(text, "\n  0\nVERTEX\n"));
     EXPECT_EQ(counts.texts, countBySearch(text, "\n  0\nTEXT\n"));
