@@ -1,6 +1,7 @@
 #include "app/cli/failure.h"
 
 #include <cassert>
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 
@@ -68,7 +69,13 @@ int fail(int code, const Message& message) {
 }
 
 void flushStandardOutput() {
+  errno = 0;
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    if (errno == EPIPE) {
+      // Clear for the next flush, which finds the reader gone as well.
+      std::clearerr(stdout);
+      return;
+    }
     throw Failure(kExitWriteFailed, {"", tr("standard output cannot be written"),
                                      tr("check the disk or choose another destination")});
   }

@@ -76,7 +76,7 @@ inline void (*clearProgress)() = nullptr;
 void printLine(std::FILE* stream, const std::string& line);
 
 // Flushes standard output. Throws a Failure (kExitWriteFailed) when what was printed could not be
-// written.
+// written, but not when its reader, such as head, has closed the pipe: it has seen what it wants.
 void flushStandardOutput();
 
 // Prints the message of the exception that is being handled and returns its exit code:

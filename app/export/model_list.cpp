@@ -4,10 +4,8 @@
 
 #include "app/cli/failure.h"
 #include "app/cli/printable.h"
-#include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/export/import_step.h"
-#include "app/output/output_failures.h"
 
 namespace dxf2d {
 namespace {
@@ -24,9 +22,8 @@ std::string printableLines(const std::string& text) {
 }
 
 void print(const std::string& text) {
-  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
-    throw OutputError(kExitWriteFailed, {"", tr("standard output cannot be written"), checkDisk()});
-  }
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  flushStandardOutput();
 }
 
 }  // namespace

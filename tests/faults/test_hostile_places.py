@@ -92,6 +92,17 @@ class Room(Commands):
             self.assertEqual(WRITE_FAILED, run.returncode, arguments)
             self.assertRegex(run.stderr, rb"\Adxf2d: standard output .*\n\Z")
 
+    def test_a_reader_that_closes_the_pipe_has_seen_what_it_wants(self):
+        export = self.model_export()
+        for arguments in (["--help"], ["--version"], ["help", "export"], ["formats"],
+                          export.command()[1:]):
+            reader, writer = os.pipe()
+            os.close(reader)
+            run = subprocess.run([self.options.dxf2d, *arguments], stdout=writer,
+                                 stderr=subprocess.PIPE, check=False)
+            os.close(writer)
+            self.assertEqual((0, b""), (run.returncode, run.stderr), arguments)
+
     def test_a_relative_plug_in_needs_a_directory(self):
         export = self.model_export()
         gone = self.folder / "gone"
