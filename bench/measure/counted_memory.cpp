@@ -3,21 +3,24 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
 namespace {
 
-// Not atomic: what is measured runs on one thread.
-std::size_t live = 0;
-std::size_t peak = 0;
+std::atomic<std::size_t> live = 0;
+std::atomic<std::size_t> peak = 0;
 
 void* counted(void* memory) {
   if (memory == nullptr) {
     throw std::bad_alloc();
   }
-  live += malloc_usable_size(memory);
-  peak = std::max(peak, live);
+  const std::size_t bytes = malloc_usable_size(memory);
+  const std::size_t now = live += bytes;
+  std::size_t before = peak;
+  while (before < now && !peak.compare_exchange_weak(before, now)) {
+  }
   return memory;
 }
 
@@ -34,7 +37,7 @@ std::size_t roundedUp(std::size_t size, std::size_t alignment) {
 
 std::size_t liveBytes() { return live; }
 std::size_t peakBytes() { return peak; }
-void forgetPeak() { peak = live; }
+void forgetPeak() { peak = live.load(); }
 
 // The other forms call these.
 __attribute__((visibility("default"))) void* operator new(std::size_t size) {
