@@ -69,8 +69,8 @@ int fail(int code, const Message& message) {
 }
 
 void flushStandardOutput() {
-  errno = 0;
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    // Of the flush or, where that had nothing left to write, of what was printed before it.
     if (errno == EPIPE) {
       // Clear for the next flush, which finds the reader gone as well.
       std::clearerr(stdout);
