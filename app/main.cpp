@@ -1,13 +1,12 @@
 // dxf2d: the command-line host of the plug-in.
-#include <clocale>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
 #include "app/batch/report_command.h"
+#include "app/cli/catalog.h"
 #include "app/cli/command_line.h"
 #include "app/cli/help_command.h"
-#include "app/cli/translation.h"
+#include "app/cli/program_arguments.h"
 #include "app/export/export_command.h"
 #include "app/export/formats_command.h"
 #include "app/finish/finish_command.h"
@@ -62,17 +61,14 @@ dxf2d::Program describedProgram() {
 }  // namespace
 
 int main(int argc, char** argv) {
+  dxf2d::ProgramArguments arguments(argc, argv);
   dxf2d::reserveStandardStreams();
   dxf2d::unblockTerminationSignals();
-  // Messages in the user's language, and nothing else: numbers in drawings always have a point.
-  std::setlocale(LC_MESSAGES, "");
+  dxf2d::ignoreWriteSignals();
   dxf2d::findCatalogs();
-  // EPIPE and EFBIG are reported as failed writes.
-  std::signal(SIGPIPE, SIG_IGN);
-  std::signal(SIGXFSZ, SIG_IGN);
   dxf2d::Program program = describedProgram();
   dxf2d::addHelpCommands(program);
-  const int exitCode = dxf2d::runCommandLine(program, argc, argv);
+  const int exitCode = dxf2d::runCommandLine(program, arguments.Count(), arguments.Words());
   // Not exit(): all files are closed and checked, and freeing a large scene takes time.
   std::fflush(stdout);
   std::_Exit(exitCode);

@@ -69,7 +69,10 @@ install(DIRECTORY python/ktscene DESTINATION ${KT_SCENE_PYTHONDIR} COMPONENT run
   FILES_MATCHING PATTERN *.py PATTERN py.typed PATTERN __pycache__ EXCLUDE)
 set_target_properties(KtPlatform KtScene PROPERTIES INSTALL_RPATH $ORIGIN)
 set_target_properties(dxf2d_plugin PROPERTIES INSTALL_RPATH $ORIGIN/..)
-if(TARGET dxf2d)
+if(TARGET dxf2d AND WIN32)
+  # Programs find libraries beside them.
+  install(TARGETS dxf2d dxf2d-worker RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
+elseif(TARGET dxf2d)
   file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
   set_target_properties(dxf2d PROPERTIES INSTALL_RPATH $ORIGIN/${to_libraries})
   install(TARGETS dxf2d RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
@@ -95,7 +98,7 @@ if(TARGET dxf2d_manuals)
     DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tools)
 endif()
 
-if(TARGET dxf2d)
+if(TARGET dxf2d AND NOT WIN32)
   # Jobs on many machines; a program in a folder of others.
   install(DIRECTORY share/dxf2d/ DESTINATION ${CMAKE_INSTALL_DATADIR}/dxf2d COMPONENT tools
     USE_SOURCE_PERMISSIONS)

@@ -12,8 +12,11 @@ function(dxf2d_use_header_library target name)
   file(CREATE_LINK /usr/include/${name} ${view}/${name} SYMBOLIC)
   add_library(${target} INTERFACE IMPORTED GLOBAL)
   target_include_directories(${target} SYSTEM INTERFACE ${view})
+  # What find_package would find on this machine is for this machine: this is found already.
+  string(REGEX REPLACE "::.*" "" package ${target})
+  file(WRITE ${view}/${package}Config.cmake "")
+  file(WRITE ${view}/${package}ConfigVersion.cmake "set(PACKAGE_VERSION_COMPATIBLE TRUE)\n")
+  set(${package}_DIR ${view} CACHE PATH "" FORCE)
 endfunction()
 
-# What find_package would find on this machine is for this machine: these are found already.
 dxf2d_use_header_library(nlohmann_json::nlohmann_json nlohmann)
-set(nlohmann_json_FOUND TRUE)

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <filesystem>
 #include <optional>
 #include <string_view>
 #include <utility>
@@ -79,7 +80,7 @@ KtTraverser::~KtTraverser() = default;
 
 void KtTraverser::Load(const std::string& path, const KtLoadOptions& options) {
   // A name without a slash would be looked for among the system's libraries.
-  const std::string file = path.find('/') == std::string::npos ? "./" + path : path;
+  const std::string file = std::filesystem::path(path).has_parent_path() ? path : "./" + path;
   const auto module = std::make_shared<dxf2d::LoadedModule>(file, options.isPrivate);
   const auto entry = reinterpret_cast<bool (*)(KtTraverser*, void*)>(module->Find(kEntryName));
   if (entry == nullptr) {

@@ -17,7 +17,7 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string readList(const std::string& name) {
-  std::ifstream file(name == "-" ? "/dev/stdin" : name, std::ios::binary);
+  std::ifstream file(fs::path(name == "-" ? "/dev/stdin" : name), std::ios::binary);
   std::ostringstream text;
   // A list may be empty, which sets a flag of both streams.
   file.peek();

@@ -158,6 +158,8 @@ ParsedArguments parseArguments(const Program& program, int argc, const char* con
   app.set_version_flag("-V,--version", program.version);
   app.require_subcommand(0, 1);
   app.allow_extras();
+  // A slash begins a path, on Windows too.
+  app.allow_windows_style_options(false);
   for (const Command& command : program.commands) {
     addCommand(app, command);
     app.get_subcommand(command.name)->allow_extras();

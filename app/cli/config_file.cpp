@@ -27,7 +27,7 @@ std::optional<fs::path> directoryFrom(const char* variable) {
 
 std::string contentOf(const std::string& path) {
   std::error_code ignored;
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(fs::path(path), std::ios::binary);
   if (!file || fs::is_directory(path, ignored)) {
     throw UsageError({path, tr("the configuration file cannot be read"),
                       tr("name another with --config, or use --no-config")});

@@ -14,6 +14,8 @@ namespace {
 
 constexpr char kLanguageEnd = '\0';
 
+thread_local std::string printedLast;
+
 }  // namespace
 
 std::string sentenceOf(const Message& message) {
@@ -38,12 +40,14 @@ void printLine(std::FILE* stream, const std::string& line) {
   std::fprintf(stream, "%s\n", printable(line).c_str());
 }
 
+const std::string& lastSentence() { return printedLast; }
+
 void note(const std::string& sentence) {
   if (noteSink != nullptr) {
     noteSink(sentence);
     return;
   }
-  lastSentence = inEnglish(sentence);
+  printedLast = inEnglish(sentence);
   printLine(stderr, "dxf2d: " + sentence);
 }
 

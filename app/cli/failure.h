@@ -62,7 +62,7 @@ std::string sentenceFromWorker(const std::string& received);
 void noteFromWorker(const std::string& received);
 
 // The last sentence that this thread printed, in English.
-inline thread_local std::string lastSentence;
+const std::string& lastSentence();
 
 // Takes the sentences of messages and notes in place of stderr, if any.
 inline void (*noteSink)(const std::string& sentence) = nullptr;

@@ -37,9 +37,4 @@ void rememberEnglish(const std::string& text, const std::string& english);
 // A text of a command's description, which `dxf2d help --messages` lists for translators.
 inline std::string translated(const std::string& text) { return tr(text.c_str()); }
 
-// Looks for catalogs in share/locale next to the directory of this program, or some levels above
-// it: where packages, moved trees and build trees have them. Reads the one of the user's language,
-// since a confined process may not be able to later.
-void findCatalogs();
-
 }  // namespace dxf2d

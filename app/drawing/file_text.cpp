@@ -10,6 +10,7 @@
 
 #include "app/cli/translation.h"
 #include "app/drawing/group_reader.h"
+#include "platform/input_file.h"
 
 namespace dxf2d {
 
@@ -45,7 +46,7 @@ FileText readWhole(const std::string& path) {
     void operator()(std::FILE* file) const { std::fclose(file); }
   };
   errno = 0;
-  const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(path.c_str(), "rb"));
+  const std::unique_ptr<std::FILE, CloseFile> file(openForReading(path));
   if (file == nullptr) {
     failReading(path, errno);
   }

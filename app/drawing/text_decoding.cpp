@@ -1,21 +1,16 @@
 #include "app/drawing/text_decoding.h"
 
-#include <iconv.h>
-
-#include <bit>
-#include <cerrno>
 #include <charconv>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <stdexcept>
+#include <string>
+
+#include "app/drawing/page_decoding.h"
 
 namespace dxf2d {
 
 namespace {
-
-constexpr unsigned kUtf8Page = 65001;
-constexpr char32_t kReplacement = 0xFFFD;
 
 void appendUtf8(std::string& text, char32_t character) {
   const auto add = [&text](char32_t byte) { text += static_cast<char>(byte); };
@@ -42,53 +37,6 @@ bool isControl(char32_t character) {
 
 bool isHigh(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 bool isLow(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
-
-struct CloseConversion {
-  void operator()(void* conversion) const { iconv_close(conversion); }
-};
-using Conversion = std::unique_ptr<void, CloseConversion>;
-
-Conversion openConversion(unsigned codePage) {
-  if (!isTextCodePage(codePage)) {
-    throw std::invalid_argument("no code page " + std::to_string(codePage));
-  }
-  const std::string page = codePage == kUtf8Page ? "UTF-8" : "CP" + std::to_string(codePage);
-  const iconv_t opened = iconv_open("UTF-32LE", page.c_str());
-  if (opened == std::bit_cast<iconv_t>(std::intptr_t{-1})) {
-    throw std::invalid_argument("the system has no code page " + std::to_string(codePage));
-  }
-  return Conversion(opened);
-}
-
-std::u32string decodeBytes(std::string_view bytes, unsigned codePage) {
-  const Conversion conversion = openConversion(codePage);
-  std::string input(bytes);
-  char* in = input.data();
-  std::size_t inLeft = input.size();
-  // No page makes two characters of one byte.
-  std::u32string text(input.size(), U'\0');
-  char* out = reinterpret_cast<char*>(text.data());
-  std::size_t outLeft = text.size() * sizeof(char32_t);
-  // The Hebrew and the Vietnamese page hold a letter back until they see whether a mark follows.
-  const auto releaseLetter = [&] { iconv(conversion.get(), nullptr, nullptr, &out, &outLeft); };
-  while (inLeft > 0) {
-    if (iconv(conversion.get(), &in, &inLeft, &out, &outLeft) != static_cast<std::size_t>(-1)) {
-      break;
-    }
-    if (inLeft == 0 || outLeft < sizeof(char32_t) || errno == E2BIG) {
-      break;
-    }
-    releaseLetter();
-    *reinterpret_cast<char32_t*>(out) = kReplacement;
-    out += sizeof(char32_t);
-    outLeft -= sizeof(char32_t);
-    ++in;
-    --inLeft;
-  }
-  releaseLetter();
-  text.resize(text.size() - outLeft / sizeof(char32_t));
-  return text;
-}
 
 // The unit of "\U+XXXX" at `place`.
 std::optional<char32_t> unitAt(std::u32string_view text, std::size_t place) {
@@ -180,6 +128,9 @@ bool isTextCodePage(unsigned codePage) {
 }
 
 std::string decodeText(std::string_view bytes, unsigned codePage) {
+  if (!isTextCodePage(codePage)) {
+    throw std::invalid_argument("no code page " + std::to_string(codePage));
+  }
   const std::u32string text = decodeBytes(bytes, codePage);
   std::string decoded;
   for (std::size_t place = 0; place < text.size();) {

@@ -155,7 +155,7 @@ class ExportBatch {
     record.seconds = std::chrono::duration<double>(Clock::now() - start).count();
     if (record.exitCode != kExitDone) {
       record.outcome = batch::Outcome::kFailed;
-      record.sentence = lastSentence;
+      record.sentence = lastSentence();
       ++failed_;
     } else if (record.outcome == batch::Outcome::kDrawn) {
       ++drawn_;

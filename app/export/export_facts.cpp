@@ -1,15 +1,15 @@
 #include "app/export/export_facts.h"
 
-#include <nettle/sha2.h>
-
 #include <array>
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <nlohmann/json.hpp>
 
 #include "app/cli/translation.h"
 #include "app/export/export_summary.h"
+#include "app/output/sha256.h"
 
 namespace dxf2d {
 
@@ -19,21 +19,17 @@ using Json = nlohmann::ordered_json;
 
 // As sha256sum prints it; empty when the file cannot be read.
 std::string sha256Of(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  sha256_ctx state;
-  sha256_init(&state);
+  std::ifstream file(std::filesystem::path(path), std::ios::binary);
+  Sha256 hash;
   std::array<char, 1 << 16> bytes{};
   while (file.read(bytes.data(), bytes.size()) || file.gcount() > 0) {
-    sha256_update(&state, static_cast<std::size_t>(file.gcount()),
-                  reinterpret_cast<const std::uint8_t*>(bytes.data()));
+    hash.Add({bytes.data(), static_cast<std::size_t>(file.gcount())});
   }
   if (!file.eof() || file.bad()) {
     return "";
   }
-  std::array<std::uint8_t, SHA256_DIGEST_SIZE> digest{};
-  sha256_digest(&state, digest.size(), digest.data());
   std::string text;
-  for (const std::uint8_t byte : digest) {
+  for (const std::uint8_t byte : hash.Digest()) {
     char digits[3];
     std::snprintf(digits, sizeof digits, "%02x", byte);
     text += digits;

@@ -4,6 +4,7 @@
 #include <array>
 #include <chrono>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -18,6 +19,7 @@
 #include "app/output/destination.h"
 #include "app/process/file_identity.h"
 #include "app/process/input_task.h"
+#include "app/process/worker_ends.h"
 #include "app/process/worker_process.h"
 
 namespace dxf2d {
@@ -42,7 +44,7 @@ bool isOwnPlugin(const std::string& plugin) {
 // Whether the module can call KtTraverser::Describe, which it has to name then.
 bool canDescribeItself(const std::string& plugin) {
   constexpr std::string_view kName = "_ZN11KtTraverser8DescribeERK19KtPluginDescription";
-  std::ifstream file(plugin, std::ios::binary);
+  std::ifstream file(std::filesystem::path(plugin), std::ios::binary);
   const std::string bytes(std::istreambuf_iterator<char>(file), {});
   return bytes.find(kName) != std::string::npos;
 }
@@ -60,7 +62,7 @@ int failToAsk(const std::string& plugin, const WorkerResult& end) {
       throw startFailure(plugin, end);
     case How::kSignal:
       return fail(kExitPlugin,
-                  {plugin, tr("crashes its host while it is loaded (%1)", {strsignal(end.number)}),
+                  {plugin, tr("crashes its host while it is loaded (%1)", {crashName(end.number)}),
                    nameAnother()});
     case How::kExited:
       return fail(kExitPlugin, {plugin,

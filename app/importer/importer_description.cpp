@@ -50,7 +50,7 @@ class DescriptionReader {
   }
 
   Json Document() const {
-    std::ifstream file(path_);
+    std::ifstream file{std::filesystem::path(path_)};
     if (!file) {
       throw UsageError({path_, tr("cannot be opened"), tr("check the name and its permissions")});
     }

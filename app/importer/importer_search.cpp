@@ -8,7 +8,7 @@
 
 #include "app/cli/option_values.h"
 #include "app/importer/importer.h"
-#include "app/process/worker_start.h"
+#include "app/process/worker_location.h"
 
 namespace dxf2d {
 namespace {
@@ -81,7 +81,7 @@ const Importer* importerByMagic(const std::vector<Importer>& importers, const st
     return nullptr;
   }
   std::string beginning(64, '\0');
-  std::ifstream file(model, std::ios::binary);
+  std::ifstream file(fs::path(model), std::ios::binary);
   file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
   beginning.resize(static_cast<std::size_t>(file.gcount()));
   return firstWithFormat(importers, [&](const ImporterFormat& format) {

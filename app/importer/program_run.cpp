@@ -32,7 +32,7 @@ std::optional<FileState> stateOf(const std::string& path) {
 
 std::string lastLineOf(const std::string& path) {
   constexpr std::streamoff kMost = 2000;
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(fs::path(path), std::ios::binary);
   file.seekg(0, std::ios::end);
   const std::streamoff size = file.tellg();
   file.seekg(std::max<std::streamoff>(0, size - kMost));

@@ -10,7 +10,7 @@
 #include "app/cli/option_values.h"
 #include "app/cli/translation.h"
 #include "app/importer/program_run.h"
-#include "app/process/worker_start.h"
+#include "app/process/worker_location.h"
 
 namespace dxf2d {
 namespace {

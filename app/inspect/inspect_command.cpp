@@ -19,6 +19,7 @@
 #include "app/output/scratch_directory.h"
 #include "app/process/confinement.h"
 #include "app/process/input_task.h"
+#include "app/process/worker_ends.h"
 #include "app/process/worker_process.h"
 
 namespace dxf2d {
@@ -166,7 +167,7 @@ std::string faultOf(const InspectOptions& options, const WorkerResult& end) {
     case WorkerResult::How::kExited:
       return tr("makes its host exit (exit code %1)", {std::to_string(end.number)});
     case WorkerResult::How::kSignal:
-      return tr("crashes its host (%1)", {strsignal(end.number)});
+      return tr("crashes its host (%1)", {crashName(end.number)});
     case WorkerResult::How::kTimedOut:
       return tr("does not finish within %1 seconds", {std::to_string(options.time.count())});
     case WorkerResult::How::kMemoryExceeded:
@@ -218,7 +219,7 @@ int failToLook(const InspectOptions& options, const WorkerResult& end) {
     case WorkerResult::How::kSignal:
       return fail(
           kExitPlugin,
-          {options.plugin, tr("crashes its host while it is loaded (%1)", {strsignal(end.number)}),
+          {options.plugin, tr("crashes its host while it is loaded (%1)", {crashName(end.number)}),
            fixPlugin()});
     case WorkerResult::How::kExited:
       return fail(kExitPlugin, {options.plugin,

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 
 #include <exception>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 
@@ -29,7 +30,7 @@ InspectedPlugin::InspectedPlugin(const std::string& plugin, const std::string& d
 
 // Files in the directory may be written, and the disk that is full.
 void InspectedPlugin::ConfineTo(const std::string& directory) {
-  const Descriptor full(open("/dev/full", O_WRONLY | O_CLOEXEC));
+  const Descriptor full(open("/dev/full", O_WRONLY));
   confine({systemFiles(),
            full.IsOpen() ? std::vector{full.Number()} : std::vector<int>{},
            {directory}});
@@ -89,7 +90,7 @@ std::string InspectedPlugin::TracesLeft() const {
 }
 
 std::string bytesOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(std::filesystem::path(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 

@@ -54,7 +54,7 @@ class FirstDrawing {
     // The same one, since a drawing may have its name in it; empty, so that it is written again.
     const std::string path = plugin_.PathOf("drawing");
     if (plugin_.WritesFiles()) {
-      std::ofstream(path, std::ios::trunc).close();
+      std::ofstream(std::filesystem::path(path), std::ios::trunc).close();
     }
     const std::string fault = plugin_.FaultOfWalk(traverser, scene_, path);
     if (!fault.empty()) {

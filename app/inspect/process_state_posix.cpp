@@ -6,7 +6,6 @@
 #include <clocale>
 #include <cstdlib>
 #include <filesystem>
-#include <iterator>
 #include <system_error>
 
 #include "app/cli/translation.h"
@@ -44,13 +43,6 @@ std::string nameOfDescriptor(int number) {
   return error ? tr("descriptor %1", {std::to_string(number)}) : path.string();
 }
 
-std::vector<std::string> missingFrom(const std::vector<std::string>& some,
-                                     const std::vector<std::string>& others) {
-  std::vector<std::string> missing;
-  std::ranges::set_difference(some, others, std::back_inserter(missing));
-  return missing;
-}
-
 }  // namespace
 
 ProcessState::ThreadCounter::ThreadCounter()
@@ -81,22 +73,6 @@ ProcessState::ProcessState(const ThreadCounter& threads)
       environment_(environmentNow()) {
   std::error_code ignored;
   directory_ = std::filesystem::current_path(ignored).string();
-}
-
-std::string ProcessState::SettingChangedIn(const ProcessState& later) const {
-  if (later.locale_ != locale_) {
-    return tr("changes the locale of the process to %1", {later.locale_});
-  }
-  if (later.threadLocale_ != threadLocale_) {
-    return tr("leaves another locale on the thread");
-  }
-  for (const std::string& entry : missingFrom(later.environment_, environment_)) {
-    return tr("changes the environment (%1)", {entry.substr(0, entry.find('='))});
-  }
-  for (const std::string& entry : missingFrom(environment_, later.environment_)) {
-    return tr("changes the environment (%1)", {entry.substr(0, entry.find('='))});
-  }
-  return later.directory_ != directory_ ? tr("changes the current directory") : "";
 }
 
 std::string ProcessState::ChangeIn(const ProcessState& later) const {

@@ -45,7 +45,7 @@ void checkReadable(const std::string& path) {
     fail(path, tr("it is not a regular file"), tr("copy it to one"));
   }
   errno = 0;
-  if (!std::ifstream(path, std::ios::binary)) {
+  if (!std::ifstream(std::filesystem::path(path), std::ios::binary)) {
     fail(path, std::generic_category().message(errno != 0 ? errno : EIO),
          tr("check its permissions"));
   }
@@ -82,7 +82,7 @@ std::string oneLine(std::string text) {
 
 // In any letter case.
 bool hasEnd(const std::string& path, const char* end) {
-  return strcasecmp(std::filesystem::path(path).extension().c_str(), end) == 0;
+  return strcasecmp(std::filesystem::path(path).extension().string().c_str(), end) == 0;
 }
 
 [[noreturn]] void failAsReaderSays(const std::string& path, const std::string& message) {

@@ -4,9 +4,12 @@
 #include <minizip/unzip.h>
 
 #include <array>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <optional>
+
+#include "platform/input_file.h"
 
 namespace dxf2d {
 namespace {
@@ -44,17 +47,26 @@ constexpr std::size_t kBeginning = std::size_t{1} << 16;
 
 std::string beginningOf(const std::string& path) {
   std::string text(kBeginning, '\0');
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(std::filesystem::path(path), std::ios::binary);
   file.read(text.data(), static_cast<std::streamsize>(text.size()));
   text.resize(static_cast<std::size_t>(file.gcount()));
   return text;
+}
+
+// As minizip asks for it: its own function does not know names in UTF-8 on Windows.
+voidpf openPackage(voidpf /*opaque*/, const void* path, int /*mode*/) {
+  return openForReading(static_cast<const char*>(path));
 }
 
 // The beginning of the model in a package of the Open Packaging Conventions; empty where there is
 // none.
 std::string beginningOfPackagedModel(const std::string& path) {
   constexpr int kAnyLetterCase = 2;
-  const std::unique_ptr<void, int (*)(unzFile)> package(unzOpen64(path.c_str()), &unzClose);
+  zlib_filefunc64_def files;
+  fill_fopen64_filefunc(&files);
+  files.zopen64_file = &openPackage;
+  const std::unique_ptr<void, int (*)(unzFile)> package(unzOpen2_64(path.c_str(), &files),
+                                                        &unzClose);
   if (package == nullptr ||
       unzLocateFile(package.get(), "3D/3dmodel.model", kAnyLetterCase) != UNZ_OK ||
       unzOpenCurrentFile(package.get()) != UNZ_OK) {

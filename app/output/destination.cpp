@@ -17,7 +17,8 @@ namespace {
 
 // Never a file of this name: OutputFile works beside it, and it is not committed.
 std::string scratchName() {
-  return temporaryDirectory() / ("dxf2d-output-" + std::to_string(std::random_device{}()));
+  return (temporaryDirectory() / ("dxf2d-output-" + std::to_string(std::random_device{}())))
+      .string();
 }
 
 }  // namespace

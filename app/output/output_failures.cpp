@@ -1,24 +1,14 @@
 #include "app/output/output_failures.h"
 
-#include <cstring>
-#include <system_error>
-
+#include "app/cli/path_separators.h"
 #include "app/cli/translation.h"
 
 namespace dxf2d {
 
-std::string reasonOf(int error) {
-  std::string reason = std::generic_category().message(error);
-  if (const char* const english = strerrordesc_np(error)) {
-    rememberEnglish(reason, english);
-  }
-  return reason;
-}
-
 std::string checkDisk() { return tr("check the disk or choose another location"); }
 
 std::string directoryOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
+  const std::size_t slash = path.find_last_of(kPathSeparators);
   if (slash == std::string::npos) {
     return ".";
   }

@@ -73,14 +73,6 @@ std::string followLinks(const std::string& path) {
   return followed.string();
 }
 
-Option forceOption(Existing& existing) {
-  const auto replace = [&existing](const std::string&) {
-    existing = Existing::kReplace;
-    return true;
-  };
-  return {"-f,--force", "", "Replace an existing file", "", replace};
-}
-
 OutputFile::OutputFile(const std::string& path, Existing existing)
     : name_(path), existing_(existing) {
   if (name_.empty()) {

@@ -15,7 +15,7 @@ namespace dxf2d {
 class ScratchFile {
  public:
   explicit ScratchFile(const std::string& name)
-      : directory_(temporaryDirectory() / ""),
+      : directory_((temporaryDirectory() / "").string()),
         file_(directory_, (temporaryDirectory() / "").string(), name) {}
 
   int Number() const { return file_.Number(); }

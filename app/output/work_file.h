@@ -32,8 +32,8 @@ class WorkFile {
   // and Path may change. Returns 0, or an errno.
   int Settle();
   // Gives the file the name `fileName` in the directory, in place of a file of that name if
-  // `replaces` is true. Returns 0, or an errno: EEXIST when there is such a file, ESTALE when the
-  // temporary file was removed or replaced.
+  // `replaces` is true. Returns 0, or an errno: EEXIST when there is such a file, ESTALE (on
+  // Windows ENOENT) when the temporary file was removed or replaced.
   int Publish(const std::string& fileName, bool replaces);
 
  private:

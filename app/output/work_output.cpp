@@ -1,12 +1,6 @@
 #include "app/output/work_output.h"
 
-#include "app/output/whole_write.h"
-
 namespace dxf2d {
-
-void WorkOutput::Write(std::string_view bytes) const { writeWhole(file, bytes, name); }
-
-void WorkOutput::Clear() const { removeBytes(file, name); }
 
 std::string WorkOutput::AsUserNamesIt(std::string text) const {
   for (std::size_t at = 0; (at = text.find(path, at)) != std::string::npos; at += name.size()) {

@@ -9,9 +9,10 @@
 
 namespace dxf2d {
 
-// The worker has inherited the open file; its parent holds the OutputFile and names the file when
-// it is complete.
+// The worker has inherited the open file, or opens it by its path on Windows; its parent holds the
+// OutputFile and names the file when it is complete.
 struct WorkOutput {
+  // -1 on Windows.
   int file = -1;
   // Where a writer of its own, such as the plug-in, may open the file.
   std::string path;

@@ -1,20 +1,12 @@
 #include "app/page/page_text.h"
 
-#include <nettle/base64.h>
-#include <nettle/sha2.h>
-
+#include <algorithm>
 #include <array>
 #include <cstdint>
 
+#include "app/output/sha256.h"
+
 namespace dxf2d::page {
-
-namespace {
-
-const std::uint8_t* octets(std::string_view bytes) {
-  return reinterpret_cast<const std::uint8_t*>(bytes.data());
-}
-
-}  // namespace
 
 std::string htmlText(std::string_view text) {
   std::string html;
@@ -62,18 +54,29 @@ std::string scriptText(std::string_view json) {
   return text;
 }
 
+// RFC 4648, section 4.
 std::string base64Of(std::string_view bytes) {
-  std::string text(BASE64_ENCODE_RAW_LENGTH(bytes.size()), '\0');
-  base64_encode_raw(text.data(), bytes.size(), octets(bytes));
+  constexpr std::string_view kDigits =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  constexpr std::size_t kGroup = 3;
+  std::string text;
+  text.reserve((bytes.size() + kGroup - 1) / kGroup * 4);
+  for (; !bytes.empty(); bytes.remove_prefix(std::min(bytes.size(), kGroup))) {
+    std::uint32_t bits = 0;
+    for (std::size_t i = 0; i < kGroup; ++i) {
+      bits = bits << 8U | (i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U);
+    }
+    for (std::size_t i = 0; i <= kGroup; ++i) {
+      text += i <= bytes.size() ? kDigits[bits >> (18U - 6U * i) & 0x3FU] : '=';
+    }
+  }
   return text;
 }
 
 std::string policySource(std::string_view text) {
-  sha256_ctx state;
-  sha256_init(&state);
-  sha256_update(&state, text.size(), octets(text));
-  std::array<std::uint8_t, SHA256_DIGEST_SIZE> digest{};
-  sha256_digest(&state, digest.size(), digest.data());
+  Sha256 hash;
+  hash.Add(text);
+  const std::array<std::uint8_t, 32> digest = hash.Digest();
   return "'sha256-" + base64Of({reinterpret_cast<const char*>(digest.data()), digest.size()}) + "'";
 }
 

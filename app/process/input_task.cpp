@@ -1,9 +1,7 @@
 #include "app/process/input_task.h"
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
-#include <csignal>
 #include <cstring>
 #include <filesystem>
 #include <new>
@@ -13,8 +11,8 @@
 #include "app/cli/option_values.h"
 #include "app/cli/translation.h"
 #include "app/process/own_descriptor.h"
-#include "app/process/termination_signals.h"
-#include "app/process/worker_start.h"
+#include "app/process/worker_ends.h"
+#include "app/process/worker_location.h"
 
 namespace dxf2d {
 
@@ -39,26 +37,18 @@ std::uint64_t memoryFor(const std::string& path) {
 // disk. One that does nothing is ended after so many times that limit.
 constexpr int kWallTimes = 10;
 
-// Readers do not send these to themselves.
-bool isFromOutside(int signal) {
-  const sigset_t requests = terminationSignals();
-  return signal == SIGKILL || sigismember(&requests, signal) == 1;
-}
-
 // Whether the worker was ended for another reason than its own doing.
 bool isEndFromOutside(const WorkerResult& end) {
   using How = WorkerResult::How;
   return end.how == How::kTerminated || end.how == How::kTimedOut ||
-         (end.how == How::kSignal && isFromOutside(end.number));
+         (end.how == How::kSignal && isSentFromOutside(end.number));
 }
 
 }  // namespace
 
 Failure startFailure(const std::string& file, const WorkerResult& end) {
-  // All other errors are those of a system that has too little of something.
-  constexpr std::array kNoProgram{ENOENT, ENOTDIR, EACCES, ENOEXEC, ELIBBAD};
   const bool isFound = end.how == WorkerResult::How::kNotStarted;
-  if (isFound && std::ranges::find(kNoProgram, end.number) == kNoProgram.end()) {
+  if (isFound && !isProgramAbsent(end.number)) {
     return {kExitLimit,
             {file, tr("no worker process can be started (%1)", {strerror(end.number)}),
              tr("close other programs and try again")}};
@@ -157,7 +147,7 @@ int InputTask::FailForStart(const WorkerResult& end) const {
 }
 
 int InputTask::FailForSignal(int signal) const {
-  if (signal == SIGXCPU) {
+  if (isEndOfProcessorTime(signal)) {
     const std::optional<std::chrono::seconds> granted = grantedProcessorTime();
     if (!granted || *granted > time_) {
       return FailForTime();
@@ -165,17 +155,17 @@ int InputTask::FailForSignal(int signal) const {
     return Fail(kExitLimit, tr("takes more processor time than the system allows (ulimit -t)"),
                 tr("raise that limit"));
   }
-  if (isFromOutside(signal)) {
+  if (isSentFromOutside(signal)) {
     return Fail(kExitLimit,
                 tr("its worker process was ended from outside by a signal (%1), perhaps for lack "
                    "of memory",
-                   {strsignal(signal)}),
+                   {crashName(signal)}),
                 tr("free some memory and try again"));
   }
   if (!plugin_.empty()) {
-    return FailForPlugin(tr("crashes its host (%1)", {strsignal(signal)}));
+    return FailForPlugin(tr("crashes its host (%1)", {crashName(signal)}));
   }
-  return Fail(kExitInput, tr("crashes %1 (%2)", {reader_, strsignal(signal)}), repairFile());
+  return Fail(kExitInput, tr("crashes %1 (%2)", {reader_, crashName(signal)}), repairFile());
 }
 
 int InputTask::FailForPlugin(const std::string& what) const {

@@ -1,18 +1,19 @@
-// Termination signals, blocked while there is something to clean up.
+// Termination signals, blocked while there is something to clean up: those by which a user or the
+// system ends a process. On Windows they are what a console's handler is told: Ctrl-C, Ctrl-Break,
+// a closed window, the end of the session.
 #pragma once
 
-#include <csignal>
+#include <memory>
 
 namespace dxf2d {
-
-// Returns the signals by which a user or the system ends a process: Ctrl-C, a closed terminal, a
-// shutdown, timers, schedulers, real-time signals. Leaves out those that the process was started to
-// ignore, as under nohup, and those that report a fault of its own, such as SIGSEGV.
-sigset_t terminationSignals();
 
 // Unblocks the termination signals: some launchers start programs with them blocked by mistake. For
 // the start of the program.
 void unblockTerminationSignals();
+
+// Has failed writes return their reason (EPIPE, EFBIG) in place of ending the process by a signal.
+// For the start of the program.
+void ignoreWriteSignals();
 
 // Whether one that is blocked has come.
 bool isTerminationPending();
@@ -29,7 +30,8 @@ class ScopedSignalBlock {
   ScopedSignalBlock& operator=(const ScopedSignalBlock&) = delete;
 
  private:
-  sigset_t before_;
+  struct Mask;
+  std::unique_ptr<Mask> before_;
 };
 
 }  // namespace dxf2d

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "app/process/signal_set_posix.h"
+
 namespace dxf2d {
 
 namespace {
@@ -39,6 +41,11 @@ void unblockTerminationSignals() {
   pthread_sigmask(SIG_UNBLOCK, &requests, nullptr);
 }
 
+void ignoreWriteSignals() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
 bool isTerminationPending() {
   sigset_t pending;
   if (sigpending(&pending) != 0 || sigisemptyset(&pending) != 0) {
@@ -53,11 +60,17 @@ bool isTerminationPending() {
   return false;
 }
 
-ScopedSignalBlock::ScopedSignalBlock() : before_() {
+struct ScopedSignalBlock::Mask {
+  sigset_t signals{};
+};
+
+ScopedSignalBlock::ScopedSignalBlock() : before_(std::make_unique<Mask>()) {
   const sigset_t requests = terminationSignals();
-  pthread_sigmask(SIG_BLOCK, &requests, &before_);
+  pthread_sigmask(SIG_BLOCK, &requests, &before_->signals);
 }
 
-ScopedSignalBlock::~ScopedSignalBlock() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+ScopedSignalBlock::~ScopedSignalBlock() {
+  pthread_sigmask(SIG_SETMASK, &before_->signals, nullptr);
+}
 
 }  // namespace dxf2d

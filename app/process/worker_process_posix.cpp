@@ -13,6 +13,7 @@
 
 #include "app/process/memory_in_use.h"
 #include "app/process/pipe.h"
+#include "app/process/signal_set_posix.h"
 #include "app/process/termination_signals.h"
 #include "app/process/worker_process.h"
 #include "app/process/worker_reports.h"

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <clocale>
 #include <csignal>
 #include <cstdint>
 #include <cstdio>
@@ -15,8 +14,8 @@
 #include <exception>
 #include <new>
 
+#include "app/cli/catalog.h"
 #include "app/cli/failure.h"
-#include "app/cli/translation.h"
 #include "app/process/memory_in_use.h"
 #include "app/process/refused_memory.h"
 #include "app/process/stack_growth.h"
@@ -197,8 +196,6 @@ void enter(const WorkerSetup& setup) {
 // What is the same for each worker, and done once for those of a template.
 void prepare() {
   findStackEnd();
-  // Messages in the user's language, and nothing else: numbers in drawings always have a point.
-  std::setlocale(LC_MESSAGES, "");
   findCatalogs();
   // EPIPE and EFBIG are reported as failed writes.
   std::signal(SIGPIPE, SIG_IGN);

@@ -10,9 +10,6 @@
 
 namespace dxf2d {
 
-// The file of the worker program that belongs to this program.
-std::string workerProgram();
-
 // The command line of a worker that reports to the descriptor `report`.
 std::vector<std::string> workerWords(const WorkerCall& call, const WorkerLimits& limits,
                                      int report);

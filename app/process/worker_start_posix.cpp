@@ -8,7 +8,8 @@
 #include <filesystem>
 
 #include "app/process/pipe.h"
-#include "app/process/termination_signals.h"
+#include "app/process/signal_set_posix.h"
+#include "app/process/worker_location.h"
 #include "app/process/worker_protocol.h"
 #include "app/process/worker_start.h"
 

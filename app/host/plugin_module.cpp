@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "app/cli/own_program.h"
 #include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
 #include "ktscene/kt_host.h"
@@ -16,14 +17,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kFileName = "dxf2d_plugin.so";
+constexpr const char* kFileName = DXF2D_PLUGIN_FILE;
 
 // Where the plug-in stands from the directory of the program: once installed, and in the build
 // tree.
 std::vector<fs::path> ownPlaces() {
-  std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);
-  if (error) {
+  const fs::path program = ownProgram();
+  if (program.empty()) {
     return {};
   }
   const fs::path libraries = program.parent_path().parent_path() / DXF2D_LIBRARY_DIRECTORY;

@@ -1,12 +1,9 @@
 #include "app/model/model_files.h"
 
-#include <fcntl.h>
-#include <strings.h>
-#include <sys/stat.h>
-
 #include <assimp/cimport.h>
 #include <assimp/material.h>
 #include <assimp/scene.h>
+#include <strings.h>
 
 #include <algorithm>
 #include <array>
@@ -19,8 +16,9 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/path_separators.h"
 #include "app/cli/translation.h"
-#include "app/process/descriptor.h"
+#include "app/model/opened_file.h"
 
 namespace dxf2d {
 
@@ -46,25 +44,18 @@ void addFile(std::vector<std::string>& names, const std::string& name) {
 std::string placeOf(const std::string& path) {
   std::error_code error;
   const fs::path place = fs::weakly_canonical(fs::absolute(path, error), error);
-  return error ? std::string() : place.string();
-}
-
-bool isSameTime(const timespec& one, const timespec& other) {
-  return one.tv_sec == other.tv_sec && one.tv_nsec == other.tv_nsec;
+  return error ? std::string() : place.generic_string();
 }
 
 // A regular file that is open for reading.
 class FileStream : public Assimp::IOStream {
  public:
-  FileStream(std::FILE* file, std::string name, const struct stat& status, ModelFiles& files)
-      : file_(file), name_(std::move(name)), status_(status), files_(files) {}
+  FileStream(OpenedFile file, std::string name, ModelFiles& files)
+      : file_(std::move(file)), name_(std::move(name)), files_(files) {}
   ~FileStream() override {
-    struct stat now {};
-    if (fstat(fileno(file_), &now) == 0 &&
-        (now.st_size != status_.st_size || !isSameTime(now.st_mtim, status_.st_mtim))) {
+    if (file_.HasChanged()) {
       files_.NoteFailure(name_, tr("it changes while it is read"));
     }
-    std::fclose(file_);
   }
   FileStream(const FileStream&) = delete;
   FileStream& operator=(const FileStream&) = delete;
@@ -74,7 +65,7 @@ class FileStream : public Assimp::IOStream {
       return 0;
     }
     errno = 0;
-    const size_t read = std::fread(buffer, size, count, file_);
+    const size_t read = std::fread(buffer, size, count, file_.Stream());
     if (read < count) {
       CheckEnd();
     }
@@ -85,27 +76,24 @@ class FileStream : public Assimp::IOStream {
     const int whence = origin == aiOrigin_SET   ? SEEK_SET
                        : origin == aiOrigin_CUR ? SEEK_CUR
                                                 : SEEK_END;
-    return fseeko(file_, static_cast<off_t>(offset), whence) == 0 ? aiReturn_SUCCESS
-                                                                  : aiReturn_FAILURE;
+    return file_.Seek(offset, whence) ? aiReturn_SUCCESS : aiReturn_FAILURE;
   }
-  size_t Tell() const override { return static_cast<size_t>(ftello(file_)); }
-  size_t FileSize() const override { return static_cast<size_t>(status_.st_size); }
+  size_t Tell() const override { return file_.Tell(); }
+  size_t FileSize() const override { return file_.Size(); }
   void Flush() override {}
 
  private:
   // After a read that returned less than was asked for.
   void CheckEnd() {
-    if (std::ferror(file_) != 0) {
+    if (std::ferror(file_.Stream()) != 0) {
       files_.NoteFailure(name_, std::generic_category().message(errno != 0 ? errno : EIO));
-    } else if (ftello(file_) < status_.st_size) {
+    } else if (file_.Tell() < file_.Size()) {
       files_.NoteFailure(name_, tr("it ends before its size is reached"));
     }
   }
 
-  std::FILE* file_;
+  OpenedFile file_;
   std::string name_;
-  // At the time of opening.
-  struct stat status_;
   ModelFiles& files_;
 };
 
@@ -120,7 +108,7 @@ void ModelFiles::NoteFailure(const std::string& file, const std::string& reason)
 
 ModelFileSystem::ModelFileSystem(const std::string& model, bool allowsOutside, ModelFiles& files)
     : model_(placeOf(model)),
-      prefix_(model.substr(0, model.rfind('/') + 1)),
+      prefix_(model.substr(0, model.find_last_of(kPathSeparators) + 1)),
       allowsOutside_(allowsOutside),
       files_(files) {
   directory_ = placeOf(prefix_.empty() ? "." : prefix_);
@@ -153,12 +141,12 @@ void ModelFileSystem::NoteNamed(const std::string& path) const {
 
 bool ModelFileSystem::Exists(const char* path) const {
   NoteNamed(path);
-  struct stat status {};
-  const bool exists = stat(path, &status) == 0 && !S_ISDIR(status.st_mode);
+  OpenedFile::Kind kind{};
+  const bool exists = OpenedFile::Find(path, kind) && kind != OpenedFile::Kind::kDirectory;
   // Importers do not open a file that is reported as missing.
   if (!exists) {
     addFile(files_.probed, NameOf(path));
-  } else if (!S_ISREG(status.st_mode) || !IsAllowed(path)) {
+  } else if (kind != OpenedFile::Kind::kRegular || !IsAllowed(path)) {
     addFile(files_.outside, NameOf(path));
     return false;
   }
@@ -172,17 +160,15 @@ Assimp::IOStream* ModelFileSystem::Open(const char* asked, const char* mode) {
   }
   const std::string name = NameOf(asked);
   // Readers put the directory of the model before absolute names, too.
-  const std::string path = name.starts_with('/') ? name : asked;
+  const std::string path = fs::path(name).is_absolute() ? name : asked;
   NoteNamed(path);
   if (!IsAllowed(path)) {
     addFile(files_.outside, name);
     return nullptr;
   }
-  // A FIFO would wait for a writer.
-  Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  struct stat status {};
-  if (!file.IsOpen() || fstat(file.Number(), &status) != 0) {
-    const int error = errno;
+  OpenedFile file(path);
+  const int error = errno;
+  if (file.Stream() == nullptr && file.What() != OpenedFile::Kind::kDirectory) {
     if (error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG) {
       addFile(files_.missing, name);
     } else {
@@ -190,25 +176,19 @@ Assimp::IOStream* ModelFileSystem::Open(const char* asked, const char* mode) {
     }
     return nullptr;
   }
-  if (S_ISDIR(status.st_mode)) {
+  if (file.What() == OpenedFile::Kind::kDirectory) {
     addFile(files_.missing, name);
     return nullptr;
   }
-  if (!S_ISREG(status.st_mode)) {
+  if (file.What() != OpenedFile::Kind::kRegular) {
     addFile(files_.outside, name);
     return nullptr;
   }
   files_.openedNames.push_back(fs::path(path).filename().string());
-  if (strcasecmp(fs::path(path).extension().c_str(), ".mtl") == 0) {
+  if (strcasecmp(fs::path(path).extension().string().c_str(), ".mtl") == 0) {
     files_.materialLibraries.push_back(path);
   }
-  std::FILE* const stream = fdopen(file.Number(), "rb");
-  if (stream == nullptr) {
-    files_.NoteFailure(name, std::generic_category().message(errno));
-    return nullptr;
-  }
-  static_cast<void>(file.Release());
-  return std::make_unique<FileStream>(stream, name, status, files_).release();
+  return std::make_unique<FileStream>(std::move(file), name, files_).release();
 }
 
 void ModelFileSystem::Close(Assimp::IOStream* stream) { delete stream; }

@@ -1,22 +1,15 @@
-#include <libintl.h>
+#include "app/cli/translation.h"
 
 #include <algorithm>
-#include <clocale>
 #include <cstddef>
 #include <deque>
-#include <filesystem>
 #include <iterator>
-#include <system_error>
 #include <vector>
 
-#include "app/cli/translation.h"
+#include "app/cli/catalog.h"
 
 namespace dxf2d {
 namespace {
-
-namespace fs = std::filesystem;
-
-constexpr const char* kDomain = "dxf2d";
 
 // As many as one sentence can be made of, and a few that are thrown and caught meanwhile.
 constexpr std::size_t kMostRemembered = 64;
@@ -65,13 +58,12 @@ std::string filledIn(const char* source, const char* translation,
 }  // namespace
 
 std::string tr(const char* text, std::initializer_list<std::string_view> values) {
-  // gettext returns the catalog's own header for the empty text.
-  return filledIn(text, *text == '\0' ? text : dgettext(kDomain, text), values);
+  return filledIn(text, catalogText(text), values);
 }
 
 std::string trn(const char* one, const char* many, std::uint64_t count,
                 std::initializer_list<std::string_view> values) {
-  return filledIn(count == 1 ? one : many, dngettext(kDomain, one, many, count), values);
+  return filledIn(count == 1 ? one : many, catalogText(one, many, count), values);
 }
 
 std::string inEnglish(const std::string& text) {
@@ -88,30 +80,6 @@ void rememberEnglish(const std::string& text, const std::string& english) {
     latest.pop_front();
   }
   latest.push_back({text, english});
-}
-
-void findCatalogs() {
-  const std::string_view locale = std::setlocale(LC_MESSAGES, nullptr);
-  if (locale == "C" || locale == "POSIX") {
-    // gettext translates nothing.
-    return;
-  }
-  std::error_code error;
-  fs::path directory = fs::read_symlink("/proc/self/exe", error).parent_path();
-  constexpr int kLevels = 3;
-  for (int level = 0; level < kLevels; ++level) {
-    directory = directory.parent_path();
-    const fs::path catalogs = directory / DXF2D_LOCALE_DIRECTORY;
-    if (fs::is_directory(catalogs, error)) {
-      bindtextdomain(kDomain, catalogs.c_str());
-      // Whatever the locale's own encoding is.
-      bind_textdomain_codeset(kDomain, "UTF-8");
-      // The system's reasons, which are parts of our sentences.
-      bind_textdomain_codeset("libc", "UTF-8");
-      static_cast<void>(dgettext(kDomain, "Options"));
-      return;
-    }
-  }
 }
 
 }  // namespace dxf2d

@@ -1,15 +1,12 @@
 #include "app/batch/progress.h"
 
-#include <sys/ioctl.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <string_view>
 
 #include "app/cli/failure.h"
 #include "app/cli/printable.h"
+#include "app/cli/terminal.h"
 #include "app/cli/translation.h"
 #include "app/process/termination_signals.h"
 
@@ -67,13 +64,6 @@ std::string cut(const std::string& text, std::size_t width) {
   return text.substr(0, end);
 }
 
-std::size_t terminalWidth() {
-  struct winsize size {};
-  const bool isKnown = ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 1;
-  // A full line would make some terminals go on to the next.
-  return isKnown ? size.ws_col - 1U : 79U;
-}
-
 // Whether a line stands there. Guarded by `printing`.
 bool isShown = false;
 
@@ -99,11 +89,7 @@ std::string progressLine(const ProgressState& state, std::size_t width) {
   return cut(printable(line), width);
 }
 
-bool isProgressShown() {
-  const char* const terminal = std::getenv("TERM");
-  return isatty(STDERR_FILENO) != 0 && terminal != nullptr &&
-         std::string_view(terminal) != "dumb" && !isSet("CI");
-}
+bool isProgressShown() { return isErasable(stderr) && !isSet("CI"); }
 
 ProgressBar::ProgressBar(std::size_t total) {
   state_.total = total;
@@ -148,7 +134,8 @@ void ProgressBar::Draw() {
   if (state_.total <= 1 && state_.seconds < kPatience) {
     return;
   }
-  const std::string line = progressLine(state_, terminalWidth());
+  // A full line would make some terminals go on to the next.
+  const std::string line = progressLine(state_, lineWidth(stderr) - 1);
   const std::lock_guard lock(printing);
   std::fprintf(stderr, "\r%s\x1b[K", line.c_str());
   std::fflush(stderr);

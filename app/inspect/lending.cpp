@@ -1,5 +1,4 @@
-#include <sys/mman.h>
-#include <unistd.h>
+#include "app/inspect/lending.h"
 
 #include <algorithm>
 #include <cassert>
@@ -10,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/inspect/lending.h"
+#include "app/inspect/guarded_pages.h"
 #include "ktscene/kt_geometry.h"
 #include "ktscene/kt_graphic_node.h"
 
@@ -27,26 +26,18 @@ KtCallbacks& lender() {
 // one readable again.
 class Pages {
  public:
-  Pages() : size_(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))) {
-    memory_ = mmap(nullptr, size_ * kCount, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory_ == MAP_FAILED) {
-      throw std::bad_alloc();
-    }
-  }
-
   void* Open() {
-    void* page = static_cast<char*>(memory_) + size_ * next_;
+    void* page = static_cast<char*>(memory_) + pageSize() * next_;
     next_ = (next_ + 1) % kCount;
-    mprotect(page, size_, PROT_READ | PROT_WRITE);
+    openPage(page);
     return page;
   }
-  void Close(void* page) const { mprotect(page, size_, PROT_NONE); }
+  void Close(void* page) const { closePage(page); }
 
  private:
   static constexpr std::size_t kCount = 4096;
 
-  std::size_t size_;
-  void* memory_;
+  void* memory_ = reservePages(kCount);
   std::size_t next_ = 0;
 };
 
