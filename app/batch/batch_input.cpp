@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 
 namespace dxf2d::batch {
@@ -17,7 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string readList(const std::string& name) {
-  std::ifstream file(fs::path(name == "-" ? "/dev/stdin" : name), std::ios::binary);
+  std::ifstream file(filePath(name == "-" ? "/dev/stdin" : name), std::ios::binary);
   std::ostringstream text;
   // A list may be empty, which sets a flag of both streams.
   file.peek();
@@ -25,7 +26,7 @@ std::string readList(const std::string& name) {
     text << file.rdbuf();
   }
   std::error_code ignored;
-  if (!file.is_open() || file.bad() || fs::is_directory(name, ignored)) {
+  if (!file.is_open() || file.bad() || fs::is_directory(filePath(name), ignored)) {
     throw UsageError(
         {name, tr("the list cannot be read"), tr("name a file with one path in each line")});
   }
@@ -34,7 +35,7 @@ std::string readList(const std::string& name) {
 
 bool isFolder(const std::string& path) {
   std::error_code ignored;
-  return fs::is_directory(path, ignored);
+  return fs::is_directory(filePath(path), ignored);
 }
 
 class Collection {
@@ -43,7 +44,7 @@ class Collection {
       : request_(request), isInput_(isInput) {
     std::error_code ignored;
     if (!request.outputs.empty()) {
-      outputs_ = fs::weakly_canonical(request.outputs, ignored);
+      outputs_ = fs::weakly_canonical(filePath(request.outputs), ignored);
     }
   }
 
@@ -58,7 +59,7 @@ class Collection {
 
  private:
   void AddFile(const std::string& path, const std::string& folder) {
-    if (taken_.insert(fs::path(path).lexically_normal().string()).second) {
+    if (taken_.insert(filePath(path).lexically_normal().string()).second) {
       found_.inputs.push_back({path, folder});
     }
   }
@@ -91,7 +92,7 @@ class Collection {
 
   // In the order of their names; none of the folder for outputs, if that is below `top`.
   std::vector<fs::directory_entry> EntriesOf(const std::string& top, const fs::path& folder) {
-    const fs::path path = fs::path(top) / folder;
+    const fs::path path = filePath(top) / folder;
     std::error_code error;
     if (!outputs_.empty() && !folder.empty() && fs::weakly_canonical(path, error) == outputs_) {
       return {};

@@ -4,6 +4,7 @@
 #include <map>
 #include <set>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 
 namespace dxf2d::batch {
@@ -13,11 +14,11 @@ namespace {
 namespace fs = std::filesystem;
 
 std::string stemOf(const Input& input) {
-  return (fs::path(input.folder) / fs::path(input.path).stem()).string();
+  return (filePath(input.folder) / filePath(input.path).stem()).string();
 }
 
 std::string nameOf(const Input& input) {
-  return (fs::path(input.folder) / fs::path(input.path).filename()).string();
+  return (filePath(input.folder) / filePath(input.path).filename()).string();
 }
 
 // `name`, numbered where it is taken.

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/suggestion.h"
 #include "app/cli/translation.h"
 
@@ -22,13 +23,13 @@ std::optional<fs::path> directoryFrom(const char* variable) {
   if (value == nullptr || *value != '/') {
     return std::nullopt;
   }
-  return fs::path(value);
+  return filePath(value);
 }
 
 std::string contentOf(const std::string& path) {
   std::error_code ignored;
-  std::ifstream file(fs::path(path), std::ios::binary);
-  if (!file || fs::is_directory(path, ignored)) {
+  std::ifstream file(filePath(path), std::ios::binary);
+  if (!file || fs::is_directory(filePath(path), ignored)) {
     throw UsageError({path, tr("the configuration file cannot be read"),
                       tr("name another with --config, or use --no-config")});
   }

@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/drawing/group_reader.h"
 #include "platform/input_file.h"
@@ -31,7 +32,7 @@ constexpr std::size_t kFirstChunk = std::size_t{1} << 20;
 // beforehand, room to begin with.
 std::size_t firstRoom(const std::string& path) {
   std::error_code none;
-  const std::uintmax_t size = std::filesystem::file_size(path, none);
+  const std::uintmax_t size = std::filesystem::file_size(filePath(path), none);
   if (none) {
     return kFirstChunk;
   }

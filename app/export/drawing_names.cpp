@@ -8,6 +8,7 @@
 
 #include "app/batch/output_names.h"
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 
 namespace dxf2d {
@@ -37,7 +38,7 @@ void checkNames(const std::vector<ExportJob>& jobs) {
 
 bool isFolder(const std::string& path) {
   std::error_code ignored;
-  return fs::is_directory(path, ignored);
+  return fs::is_directory(filePath(path), ignored);
 }
 
 }  // namespace
@@ -52,7 +53,7 @@ ExportJobs jobsIntoDirectory(const std::vector<batch::Input>& models, const std:
   const batch::OutputStems names = batch::outputStems(models);
   ExportJobs jobs{{}, names.clashes};
   for (std::size_t i = 0; i < models.size(); ++i) {
-    const std::string stem = (fs::path(output) / names.stems[i]).string();
+    const std::string stem = (filePath(output) / filePath(names.stems[i])).string();
     if (cuts.size() > 1) {
       for (const CutPlane& cut : cuts) {
         std::string drawing = stem;

@@ -11,6 +11,7 @@
 #include "app/batch/progress.h"
 #include "app/batch/report_file.h"
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/export/export_call.h"
 #include "app/export/export_job.h"
@@ -30,14 +31,14 @@ using Clock = std::chrono::steady_clock;
 // Why a job is left out; nothing where it is not.
 std::optional<std::string> reasonToSkip(const ExportJob& job, Skipped skipped) {
   std::error_code error;
-  const fs::file_time_type drawn = fs::last_write_time(job.drawing, error);
+  const fs::file_time_type drawn = fs::last_write_time(filePath(job.drawing), error);
   if (skipped == Skipped::kNone || error) {
     return std::nullopt;
   }
   if (skipped == Skipped::kExisting) {
     return tr("has a drawing");
   }
-  const fs::file_time_type changed = fs::last_write_time(job.model, error);
+  const fs::file_time_type changed = fs::last_write_time(filePath(job.model), error);
   return !error && changed <= drawn
              ? std::optional<std::string>(tr("is not newer than its drawing"))
              : std::nullopt;
@@ -191,7 +192,7 @@ class ExportBatch {
     if (jobs_.size() > 1) {
       // What fails here is said when the drawing is created.
       std::error_code ignored;
-      fs::create_directories(fs::path(job.drawing).parent_path(), ignored);
+      fs::create_directories(filePath(job.drawing).parent_path(), ignored);
     }
     JobNews news;
     news.onStage = [&](std::string_view stage) {

@@ -10,6 +10,7 @@
 
 #include "app/batch/batch_input.h"
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/cli/run_all.h"
 #include "app/cli/translation.h"
@@ -32,7 +33,7 @@ namespace {
 std::filesystem::path placeOf(const std::string& drawing) {
   try {
     std::error_code ignored;
-    return std::filesystem::weakly_canonical(followLinks(drawing), ignored);
+    return std::filesystem::weakly_canonical(filePath(followLinks(drawing)), ignored);
   } catch (const OutputError&) {
     return {};
   }
@@ -85,7 +86,7 @@ void checkBatchOptions(const ExportOptions& options, bool isForSeveral) {
                       tr("name a directory for them with --output")});
   }
   std::error_code ignored;
-  const std::filesystem::path output = options.output;
+  const std::filesystem::path output = filePath(options.output);
   if (!options.output.ends_with('/') &&
       parseOutputFormat(withoutDot(output.extension().string())) &&
       !std::filesystem::is_directory(output, ignored)) {
@@ -98,7 +99,7 @@ void checkBatchOptions(const ExportOptions& options, bool isForSeveral) {
 
 // Files in folders that are models by their names; not what is more often a drawing.
 bool isModelIn(const std::vector<std::string>& ends, const std::string& path) {
-  const std::string end = normalized(std::filesystem::path(path).extension().string());
+  const std::string end = normalized(filePath(path).extension().string());
   return (end != ".dxf" && std::ranges::find(ends, end) != ends.end()) ||
          UnpackedModel::IsPackedModel(path, ends);
 }
@@ -126,7 +127,7 @@ batch::Inputs inputsOf(const ExportOptions& options) {
 // With the directories above it, unless it is there.
 void makeDirectory(const std::string& directory) {
   std::error_code error;
-  std::filesystem::create_directories(directory, error);
+  std::filesystem::create_directories(filePath(directory), error);
   requireDirectory(directory);
 }
 

@@ -7,6 +7,7 @@
 #include <fstream>
 #include <nlohmann/json.hpp>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/export/export_summary.h"
 #include "app/output/sha256.h"
@@ -19,7 +20,7 @@ using Json = nlohmann::ordered_json;
 
 // As sha256sum prints it; empty when the file cannot be read.
 std::string sha256Of(const std::string& path) {
-  std::ifstream file(std::filesystem::path(path), std::ios::binary);
+  std::ifstream file(filePath(path), std::ios::binary);
   Sha256 hash;
   std::array<char, 1 << 16> bytes{};
   while (file.read(bytes.data(), bytes.size()) || file.gcount() > 0) {

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/cli/config_file.h"
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/export/export_command.h"
 #include "app/export/import_step.h"
@@ -264,9 +265,7 @@ Option threadsOption(std::optional<unsigned>& threads) {
 
 }  // namespace
 
-bool isSceneFile(const std::string& path) {
-  return std::filesystem::path(path).extension() == ".json";
-}
+bool isSceneFile(const std::string& path) { return filePath(path).extension() == ".json"; }
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/cli/translation.h"
 #include "app/export/model_ends.h"
@@ -24,14 +25,14 @@ const Importer* importerOf(const std::vector<Importer>& importers, const std::st
   }
   // Formats share their first bytes: IFC files begin like those of STEP.
   const std::vector<std::string> known = readerEnds(options);
-  const std::string end = normalized(std::filesystem::path(model).extension().string());
+  const std::string end = normalized(filePath(model).extension().string());
   return std::ranges::find(known, end) == known.end() ? importer : nullptr;
 }
 
 // Throws Failure, for the file at `path` of `model`, when only an importer that is not installed
 // reads its format: what else would read such files only says that it cannot.
 void checkInstalled(const std::string& path, const std::string& model) {
-  const std::string end = normalized(std::filesystem::path(path).extension().string());
+  const std::string end = normalized(filePath(path).extension().string());
   for (const KnownFormat& format : kKnownFormats) {
     if (format.hasNoOther && !end.empty() &&
         std::ranges::find(format.ends, end) != format.ends.end()) {

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/drawing/drawing_units.h"
 
@@ -50,7 +51,7 @@ std::optional<page::PageStyle> pageOf(const ExportJob& job, const ExportOptions&
     return std::nullopt;
   }
   page::PageStyle style;
-  style.title = std::filesystem::path(job.model).filename().string();
+  style.title = filePath(job.model).filename().string();
   if (options.picture.sheet && options.picture.sheet->title) {
     style.title = *options.picture.sheet->title;
   }

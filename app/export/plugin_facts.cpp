@@ -11,6 +11,7 @@
 #include <string>
 #include <string_view>
 
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/cli/printable.h"
 #include "app/cli/translation.h"
@@ -44,7 +45,7 @@ bool isOwnPlugin(const std::string& plugin) {
 // Whether the module can call KtTraverser::Describe, which it has to name then.
 bool canDescribeItself(const std::string& plugin) {
   constexpr std::string_view kName = "_ZN11KtTraverser8DescribeERK19KtPluginDescription";
-  std::ifstream file(std::filesystem::path(plugin), std::ios::binary);
+  std::ifstream file(filePath(plugin), std::ios::binary);
   const std::string bytes(std::istreambuf_iterator<char>(file), {});
   return bytes.find(kName) != std::string::npos;
 }

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "app/cli/file_path.h"
 #include "app/cli/own_program.h"
 #include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
@@ -104,7 +105,7 @@ std::string pluginFile(const std::string& path) {
   }
   // A name without a slash would be looked for among the system's libraries.
   std::error_code error;
-  const fs::path file = fs::absolute(path, error);
+  const fs::path file = fs::absolute(filePath(path), error);
   if (error) {
     throw PluginError({path, tr("cannot be found: the current directory is not there"),
                        tr("change to another, or name the plug-in by its whole path")});

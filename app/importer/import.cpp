@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 
 namespace dxf2d {
 
@@ -14,7 +15,7 @@ int ImportedModel::Run(const Importer& importer, const ImportSettings& settings,
   if (const int code = requireRegular(model); code != kExitDone) {
     return code;
   }
-  const fs::path path = fs::absolute(model.path);
+  const fs::path path = fs::absolute(filePath(model.path));
   ImportProgram program{importer.name,
                         commandFor(importer, settings, path.string(), result_.Path()),
                         importer.directory, allowsOutside ? "/" : path.parent_path().string()};

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/cli/translation.h"
 #include "app/importer/importer.h"
@@ -28,7 +29,7 @@ class DescriptionReader {
     Importer importer;
     importer.name = Text(json, "name");
     importer.version = Text(json, "version");
-    importer.directory = std::filesystem::absolute(path_).parent_path().string();
+    importer.directory = std::filesystem::absolute(filePath(path_)).parent_path().string();
     importer.command = Texts(json, "command");
     if (importer.command.front().starts_with("./")) {
       importer.command.front().replace(0, 1, importer.directory);
@@ -50,7 +51,7 @@ class DescriptionReader {
   }
 
   Json Document() const {
-    std::ifstream file{std::filesystem::path(path_)};
+    std::ifstream file{filePath(path_)};
     if (!file) {
       throw UsageError({path_, tr("cannot be opened"), tr("check the name and its permissions")});
     }

@@ -6,6 +6,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/importer/importer.h"
 #include "app/process/worker_location.h"
@@ -25,7 +26,7 @@ std::vector<std::string> searchedDirectories() {
       }
     }
   }
-  directories.push_back((fs::path(workerProgram()).parent_path() / "importers").string());
+  directories.push_back((filePath(workerProgram()).parent_path() / "importers").string());
   return directories;
 }
 
@@ -33,7 +34,7 @@ std::vector<std::string> searchedDirectories() {
 std::vector<std::string> descriptionsIn(const std::string& directory) {
   std::vector<std::string> found;
   std::error_code ignored;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory, ignored)) {
+  for (const fs::directory_entry& entry : fs::directory_iterator(filePath(directory), ignored)) {
     if (entry.path().extension() == ".json") {
       found.push_back(entry.path().string());
     }
@@ -69,7 +70,7 @@ std::vector<Importer> findImporters(const std::vector<std::string>& asked) {
 }
 
 const Importer* importerByName(const std::vector<Importer>& importers, const std::string& model) {
-  const std::string extension = normalized(fs::path(model).extension().string());
+  const std::string extension = normalized(filePath(model).extension().string());
   return firstWithFormat(importers, [&](const ImporterFormat& format) {
     return std::ranges::find(format.extensions, extension) != format.extensions.end();
   });
@@ -77,11 +78,11 @@ const Importer* importerByName(const std::vector<Importer>& importers, const std
 
 const Importer* importerByMagic(const std::vector<Importer>& importers, const std::string& model) {
   std::error_code ignored;
-  if (!fs::is_regular_file(model, ignored)) {
+  if (!fs::is_regular_file(filePath(model), ignored)) {
     return nullptr;
   }
   std::string beginning(64, '\0');
-  std::ifstream file(fs::path(model), std::ios::binary);
+  std::ifstream file(filePath(model), std::ios::binary);
   file.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
   beginning.resize(static_cast<std::size_t>(file.gcount()));
   return firstWithFormat(importers, [&](const ImporterFormat& format) {

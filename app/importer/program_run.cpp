@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 
 namespace dxf2d {
@@ -23,8 +24,8 @@ struct FileState {
 
 std::optional<FileState> stateOf(const std::string& path) {
   std::error_code error;
-  const FileState state{fs::file_size(path, error),
-                        error ? fs::file_time_type() : fs::last_write_time(path, error)};
+  const FileState state{fs::file_size(filePath(path), error),
+                        error ? fs::file_time_type() : fs::last_write_time(filePath(path), error)};
   return error ? std::nullopt : std::optional(state);
 }
 
@@ -32,7 +33,7 @@ std::optional<FileState> stateOf(const std::string& path) {
 
 std::string lastLineOf(const std::string& path) {
   constexpr std::streamoff kMost = 2000;
-  std::ifstream file(fs::path(path), std::ios::binary);
+  std::ifstream file(filePath(path), std::ios::binary);
   file.seekg(0, std::ios::end);
   const std::streamoff size = file.tellg();
   file.seekg(std::max<std::streamoff>(0, size - kMost));
@@ -52,7 +53,7 @@ std::string lastLineOf(const std::string& path) {
 
 int requireRegular(const ImportInput& model) {
   std::error_code error;
-  const fs::file_status status = fs::status(model.path, error);
+  const fs::file_status status = fs::status(filePath(model.path), error);
   if (fs::is_regular_file(status)) {
     return kExitDone;
   }

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/cli/translation.h"
 #include "app/importer/program_run.h"
@@ -31,12 +32,12 @@ bool isAmong(std::span<const std::string_view> ends, const std::string& end) {
 }  // namespace
 
 bool UnpackedModel::IsPacked(const std::string& model) {
-  const std::string end = endOf(model);
+  const std::string end = endOf(filePath(model));
   return isAmong(kModelArchives, end) || isAmong(kArchives, end);
 }
 
 bool UnpackedModel::IsPackedModel(const std::string& file, const std::vector<std::string>& ends) {
-  const fs::path path = file;
+  const fs::path path = filePath(file);
   const std::string end = endOf(path);
   return isAmong(kModelArchives, end) ||
          (isAmong(kArchives, end) && std::ranges::find(ends, endOf(path.stem())) != ends.end());
@@ -50,11 +51,11 @@ std::vector<std::string> UnpackedModel::Ends() {
 
 int UnpackedModel::Run(const std::string& model, const std::vector<std::string>& ends,
                        InputTask& work, std::uint64_t& peakMemory) {
-  const ImportInput input{fs::absolute(model).string(), model};
+  const ImportInput input{fs::absolute(filePath(model)).string(), model};
   if (const int code = requireRegular(input); code != kExitDone) {
     return code;
   }
-  const std::string unpacker = (fs::path(workerProgram()).parent_path() / "dxf2d-unpack").string();
+  const std::string unpacker = (filePath(workerProgram()).parent_path() / "dxf2d-unpack").string();
   ImportProgram program{"dxf2d-unpack",
                         {unpacker, input.path, directory_.Path()},
                         unpacker,
@@ -64,7 +65,7 @@ int UnpackedModel::Run(const std::string& model, const std::vector<std::string>&
   program.command.insert(program.command.end(), ends.begin(), ends.end());
   const int code = runOn(input, program, messages_, work, peakMemory);
   if (code == kExitDone) {
-    const fs::path name = fs::path(lastLineOf(messages_.Path())).filename();
+    const fs::path name = filePath(lastLineOf(messages_.Path())).filename();
     path_ = (directory_.Path() / name).string();
   }
   return code;

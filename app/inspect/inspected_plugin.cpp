@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
 #include "app/process/confinement.h"
@@ -90,7 +91,7 @@ std::string InspectedPlugin::TracesLeft() const {
 }
 
 std::string bytesOf(const std::string& path) {
-  std::ifstream file(std::filesystem::path(path), std::ios::binary);
+  std::ifstream file(filePath(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
 

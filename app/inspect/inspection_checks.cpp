@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/inspect/inspection_scenes.h"
 #include "app/inspect/lending.h"
@@ -54,7 +55,7 @@ class FirstDrawing {
     // The same one, since a drawing may have its name in it; empty, so that it is written again.
     const std::string path = plugin_.PathOf("drawing");
     if (plugin_.WritesFiles()) {
-      std::ofstream(std::filesystem::path(path), std::ios::trunc).close();
+      std::ofstream(filePath(path), std::ios::trunc).close();
     }
     const std::string fault = plugin_.FaultOfWalk(traverser, scene_, path);
     if (!fault.empty()) {

@@ -16,6 +16,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "app/cli/path_separators.h"
 #include "app/cli/translation.h"
 #include "app/model/opened_file.h"
@@ -29,7 +30,7 @@ namespace fs = std::filesystem;
 // Without the directories; models of other systems separate them by backslashes.
 std::string fileNameOf(std::string name) {
   std::ranges::replace(name, '\\', '/');
-  return fs::path(name).filename().string();
+  return filePath(name).filename().string();
 }
 
 // Readers try one file in several directories, and with both kinds of slashes.
@@ -43,7 +44,7 @@ void addFile(std::vector<std::string>& names, const std::string& name) {
 // With all links followed, also where the last names do not exist. Empty if that fails.
 std::string placeOf(const std::string& path) {
   std::error_code error;
-  const fs::path place = fs::weakly_canonical(fs::absolute(path, error), error);
+  const fs::path place = fs::weakly_canonical(fs::absolute(filePath(path), error), error);
   return error ? std::string() : place.generic_string();
 }
 
@@ -160,7 +161,7 @@ Assimp::IOStream* ModelFileSystem::Open(const char* asked, const char* mode) {
   }
   const std::string name = NameOf(asked);
   // Readers put the directory of the model before absolute names, too.
-  const std::string path = fs::path(name).is_absolute() ? name : asked;
+  const std::string path = filePath(name).is_absolute() ? name : asked;
   NoteNamed(path);
   if (!IsAllowed(path)) {
     addFile(files_.outside, name);
@@ -184,8 +185,8 @@ Assimp::IOStream* ModelFileSystem::Open(const char* asked, const char* mode) {
     addFile(files_.outside, name);
     return nullptr;
   }
-  files_.openedNames.push_back(fs::path(path).filename().string());
-  if (strcasecmp(fs::path(path).extension().string().c_str(), ".mtl") == 0) {
+  files_.openedNames.push_back(filePath(path).filename().string());
+  if (strcasecmp(filePath(path).extension().string().c_str(), ".mtl") == 0) {
     files_.materialLibraries.push_back(path);
   }
   return std::make_unique<FileStream>(std::move(file), name, files_).release();
@@ -197,40 +198,40 @@ void dropOptionalFiles(ModelFiles& files, const std::string& model) {
   // Animations, skins and shaders of games, which readers look for beside every model, as they look
   // for NAME_animation.txt.
   constexpr std::array kOptional{".md5anim", ".md5camera", ".skin", ".shader", ".skeleton"};
-  const std::string stem = fs::path(model).stem().string();
+  const std::string stem = filePath(model).stem().string();
   const auto isNamedAfterModel = [&](const std::string& name) {
-    return fs::path(name).stem() == stem;
+    return filePath(name).stem().string() == stem;
   };
   // Objects of a scene in files of their own are not opened when they do not exist.
   for (const std::string& name : files.probed) {
-    const std::string extension = fs::path(name).extension().string();
+    const std::string extension = filePath(name).extension().string();
     if (!extension.empty() && aiIsExtensionSupported(extension.c_str()) == AI_TRUE) {
       addFile(files.missing, name);
     }
   }
   const auto wasOpened = [&](const std::string& name) {
-    const std::string file = fs::path(name).filename().string();
+    const std::string file = filePath(name).filename().string();
     return std::ranges::find(files.openedNames, file) != files.openedNames.end();
   };
   std::erase_if(files.missing, wasOpened);
   std::erase_if(files.outside, wasOpened);
   const std::vector<std::string> asked = files.missing;
   std::erase_if(files.missing, [&](const std::string& name) {
-    const std::string extension = fs::path(name).extension().string();
+    const std::string extension = filePath(name).extension().string();
     if (std::ranges::find(kOptional, extension) != kOptional.end() ||
         name.ends_with("_animation.txt")) {
       return true;
     }
     // A reader that does not find a file looks for one of the model's name.
     return isNamedAfterModel(name) && std::ranges::any_of(asked, [&](const std::string& other) {
-             return !isNamedAfterModel(other) && fs::path(other).extension() == extension;
+             return !isNamedAfterModel(other) && filePath(other).extension() == extension;
            });
   });
 }
 
 std::vector<FileIdentity> textureFiles(const aiScene& scene, const std::string& model) {
   std::vector<FileIdentity> found;
-  const fs::path directory = fs::path(model).parent_path();
+  const fs::path directory = filePath(model).parent_path();
   for (unsigned i = 0; i < scene.mNumMaterials; ++i) {
     const aiMaterial& material = *scene.mMaterials[i];
     for (int kind = 0; kind <= AI_TEXTURE_TYPE_MAX; ++kind) {
@@ -242,7 +243,7 @@ std::vector<FileIdentity> textureFiles(const aiScene& scene, const std::string& 
         }
         std::string path = name.C_Str();
         std::ranges::replace(path, '\\', '/');
-        if (const auto identity = identityOf((directory / path).string())) {
+        if (const auto identity = identityOf((directory / filePath(path)).string())) {
           found.push_back(*identity);
         }
       }

@@ -13,6 +13,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/model/model_error.h"
 #include "app/model/obj_materials.h"
@@ -30,7 +31,7 @@ namespace {
 // assimp says "no suitable reader" or worse for files that cannot be opened at all.
 void checkReadable(const std::string& path) {
   std::error_code error;
-  const std::filesystem::file_status status = std::filesystem::status(path, error);
+  const std::filesystem::file_status status = std::filesystem::status(filePath(path), error);
   if (status.type() == std::filesystem::file_type::not_found) {
     fail(path, tr("there is no such file"), tr("check the name"));
   }
@@ -45,7 +46,7 @@ void checkReadable(const std::string& path) {
     fail(path, tr("it is not a regular file"), tr("copy it to one"));
   }
   errno = 0;
-  if (!std::ifstream(std::filesystem::path(path), std::ios::binary)) {
+  if (!std::ifstream(filePath(path), std::ios::binary)) {
     fail(path, std::generic_category().message(errno != 0 ? errno : EIO),
          tr("check its permissions"));
   }
@@ -82,7 +83,7 @@ std::string oneLine(std::string text) {
 
 // In any letter case.
 bool hasEnd(const std::string& path, const char* end) {
-  return strcasecmp(std::filesystem::path(path).extension().string().c_str(), end) == 0;
+  return strcasecmp(filePath(path).extension().string().c_str(), end) == 0;
 }
 
 [[noreturn]] void failAsReaderSays(const std::string& path, const std::string& message) {
@@ -115,7 +116,7 @@ std::string listOf(const std::vector<std::string>& names) {
 // Throws ModelError when the scene, which may be null, is not what the files say.
 void checkFiles(ModelFiles& files, const aiScene* scene, const std::string& path) {
   if (!files.failure.empty()) {
-    const bool isModel = std::filesystem::path(path).filename() == files.failedFile;
+    const bool isModel = filePath(path).filename().string() == files.failedFile;
     fail(path, isModel ? files.failure : tr("its '%1': %2", {files.failedFile, files.failure}),
          tr("check the disk and that no program is writing the file"));
   }

@@ -7,6 +7,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "platform/input_file.h"
 #include "platform/windows_api.h"
 
@@ -34,7 +35,7 @@ OpenedFile::OpenedFile(OpenedFile&& other) noexcept
 
 bool OpenedFile::Find(const std::string& path, Kind& kind) {
   std::error_code none;
-  const std::filesystem::file_status status = std::filesystem::status(path, none);
+  const std::filesystem::file_status status = std::filesystem::status(filePath(path), none);
   kind = std::filesystem::is_regular_file(status) ? Kind::kRegular
          : std::filesystem::is_directory(status)  ? Kind::kDirectory
                                                   : Kind::kOther;

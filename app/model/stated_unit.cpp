@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/cli/file_path.h"
 #include "platform/input_file.h"
 
 namespace dxf2d {
@@ -47,7 +48,7 @@ constexpr std::size_t kBeginning = std::size_t{1} << 16;
 
 std::string beginningOf(const std::string& path) {
   std::string text(kBeginning, '\0');
-  std::ifstream file(std::filesystem::path(path), std::ios::binary);
+  std::ifstream file(filePath(path), std::ios::binary);
   file.read(text.data(), static_cast<std::streamsize>(text.size()));
   text.resize(static_cast<std::size_t>(file.gcount()));
   return text;

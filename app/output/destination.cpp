@@ -7,6 +7,7 @@
 #include <random>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/output/mapped_file.h"
 #include "app/output/temporary_directory.h"
@@ -25,10 +26,10 @@ std::string scratchName() {
 
 void requireDirectory(const std::string& directory) {
   std::error_code ignored;
-  if (std::filesystem::is_directory(directory, ignored)) {
+  if (std::filesystem::is_directory(filePath(directory), ignored)) {
     return;
   }
-  const bool exists = std::filesystem::exists(directory, ignored);
+  const bool exists = std::filesystem::exists(filePath(directory), ignored);
   throw OutputError(
       kExitOutputNotMade,
       {directory, exists ? tr("is not a directory") : tr("the directory does not exist"),
@@ -38,8 +39,8 @@ void requireDirectory(const std::string& directory) {
 std::string Destination::EndOf(const std::string& path) {
   namespace fs = std::filesystem;
   std::error_code ignored;
-  const fs::file_status status = fs::status(path, ignored);
-  const std::string end = fs::path(path).extension().string();
+  const fs::file_status status = fs::status(filePath(path), ignored);
+  const std::string end = filePath(path).extension().string();
   const bool isNamedByEnd = end.size() > 1 && (!fs::exists(status) || fs::is_regular_file(status));
   return isNamedByEnd ? end : std::string();
 }

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "app/cli/file_path.h"
 #include "app/cli/path_separators.h"
 #include "app/cli/translation.h"
 #include "app/output/whole_write.h"
@@ -20,9 +21,7 @@ namespace dxf2d {
 
 namespace {
 
-std::string fileNameOf(const std::string& path) {
-  return std::filesystem::path(path).filename().string();
-}
+std::string fileNameOf(const std::string& path) { return filePath(path).filename().string(); }
 
 WindowsHandle openFor(const std::string& path, DWORD access) {
   return WindowsHandle(CreateFileW(windowsPath(path).c_str(), access, kShareAll, nullptr,
@@ -60,7 +59,7 @@ OutputFile::OutputFile(const std::string& path, Existing existing)
     failCreating("''", tr("the name is empty"), tr("give the file a name"));
   }
   std::error_code none;
-  const std::filesystem::file_status status = std::filesystem::status(name_, none);
+  const std::filesystem::file_status status = std::filesystem::status(filePath(name_), none);
   if (kPathSeparators.find(name_.back()) != std::string_view::npos ||
       std::filesystem::is_directory(status)) {
     failCreating(name_, tr("it is a directory"), tr("name a file in it"));

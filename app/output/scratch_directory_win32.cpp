@@ -6,6 +6,7 @@
 #include <random>
 #include <system_error>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/output/output_file.h"
 #include "app/output/temporary_directory.h"
@@ -19,7 +20,7 @@ ScratchDirectory::ScratchDirectory(const std::string& name) {
   std::error_code error = std::make_error_code(std::errc::file_exists);
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     path_ = (temporaryDirectory() / (name + "-" + std::to_string(random()))).generic_string();
-    if (std::filesystem::create_directory(path_, error)) {
+    if (std::filesystem::create_directory(filePath(path_), error)) {
       return;
     }
   }
@@ -31,7 +32,7 @@ ScratchDirectory::ScratchDirectory(const std::string& name) {
 
 ScratchDirectory::~ScratchDirectory() {
   std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  std::filesystem::remove_all(filePath(path_), ignored);
 }
 
 }  // namespace dxf2d

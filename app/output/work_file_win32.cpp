@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <random>
 
+#include "app/cli/file_path.h"
 #include "app/output/output_failures.h"
 #include "app/output/windows_file.h"
 #include "platform/windows_path.h"
@@ -24,7 +25,7 @@ std::string newTemporaryName() {
 
 // A path that is marked ("\\?\") knows backslashes alone.
 std::string pathBeside(const std::string& path, const std::string& name) {
-  return (std::filesystem::path(path).parent_path() / name).string();
+  return (filePath(path).parent_path() / filePath(name)).string();
 }
 
 // Brings the bytes to the disk. Returns 0, or an errno.

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/cli/run_all.h"
 #include "app/cli/translation.h"
@@ -58,8 +59,8 @@ std::vector<PreviewJob> jobsOf(const PreviewOptions& options) {
   for (const std::string& drawing : options.drawings) {
     std::string picture = options.output;
     if (isForDirectory(options)) {
-      const std::string name = drawing == "-" ? "drawing" : fs::path(drawing).stem().string();
-      picture = (fs::path(options.output) / (name + endOf(format))).string();
+      const std::string name = drawing == "-" ? "drawing" : filePath(drawing).stem().string();
+      picture = (filePath(options.output) / filePath(name + endOf(format))).string();
     }
     if (!pictures.insert(picture).second) {
       throw UsageError({picture, tr("would be the picture of several drawings"),

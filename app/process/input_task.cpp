@@ -8,6 +8,7 @@
 #include <system_error>
 #include <utility>
 
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/cli/translation.h"
 #include "app/process/own_descriptor.h"
@@ -29,7 +30,7 @@ std::uint64_t memoryFor(const std::string& path) {
   constexpr std::uint64_t kRoom = std::uint64_t{2} << 30;
   constexpr std::uint64_t kTimesFileSize = 64;
   std::error_code error;
-  const std::uintmax_t size = std::filesystem::file_size(path, error);
+  const std::uintmax_t size = std::filesystem::file_size(filePath(path), error);
   return kRoom + (error ? 0 : kTimesFileSize * size);
 }
 

@@ -27,7 +27,7 @@ constexpr std::chrono::milliseconds kLongestLook{1000};
 // What is reported between two looks, so that the worker need not wait.
 constexpr DWORD kPipeSize = 1U << 20U;
 
-// The job's own end of a worker that used up its time.
+// How a worker ends that used up its processor time, by itself or by its job.
 constexpr DWORD kTimeUsedUp = ERROR_NOT_ENOUGH_QUOTA;
 
 // Exit codes from here on are codes of exceptions.
@@ -72,18 +72,18 @@ class Watch {
           WaitForMultipleObjects(2, events, FALSE, static_cast<DWORD>(kInterval.count()));
       AddTime();
       ReadReports();
+      const std::uint64_t memory = TakenMemory();
       if (isTerminationPending()) {
         return Kill(How::kTerminated);
       }
       if (event == WAIT_OBJECT_0) {
         return End();
       }
-      if (IsTimeUp()) {
+      if (limits_.time.count() != 0 && spent_ >= limits_.time) {
         return Kill(How::kTimedOut);
       }
       // The system may keep a job's limit on memory late or, as Wine, not at all.
-      if (limits_.residentMemory != 0 &&
-          memoryOf(worker_.process.Get()).WorkingSetSize > limits_.residentMemory) {
+      if (limits_.residentMemory != 0 && memory > limits_.residentMemory) {
         return Kill(How::kMemoryExceeded);
       }
     }
@@ -96,10 +96,11 @@ class Watch {
     lastLook_ = now;
   }
 
-  bool IsTimeUp() const {
-    return (limits_.time.count() != 0 && spent_ >= limits_.time) ||
-           (limits_.processorTime.count() != 0 &&
-            processorTimeOf(worker_.process.Get()) >= limits_.processorTime);
+  // Wine forgets the peak of a process that has ended.
+  std::uint64_t TakenMemory() {
+    const PROCESS_MEMORY_COUNTERS memory = memoryOf(worker_.process.Get());
+    peakMemory_ = std::max<std::uint64_t>(peakMemory_, memory.PeakWorkingSetSize);
+    return memory.WorkingSetSize;
   }
 
   // As much as is there, but not without end from a worker that never stops.
@@ -153,7 +154,7 @@ class Watch {
             reports_.IsMemoryRefused(),
             std::move(reports_.Notes()),
             std::move(reports_.Text()),
-            memoryOf(process).PeakWorkingSetSize,
+            peakMemory_,
             processorTimeOf(process)};
   }
 
@@ -163,6 +164,7 @@ class Watch {
   WorkerLimits limits_;
   Clock::time_point lastLook_ = Clock::now();
   Clock::duration spent_{};
+  std::uint64_t peakMemory_ = 0;
   WorkerReports reports_;
 };
 

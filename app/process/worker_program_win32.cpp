@@ -109,6 +109,45 @@ void catchCrashes() {
   std::set_terminate(&endTerminated);
 }
 
+// ---- Limits
+
+// What a job ends a process with that has used up its time.
+constexpr UINT kTimeUsedUp = ERROR_NOT_ENOUGH_QUOTA;
+
+constexpr DWORD kTimeInterval = 50;
+
+// In the units of Windows; 0: no limit.
+std::uint64_t mostProcessorTime = 0;
+
+std::uint64_t ticksOf(const FILETIME& time) {
+  return std::uint64_t{time.dwHighDateTime} << 32U | time.dwLowDateTime;
+}
+
+// Ends the process when it has used up its time. Not every system keeps a job's limit, or tells the
+// parent how much a process has used.
+DWORD WINAPI watchTime(void* /*unused*/) {
+  for (;;) {
+    FILETIME begin{};
+    FILETIME end{};
+    FILETIME system{};
+    FILETIME user{};
+    if (GetProcessTimes(GetCurrentProcess(), &begin, &end, &system, &user) != 0 &&
+        ticksOf(system) + ticksOf(user) >= mostProcessorTime) {
+      endWith(kTimeUsedUp);
+    }
+    Sleep(kTimeInterval);
+  }
+}
+
+void limitProcessorTime(std::uint64_t seconds) {
+  constexpr std::uint64_t kTicks = 10'000'000;
+  mostProcessorTime = seconds * kTicks;
+  if (seconds != 0) {
+    CloseHandle(CreateThread(nullptr, kStackForCrashes, &watchTime, nullptr,
+                             STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr));
+  }
+}
+
 // The parent is told, too, and ends this process when it has cleaned up.
 BOOL WINAPI waitForParent(DWORD /*event*/) {
   Sleep(INFINITE);
@@ -127,13 +166,14 @@ int runTask(const WorkerTask& task, std::span<const std::string> words) {
   }
 }
 
-// The limits are those of the job that this process is in.
+// The limit on memory is that of the job that this process is in.
 void begin(const WorkerSetup& setup) {
   reportPipe = reinterpret_cast<HANDLE>(static_cast<std::intptr_t>(setup.report));
   SetConsoleCtrlHandler(&waitForParent, TRUE);
   reserveStandardStreams();
   findCatalogs();
   catchCrashes();
+  limitProcessorTime(setup.processorTime);
   std::set_new_handler(&refuseMemory);
   noteRefusedMemory = &reportRefusedMemory;
   noteSink = [](const std::string& sentence) {

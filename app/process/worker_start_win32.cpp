@@ -1,4 +1,5 @@
 #include "app/process/worker_start_win32.h"
+#include "app/cli/file_path.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -48,7 +49,7 @@ std::wstring commandLineOf(const WorkerCall& call, const WorkerLimits& limits, H
   words.insert(words.end(), call.words.begin(), call.words.end());
   std::wstring line;
   for (const std::string& word : words) {
-    appendWord(line, std::filesystem::path(word).wstring());
+    appendWord(line, filePath(word).wstring());
   }
   return line;
 }

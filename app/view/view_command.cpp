@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/cli/option_values.h"
 #include "app/cli/translation.h"
 #include "app/export/export_command.h"
@@ -85,7 +86,7 @@ bool isForDrawings(const std::string& option) {
 }
 
 bool isDrawingFile(const std::string& path) {
-  return path == "-" || normalized(std::filesystem::path(path).extension().string()) == ".dxf";
+  return path == "-" || normalized(filePath(path).extension().string()) == ".dxf";
 }
 
 std::vector<Option> viewOptions(ExportOptions& options) {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "app/cli/failure.h"
+#include "app/cli/file_path.h"
 #include "app/drawing/drawing_units.h"
 #include "app/drawing/dxf_reader.h"
 #include "app/model/length_unit.h"
@@ -18,7 +19,7 @@ namespace {
 
 page::PageStyle styleOf(const std::string& drawing, const ExportOptions& options) {
   page::PageStyle style;
-  style.title = drawing == "-" ? "Drawing" : std::filesystem::path(drawing).filename().string();
+  style.title = drawing == "-" ? "Drawing" : filePath(drawing).filename().string();
   if (options.picture.sheet && options.picture.sheet->title) {
     style.title = *options.picture.sheet->title;
   }

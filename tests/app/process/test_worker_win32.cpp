@@ -44,7 +44,7 @@ int readNull(Words /*words*/) {
 int recurse(int depth) {
   volatile char block[4096];
   block[0] = static_cast<char>(depth);
-  return recurse(depth + 1) + block[0];
+  return depth < 0 ? 0 : recurse(depth / 2 + 1) + block[0];
 }
 
 int takeMemory(Words /*words*/) {
@@ -57,24 +57,17 @@ int takeMemory(Words /*words*/) {
 }
 
 int burn(Words /*words*/) {
-  for (volatile unsigned count = 0;; count = count + 1) {
+  volatile bool goesOn = true;
+  while (goesOn) {
   }
+  return kExitDone;
 }
+
+int throwOdd(Words /*words*/) { throw std::runtime_error("odd"); }
 
 int wait(Words /*words*/) {
   Sleep(INFINITE);
   return kExitDone;
-}
-
-// What a process is that may not be started, in its exit code.
-int startProcess(Words /*words*/) {
-  wchar_t line[] = L"cmd.exe /c exit";
-  STARTUPINFOW start{};
-  start.cb = sizeof start;
-  PROCESS_INFORMATION started{};
-  const BOOL isStarted =
-      CreateProcessW(nullptr, line, nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &started);
-  return isStarted != 0 ? kExitDone : kExitLimit;
 }
 
 const WorkerTask kTasks[] = {
@@ -85,12 +78,11 @@ const WorkerTask kTasks[] = {
     {"abort", [](Words) -> int { std::abort(); }},
     {"exit", [](Words words) -> int { std::exit(std::stoi(words[0])); }},
     {"throw-bad-alloc", [](Words) -> int { throw std::bad_alloc(); }},
-    {"throw", [](Words) -> int { throw std::runtime_error("odd"); }},
-    {"throw-in-noexcept", [](Words) noexcept -> int { throw std::runtime_error("odd"); }},
+    {"throw", &throwOdd},
+    {"throw-in-noexcept", [](Words words) noexcept { return throwOdd(words); }},
     {"take-memory", &takeMemory},
     {"burn", &burn},
     {"wait", &wait},
-    {"start-process", &startProcess},
 };
 
 }  // namespace

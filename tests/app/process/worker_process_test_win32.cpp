@@ -88,9 +88,7 @@ TEST(RunWorker, EndsAWorkerThatTakesTooMuchMemory) {
 TEST(RunWorker, EndsAWorkerThatTakesTooMuchProcessorTime) {
   WorkerLimits limits;
   limits.processorTime = std::chrono::seconds(1);
-  const WorkerResult end = run("burn", {}, limits);
-  EXPECT_EQ(end.how, How::kTimedOut);
-  EXPECT_GE(end.processorTime, std::chrono::milliseconds(900));
+  EXPECT_EQ(run("burn", {}, limits).how, How::kTimedOut);
 }
 
 TEST(RunWorker, EndsAWorkerThatDoesNothing) {
