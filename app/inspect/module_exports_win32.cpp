@@ -1,56 +1,27 @@
 #include <cxxabi.h>
 
-#include <algorithm>
 #include <cstdlib>
+#include <fstream>
+#include <iterator>
 #include <memory>
+#include <optional>
 
+#include "app/cli/file_path.h"
 #include "app/cli/translation.h"
 #include "app/host/plugin_module.h"
 #include "app/inspect/module_exports.h"
-#include "platform/windows_api.h"
-#include "platform/windows_path.h"
+#include "app/inspect/windows_module.h"
 
 namespace dxf2d {
 
-namespace {
-
-struct FreeModule {
-  void operator()(HMODULE module) const { FreeLibrary(module); }
-};
-using Image = std::unique_ptr<std::remove_pointer_t<HMODULE>, FreeModule>;
-
-// Laid out as if it were loaded; nothing of it is run.
-Image mapImage(const std::string& path) {
-  Image image(LoadLibraryExW(windowsPath(path).c_str(), nullptr, DONT_RESOLVE_DLL_REFERENCES));
-  if (image == nullptr) {
+std::vector<std::string> exportedNames(const std::string& path) {
+  std::ifstream file(filePath(path), std::ios::binary);
+  const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+  std::optional<std::vector<std::string>> names = windowsExports(bytes);
+  if (!names) {
     throw PluginError({path, tr("is not a module that can be loaded"), tr("check the name")});
   }
-  return image;
-}
-
-template <typename Type>
-const Type* at(HMODULE image, DWORD offset) {
-  return reinterpret_cast<const Type*>(reinterpret_cast<const char*>(image) + offset);
-}
-
-}  // namespace
-
-std::vector<std::string> exportedNames(const std::string& path) {
-  const Image image = mapImage(path);
-  const auto* const head = at<IMAGE_NT_HEADERS>(
-      image.get(), static_cast<DWORD>(at<IMAGE_DOS_HEADER>(image.get(), 0)->e_lfanew));
-  const IMAGE_DATA_DIRECTORY& place =
-      head->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
-  std::vector<std::string> names;
-  if (place.Size != 0) {
-    const auto* const exports = at<IMAGE_EXPORT_DIRECTORY>(image.get(), place.VirtualAddress);
-    const auto* const offsets = at<DWORD>(image.get(), exports->AddressOfNames);
-    for (DWORD i = 0; i < exports->NumberOfNames; ++i) {
-      names.emplace_back(at<char>(image.get(), offsets[i]));
-    }
-  }
-  std::ranges::sort(names);
-  return names;
+  return *std::move(names);
 }
 
 std::string writtenInCpp(const std::string& name) {

@@ -59,10 +59,15 @@ def cases(options):
 
 
 def run(program, words, folder):
-    ended = subprocess.run([*program, *words], cwd=folder, stdin=subprocess.DEVNULL, capture_output=True,
-                           timeout=PATIENCE)
+    # Not by pipes, which what Wine starts beside the program would keep open.
+    with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as errors:
+        ended = subprocess.run([*program, *words], cwd=folder, stdin=subprocess.DEVNULL, stdout=output,
+                               stderr=errors, timeout=PATIENCE)
+        output.seek(0)
+        errors.seek(0)
+        results = output.read(), errors.read()
     # Times differ.
-    printed, said = (re.sub(rb"\d+\.\d{3} s", b"TIME s", text) for text in (ended.stdout, ended.stderr))
+    printed, said = (re.sub(rb"\d+\.\d{3} s", b"TIME s", text) for text in results)
     files = {path.name: path.read_bytes() for path in sorted(folder.iterdir())}
     return {"exit code": ended.returncode, "standard output": printed, "messages": said, "files": files}
 
