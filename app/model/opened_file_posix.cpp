@@ -29,7 +29,9 @@ OpenedFile::OpenedFile(const std::string& path) {
   stream_ = fdopen(file.Number(), "rb");
   if (stream_ != nullptr) {
     static_cast<void>(file.Release());
-    Read(stream_, state_);
+    // From the descriptor, since a stream need not have one.
+    state_ = {static_cast<std::uint64_t>(status.st_size), status.st_mtim.tv_sec,
+              status.st_mtim.tv_nsec};
   }
 }
 
