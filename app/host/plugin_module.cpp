@@ -113,12 +113,6 @@ std::string pluginFile(const std::string& path) {
   return file.string();
 }
 
-void setPluginThreads(std::size_t threads) {
-  // Without memory for it, the plug-in chooses for itself.
-  constexpr int kKept = 0;
-  static_cast<void>(setenv("KT_THREADS", std::to_string(threads).c_str(), kKept));
-}
-
 void enterPlugin(const std::string& path, KtTraverser& traverser) {
   const std::string file = pluginFile(path);
   KtLoadOptions options;

@@ -189,20 +189,18 @@ void beginStage(std::string_view name) { report(WorkerRecord::kStage, name); }
 void tellParent(std::string_view text) { report(WorkerRecord::kText, text); }
 
 void runWorkerProgram(std::span<const WorkerTask> tasks, int argc, char** argv) {
-  const std::span<const char* const> words(argv, static_cast<std::size_t>(argc));
-  const std::size_t taskAt = 1 + kSetupWords;
-  const auto setup = words.size() > taskAt ? setupOf(words.subspan(1, kSetupWords)) : std::nullopt;
-  const auto isAsked = [&](const WorkerTask& task) {
-    return std::strcmp(task.name, words[taskAt]) == 0;
-  };
-  const auto task = setup ? std::ranges::find_if(tasks, isAsked) : tasks.end();
+  constexpr std::size_t kTaskAt = 1 + kSetupWords;
+  const std::vector<std::string> words(argv, argv + argc);
+  const auto setup =
+      words.size() > kTaskAt ? setupOf(std::span(words).subspan(1, kSetupWords)) : std::nullopt;
+  const auto task =
+      setup ? std::ranges::find(tasks, words[kTaskAt], &WorkerTask::name) : tasks.end();
   if (task == tasks.end()) {
     std::fputs("dxf2d-worker is a part of dxf2d, which starts it\n", stderr);
     endWith(kExitUsage);
   }
   begin(*setup);
-  const int code =
-      runTask(*task, std::vector<std::string>(words.begin() + taskAt + 1, words.end()));
+  const int code = runTask(*task, std::span(words).subspan(kTaskAt + 1));
   if (std::fflush(stdout) != 0) {
     endWith(kExitWriteFailed);
   }
