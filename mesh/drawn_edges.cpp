@@ -217,8 +217,8 @@ class SegmentFinder {
   }
   void Add(const PlanSegment& segment, std::uint32_t hash) {
     const Index found =
-        table_.FindOrKeep(hash, static_cast<Index>(segments_.size()),
-                          [&](Index number) { return segments_[number].ends == segment.ends; });
+        table_.FindOrInsert(hash, static_cast<Index>(segments_.size()),
+                            [&](Index number) { return segments_[number].ends == segment.ends; });
     if (found == kNone) {
       segments_.push_back(segment);
     } else {

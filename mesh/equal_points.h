@@ -36,8 +36,8 @@ class EqualPoints {
   }
   void Keep(std::uint32_t hash, Index number) { table_.Keep(hash, number); }
   // Find; where there is none, keeps `number`.
-  Index FindOrKeep(std::uint32_t hash, const Point& point, Index number, const Point* points) {
-    return table_.FindOrKeep(hash, number, [&](Index kept) { return points[kept] == point; });
+  Index FindOrInsert(std::uint32_t hash, const Point& point, Index number, const Point* points) {
+    return table_.FindOrInsert(hash, number, [&](Index kept) { return points[kept] == point; });
   }
 
  private:

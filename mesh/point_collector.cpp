@@ -23,7 +23,7 @@ void PointCollector::Add(std::span<const Point> batch, Index* numbers) {
   }
   for (std::size_t i = 0; i < batch.size(); ++i) {
     const auto next = static_cast<Index>(points_.size());
-    const Index found = equal_.FindOrKeep(hashes[i], batch[i], next, points_.data());
+    const Index found = equal_.FindOrInsert(hashes[i], batch[i], next, points_.data());
     if (found == kNone) {
       points_.push_back(batch[i]);
     }

@@ -49,7 +49,7 @@ class SlotTable {
 
   // Find(hash, isSame); where that is kNone, Keep(hash, number) as well.
   template <class IsSame>
-  Index FindOrKeep(std::uint32_t hash, Index number, IsSame isSame) {
+  Index FindOrInsert(std::uint32_t hash, Index number, IsSame isSame) {
     MakeRoom();
     std::size_t i = hash & mask_;
     for (; slots_[i].number != kNone; i = (i + 1) & mask_) {
