@@ -95,7 +95,10 @@ void EdgeTable::SortRows(std::size_t threads) {
     nextStarts[i] = rowStarts_[blocks[i].end];
   }
   blocks.Run([&](std::size_t number, const Block& rows) {
-    ends[number] = SortRows(rows, nextStarts[number], counts[number]);
+    // An empty block begins with a row of another.
+    if (rows.begin < rows.end) {
+      ends[number] = SortRows(rows, nextStarts[number], counts[number]);
+    }
   });
   for (const Counts& some : counts) {
     counts_ += some;
